@@ -1,0 +1,219 @@
+#include "app/MDITras.h"
+
+#include "app/contesto.h"
+#include "app/fmChiudi.h"
+#include "platform/messaggi.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+
+using namespace modTarvola;
+
+MDITras::MDITras()
+    : m_area(new QMdiArea(this)),
+      m_archivi(
+          this,
+          [this] {
+              ProprietaTabella proprieta;
+              proprieta.TipoTabella = QStringLiteral("Archivi");
+              proprieta.Percorso = contesto().PercorsoCorrente;
+              proprieta.ConOperatore = contesto().OperatoreCorrente;
+              apre(proprieta);
+          },
+          [this](const ado::Connection *connessione) { chiudeFinestre(connessione); })
+{
+    avviaContesto();
+    setObjectName(QStringLiteral("MDITras"));
+    setWindowTitle(QStringLiteral("Tarvola"));
+    setCentralWidget(m_area);
+    m_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    creaMenu();
+    mostraMenu(nullptr);
+    connect(m_area, &QMdiArea::subWindowActivated, this, &MDITras::attivata);
+    resize(fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 42);
+}
+
+MDITras::~MDITras()
+{
+    // L'area annuncia le sue finestre anche mentre muore, quando i menu non ci sono più.
+    disconnect(m_area, nullptr, this, nullptr);
+}
+
+void MDITras::creaMenu()
+{
+    FileItem = new QMenu(QStringLiteral("&File"), this);
+    const QString comandi[] = {QStringLiteral("Apri"), QStringLiteral("Nuovo"),
+                               QStringLiteral("Compatta e ripristina"), QStringLiteral("Back up"),
+                               QStringLiteral("Recupera")};
+    int voce = 0;
+    for (const QString &comando : comandi) {
+        ++voce;
+        connect(FileItem->addAction(comando), &QAction::triggered, this,
+                [this, voce] { SubFileItem_Click(voce); });
+    }
+    AiutoItem = new QMenu(QStringLiteral("&Aiuto"), this);
+    const QString aiuti[] = {QStringLiteral("Manuale"), QStringLiteral("Home page"),
+                             QStringLiteral("Scrivi a Tarvola")};
+    voce = 0;
+    for (const QString &aiuto : aiuti) {
+        ++voce;
+        connect(AiutoItem->addAction(aiuto), &QAction::triggered, this,
+                [this, voce] { SubAiutoItem_Click(voce); });
+    }
+}
+
+// Una barra sola: i menu della finestra, o i cinque del visualizzatore attivo.
+void MDITras::mostraMenu(fmTabella *di)
+{
+    menuBar()->clear();
+    const QList<QMenu *> menu = di == nullptr ? QList<QMenu *>{FileItem, AiutoItem} : di->menu();
+    for (QMenu *uno : menu)
+        menuBar()->addMenu(uno);
+}
+
+// Il segnale viene anche a vuoto, quando una finestra si riduce a icona o il fuoco va altrove.
+void MDITras::attivata(QMdiSubWindow *finestra)
+{
+    if (finestra == nullptr && m_area->currentSubWindow() != nullptr)
+        return;
+    if (finestra == m_attiva && finestra != nullptr)
+        return;
+    m_attiva = finestra;
+    auto *tabella = finestra == nullptr ? nullptr : qobject_cast<fmTabella *>(finestra->widget());
+    mostraMenu(tabella);
+    if (tabella != nullptr)
+        messaggi::protetto(this, [tabella] { tabella->Form_Activate(); });
+}
+
+QList<fmTabella *> MDITras::visualizzatori() const
+{
+    QList<fmTabella *> tutti;
+    const auto finestre = m_area->subWindowList();
+    for (QMdiSubWindow *finestra : finestre) {
+        if (auto *tabella = qobject_cast<fmTabella *>(finestra->widget()))
+            tutti.append(tabella);
+    }
+    return tutti;
+}
+
+void MDITras::apre(const ProprietaTabella &proprieta)
+{
+    auto tabella = std::make_unique<fmTabella>(
+        proprieta,
+        ServiziTabella{[this](const ProprietaTabella &altra) { apre(altra); },
+                       [this](int voce) { SubFileItem_Click(voce); },
+                       [this](int voce) { SubAiutoItem_Click(voce); },
+                       [this](int voce) { SubFinestreItem_Click(voce); }},
+        this);
+    tabella->Form_Load();
+    QMdiSubWindow *finestra = m_area->addSubWindow(tabella.release());
+    finestra->setAttribute(Qt::WA_DeleteOnClose);
+    // La prima finestra prende tutta l'area; le altre ne prendono i tre quarti, a scalare.
+    const QSize area = m_area->viewport()->size();
+    finestra->resize(area * 3 / 4);
+    finestra->show();
+}
+
+void MDITras::chiudeFinestre(const ado::Connection *connessione)
+{
+    const auto finestre = m_area->subWindowList();
+    for (QMdiSubWindow *finestra : finestre) {
+        const auto *tabella = qobject_cast<fmTabella *>(finestra->widget());
+        if (tabella != nullptr && tabella->usa(connessione))
+            delete finestra;
+    }
+    attivata(m_area->currentSubWindow());
+}
+
+void MDITras::SubFileItem_Click(int voce)
+{
+    messaggi::protetto(this, [this, voce] {
+        switch (voce) {
+        case 1:
+            m_archivi.apri();
+            break;
+        case 2:
+            m_archivi.nuovo();
+            break;
+        default:
+            messaggi::avvisa(this, QStringLiteral("Questo comando non è ancora disponibile"));
+            break;
+        }
+    });
+}
+
+void MDITras::SubAiutoItem_Click(int /*voce*/)
+{
+    messaggi::avvisa(this, QStringLiteral("Questo comando non è ancora disponibile"));
+}
+
+void MDITras::SubFinestreItem_Click(int voce)
+{
+    messaggi::protetto(this, [this, voce] {
+        switch (voce) {
+        case 1:
+            affianca(Qt::Horizontal);
+            break;
+        case 2:
+            affianca(Qt::Vertical);
+            break;
+        case 3:
+            m_area->cascadeSubWindows();
+            break;
+        default:
+            mostra();
+            break;
+        }
+    });
+}
+
+// Dividere l'area a mano: l'affiancamento del toolkit fa una griglia, non colonne né righe.
+void MDITras::affianca(Qt::Orientation verso)
+{
+    const auto finestre = m_area->subWindowList(QMdiArea::StackingOrder);
+    const QSize area = m_area->viewport()->size();
+    const int quante = static_cast<int>(finestre.size());
+    for (int i = 0; i < quante; ++i) {
+        QMdiSubWindow *finestra = finestre.at(quante - 1 - i);
+        finestra->showNormal();
+        if (verso == Qt::Horizontal)
+            finestra->setGeometry(area.width() * i / quante, 0, area.width() / quante,
+                                  area.height());
+        else
+            finestra->setGeometry(0, area.height() * i / quante, area.width(),
+                                  area.height() / quante);
+    }
+}
+
+// Un menu con le finestre aperte: quella scelta viene davanti.
+void MDITras::mostra()
+{
+    QMenu elenco(this);
+    elenco.setObjectName(QStringLiteral("Mostra"));
+    const auto finestre = m_area->subWindowList();
+    for (QMdiSubWindow *finestra : finestre) {
+        QAction *azione = elenco.addAction(finestra->windowTitle());
+        azione->setCheckable(true);
+        azione->setChecked(finestra == m_attiva);
+        connect(azione, &QAction::triggered, finestra, [this, finestra] {
+            if (finestra->isMinimized())
+                finestra->showNormal();
+            m_area->setActiveSubWindow(finestra);
+        });
+    }
+    elenco.exec(m_area->mapToGlobal(m_area->rect().center()));
+}
+
+void MDITras::closeEvent(QCloseEvent *evento)
+{
+    do {
+        fmChiudi(this).exec();
+        if (contesto().SceltaChiusura == ChiusuraBackUp)
+            SubFileItem_Click(4);
+    } while (contesto().SceltaChiusura == ChiusuraBackUp);
+    evento->setAccepted(contesto().SceltaChiusura == ChiusuraChiudi);
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "app/archivi_file.h"
+#include "browser/fmTabella.h"
+
+#include <QMainWindow>
+#include <QPointer>
+
+class QMdiArea;
+class QMdiSubWindow;
+
+// La finestra principale: i visualizzatori e i menu di quello attivo.
+class MDITras : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    MDITras();
+    ~MDITras() override;
+
+    // I comandi dei menu File e Aiuto, con l'indice della voce.
+    void SubFileItem_Click(int voce);
+    void SubAiutoItem_Click(int voce);
+
+    // I visualizzatori aperti.
+    QList<fmTabella *> visualizzatori() const;
+
+protected:
+    void closeEvent(QCloseEvent *evento) override;
+
+private:
+    void creaMenu();
+    void mostraMenu(fmTabella *di);
+    void attivata(QMdiSubWindow *finestra);
+    void apre(const ProprietaTabella &proprieta);
+    void chiudeFinestre(const ado::Connection *connessione);
+    void SubFinestreItem_Click(int voce);
+    void affianca(Qt::Orientation verso);
+    void mostra();
+
+    QMdiArea *m_area;
+    QMenu *FileItem = nullptr;
+    QMenu *AiutoItem = nullptr;
+    QPointer<QMdiSubWindow> m_attiva;
+    ArchiviFile m_archivi;
+};

@@ -1,0 +1,135 @@
+#include "app/archivi_file.h"
+
+#include "app/contesto.h"
+#include "db/connessioni.h"
+#include "platform/dialoghi.h"
+#include "platform/messaggi.h"
+#include "platform/shell.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+using namespace modTarvola;
+
+namespace
+{
+
+constexpr long nonAperto = -1;
+constexpr long tenutoAperto = -2;
+
+dialoghi::SceltaFile sceltaArchivio(const QString &titolo)
+{
+    return {titolo, shell::cartellaApplicazione(), QStringLiteral("File Tarvola (*.tvd)"),
+            QStringLiteral("tvd")};
+}
+
+} // namespace
+
+ArchiviFile::ArchiviFile(QWidget *finestra, std::function<void()> apreArchivi,
+                         std::function<void(const ado::Connection *)> chiudeFinestre)
+    : m_finestra(finestra),
+      m_apreArchivi(std::move(apreArchivi)),
+      m_chiudeFinestre(std::move(chiudeFinestre))
+{
+}
+
+void ArchiviFile::apri()
+{
+    const QString percorso =
+        dialoghi::apriFile(m_finestra, sceltaArchivio(QStringLiteral("Apri un file")));
+    if (!percorso.isEmpty())
+        apreCorrente(percorso);
+}
+
+void ArchiviFile::apreCorrente(const QString &percorso)
+{
+    try {
+        ApriArchivio(percorso);
+    } catch (const ado::Errore &errore) {
+        messaggi::riferisceErrore(m_finestra, percorso + u'\n' + errore.testo());
+        return;
+    }
+    contesto().PercorsoCorrente = percorso;
+    m_apreArchivi();
+}
+
+void ArchiviFile::nuovo()
+{
+    const QString modello = shell::fileDelProgramma(QStringLiteral("tarvola.mod"));
+    if (modello.isEmpty()) {
+        messaggi::avvisa(m_finestra,
+                         QStringLiteral("Il file tarvola.mod non esiste nella catella\n") +
+                             shell::cartellaApplicazione());
+        return;
+    }
+    const QString percorso = dialoghi::salvaFile(
+        m_finestra, sceltaArchivio(QStringLiteral("Crea un nuovo file (nome senza estensione)")));
+    if (percorso.isEmpty())
+        return;
+    QString vecchio;
+    if (QFileInfo::exists(percorso)) {
+        if (!messaggi::chiede(
+                m_finestra, QStringLiteral("Il file esiste, cancellare il vecchio file?"), true) ||
+            !consenteLoSpostamento(percorso))
+            return;
+        vecchio = nelCestino(percorso);
+        if (vecchio.isEmpty())
+            return;
+    }
+    const shell::Esito copia =
+        shell::OperazioneFile(QStringLiteral("Copia"), modello, percorso, false);
+    if (copia.stato != 0) {
+        // Il vecchio archivio torna al suo posto: senza il nuovo, non era da sostituire.
+        if (!vecchio.isEmpty())
+            shell::OperazioneFile(QStringLiteral("Muovi"), vecchio, percorso, false);
+        messaggi::riferisceErrore(m_finestra, percorso + u'\n' + copia.motivo);
+        return;
+    }
+    apreCorrente(percorso);
+}
+
+bool ArchiviFile::consenteLoSpostamento(const QString &percorso)
+{
+    return messaggi::avverte(m_finestra,
+                             QStringLiteral("Attenzione! Il vecchio file\n") + percorso +
+                                 QStringLiteral("\nsarà spostato nella cartella 'Cestino'"));
+}
+
+QString ArchiviFile::nelCestino(const QString &percorso)
+{
+    const QString cestino = shell::cartellaApplicazione() + QStringLiteral("/Cestino/");
+    QDir().mkpath(cestino);
+    if (ChiudiSeInUso(percorso) < nonAperto) {
+        messaggi::avvisa(m_finestra, QStringLiteral("Errore nella chiusura del database"));
+        return {};
+    }
+    const QString arrivo = cestino + shell::NomeFileDaPercorso(percorso);
+    const shell::Esito esito =
+        shell::OperazioneFile(QStringLiteral("Muovi"), percorso, arrivo, true);
+    if (esito.stato != 0) {
+        messaggi::avvisa(m_finestra, QStringLiteral("Trasferimeto fallito del file") + percorso);
+        return {};
+    }
+    const QString avvenuto = esito.nuovoNome.isEmpty() ? arrivo : esito.nuovoNome;
+    messaggi::avvisa(m_finestra, QStringLiteral("Il file\n") + percorso +
+                                     QStringLiteral("\nè stato rinominato\n") + avvenuto);
+    return avvenuto;
+}
+
+long ArchiviFile::ChiudiSeInUso(const QString &percorso)
+{
+    const int posto = postoDi(percorso);
+    if (posto < 0)
+        return nonAperto;
+    ado::Connection &sua = *archivi().Connessioni.at(static_cast<size_t>(posto));
+    if (sua.State() == ado::adStateClosed)
+        return nonAperto;
+    if (!messaggi::chiede(m_finestra,
+                          percorso +
+                              QStringLiteral("\nè attualmente in uso, se si procede sarà chiuso"
+                                             "\ncon tutte le finestre ad esso collegate")))
+        return tenutoAperto;
+    m_chiudeFinestre(&sua);
+    sua.Close();
+    return posto;
+}

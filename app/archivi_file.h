@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/ado.h"
+
+#include <QWidget>
+
+#include <functional>
+
+// I comandi del menu File sugli archivi.
+class ArchiviFile
+{
+public:
+    // `apreArchivi` mostra gli archivi del file corrente; `chiudeFinestre` chiude i visualizzatori
+    // che leggono da una connessione.
+    ArchiviFile(QWidget *finestra, std::function<void()> apreArchivi,
+                std::function<void(const ado::Connection *)> chiudeFinestre);
+
+    void apri();
+    void nuovo();
+
+private:
+    // Chiude il file se è aperto: -1 non lo era, -2 l'utente lo tiene aperto, altrimenti il posto
+    // della connessione chiusa.
+    long ChiudiSeInUso(const QString &percorso);
+    // Sposta un file nel Cestino e dice dove; vuoto se non si è potuto. `avvenuto` è il percorso
+    // nel Cestino.
+    QString nelCestino(const QString &percorso);
+    bool consenteLoSpostamento(const QString &percorso);
+    void apreCorrente(const QString &percorso);
+
+    QWidget *m_finestra;
+    std::function<void()> m_apreArchivi;
+    std::function<void(const ado::Connection *)> m_chiudeFinestre;
+};

@@ -1,0 +1,243 @@
+#include "app/contesto.h"
+#include "app/finestre.h"
+#include "browser/fmTabella.h"
+#include "browser/fmVisualizza.h"
+#include "browser/modello_tabella.h"
+#include "db/codici.h"
+#include "db/connessioni.h"
+#include "db/generi.h"
+#include "editors/eliminazione.h"
+#include "platform/messaggi.h"
+#include "platform/recordset.h"
+
+using namespace modTarvola;
+
+namespace
+{
+
+const QString tabellaArchivi = QStringLiteral("Archivi");
+const QString tabellaRegistri = QStringLiteral("Registri");
+const QString tabellaVoci = QStringLiteral("Voci");
+
+// "Battesimo" e "Nuovo Battesimo": la didascalia della voce segue il tipo del suo registro.
+struct DidascaliaVoce {
+    int tipo;
+    const char *esistente;
+    const char *nuova;
+};
+
+constexpr DidascaliaVoce didascalieVoce[] = {
+    {RegistroBattesimi, "Battesimo", "Nuovo Battesimo"},
+    {RegistroMatrimoni, "Matrimonio", "Nuovo Matrimonio"},
+    {RegistroMorti, "Morte", "Nuova Morte"},
+};
+
+QString didascaliaVoce(int tipo, bool nuova)
+{
+    for (const DidascaliaVoce &didascalia : didascalieVoce) {
+        if (didascalia.tipo == tipo)
+            return QString::fromUtf8(nuova ? didascalia.nuova : didascalia.esistente);
+    }
+    return {};
+}
+
+} // namespace
+
+void fmTabella::esegue(ComandoTabella comando)
+{
+    messaggi::protetto(this, [&] {
+        ApriArchivio(proprieta.Percorso);
+        // Senza una riga corrente i comandi che ne vogliono una non fanno nulla.
+        const bool senzaRiga = rigaCorrente() < 0;
+        if (senzaRiga && comando != NuovaRiga && comando != Aggiorna)
+            return;
+        switch (comando) {
+        case Seleziona:
+            seleziona();
+            break;
+        case ApriRiga:
+            apri();
+            break;
+        case NuovaRiga:
+            nuovo();
+            break;
+        case Aggiorna:
+            aggiorna();
+            break;
+        case EliminaRiga:
+            EliminaVoce(window(), codiceCorrente());
+            aggiorna();
+            break;
+        }
+    });
+}
+
+void fmTabella::seleziona()
+{
+    ProprietaTabella nuova;
+    nuova.Percorso = proprieta.Percorso;
+    nuova.ArchivioLocale = proprieta.ArchivioLocale;
+    nuova.VoceLocaleTabella = codiceCorrente();
+    nuova.ConOperatore = proprieta.ConOperatore;
+    prendeContesto();
+    if (proprieta.TipoTabella == tabellaArchivi) {
+        nuova.TipoTabella = tabellaRegistri;
+    } else if (proprieta.TipoTabella == tabellaRegistri) {
+        nuova.TipoTabella = tabellaVoci;
+        nuova.RegistroLocale = proprieta.RegistroLocale;
+    } else {
+        return;
+    }
+    m_servizi.apre(nuova);
+}
+
+void fmTabella::apreEditor(const QString &nome, const QString &didascalia,
+                           const std::function<void(FinestraEditor &)> &imposta)
+{
+    const auto editore = NuovaFinestra(nome, window());
+    editore->proprieta.Percorso = proprieta.Percorso;
+    editore->proprieta.ConOperatore = proprieta.ConOperatore;
+    editore->proprieta.TipoLock = ado::adLockOptimistic;
+    imposta(*editore);
+    ApriFinestra(*editore, didascalia);
+}
+
+void fmTabella::apri()
+{
+    const QString codice = codiceCorrente();
+    if (proprieta.TipoTabella == tabellaArchivi) {
+        contesto().ArchivioCorrente = codice;
+        apreEditor(QStringLiteral("fmArchivio"), QStringLiteral("Archivio"),
+                   [&](FinestraEditor &editore) { editore.proprieta.ArchivioLocale = codice; });
+    } else if (proprieta.TipoTabella == tabellaRegistri) {
+        contesto().RegistroCorrente = codice;
+        apreEditor(QStringLiteral("fmRegistro"), QStringLiteral("Registro"),
+                   [&](FinestraEditor &editore) {
+                       editore.proprieta.ArchivioLocale = proprieta.ArchivioLocale;
+                       editore.proprieta.RegistroLocale = codice;
+                   });
+    } else if (proprieta.TipoTabella == tabellaVoci) {
+        apriVoce(codice);
+    }
+}
+
+void fmTabella::apriVoce(const QString &codice)
+{
+    contesto().VoceCorrente = codice;
+    const int tipo = TipoRegistroDiVoce(codice);
+    contesto().TipoRegistroCorrente = tipo;
+    const QString didascalia = didascaliaVoce(tipo, false);
+    if (didascalia.isEmpty())
+        return;
+    apreEditor(QStringLiteral("fmVoce"), didascalia, [&](FinestraEditor &editore) {
+        editore.proprieta.VoceLocaleTipo = tipo;
+        editore.proprieta.VoceLocale = codice;
+        if (tipo == RegistroBattesimi)
+            editore.proprieta.RegistroLocale = proprieta.RegistroLocale;
+    });
+}
+
+void fmTabella::nuovo()
+{
+    QString creato;
+    if (proprieta.TipoTabella == tabellaArchivi) {
+        contesto().ArchivioCorrente.clear();
+        apreEditor(QStringLiteral("fmArchivio"), {}, [](FinestraEditor &editore) {
+            editore.proprieta.Percorso = contesto().PercorsoCorrente;
+        });
+        creato = contesto().ArchivioCorrente;
+    } else if (proprieta.TipoTabella == tabellaRegistri) {
+        creato = nuovoRegistro();
+    } else if (proprieta.TipoTabella == tabellaVoci) {
+        creato = nuovaVoce();
+    }
+    rilegge(creato);
+    Form_Activate();
+}
+
+QString fmTabella::nuovoRegistro()
+{
+    // Aperto dal menu Tabelle, il visualizzatore ha qui il codice di una voce: vale l'archivio.
+    const bool archivio = proprieta.VoceLocaleTabella.startsWith(u'A', Qt::CaseInsensitive);
+    const QString padre = archivio ? proprieta.VoceLocaleTabella : proprieta.ArchivioLocale;
+    if (padre.isEmpty())
+        return {};
+    contesto().RegistroCorrente.clear();
+    apreEditor(QStringLiteral("fmRegistro"), {},
+               [&](FinestraEditor &editore) { editore.proprieta.ArchivioLocale = padre; });
+    return contesto().RegistroCorrente;
+}
+
+QString fmTabella::nuovaVoce()
+{
+    const QString registro =
+        proprieta.RegistroLocale.isEmpty() ? contesto().RegistroCorrente : proprieta.RegistroLocale;
+    const int tipo = TipoRegistro(registro);
+    const QString didascalia = didascaliaVoce(tipo, true);
+    if (didascalia.isEmpty())
+        return {};
+    contesto().VoceCorrente.clear();
+    contesto().TipoRegistroCorrente = tipo;
+    apreEditor(QStringLiteral("fmVoce"), didascalia, [&](FinestraEditor &editore) {
+        editore.proprieta.VoceLocaleTipo = tipo;
+        editore.proprieta.RegistroLocale = registro;
+    });
+    return contesto().VoceCorrente;
+}
+
+void fmTabella::aggiorna()
+{
+    rilegge({});
+    Form_Activate();
+}
+
+namespace
+{
+
+// Che cosa la finestra dell'ambito mostra e propone, secondo la tabella da cui si parte (`da`) e
+// la voce scelta nel menu Tabelle.
+void preparaAmbito(fmVisualizza &ambito, const QString &da, int voce)
+{
+    constexpr int voceRegistri = 2;
+    constexpr int voceVoci = 3;
+    constexpr int voceIndividui = 4;
+    const bool daArchivi = da == tabellaArchivi;
+    const bool daRegistri = da == tabellaRegistri;
+    if (daArchivi || voce == voceRegistri)
+        ambito.nasconde(fmVisualizza::Registro);
+    if (daArchivi || daRegistri || voce <= voceVoci)
+        ambito.nasconde(fmVisualizza::Voce);
+    if (daArchivi && voce >= voceVoci)
+        ambito.preimposta(fmVisualizza::tuttiIRegistri);
+    if ((daArchivi || daRegistri) && voce >= voceIndividui)
+        ambito.preimposta(fmVisualizza::tutteLeVoci);
+}
+
+} // namespace
+
+void fmTabella::TsubItem_Click(int voce)
+{
+    static const QStringList tabelle{tabellaArchivi,
+                                     tabellaRegistri,
+                                     tabellaVoci,
+                                     QStringLiteral("Individui"),
+                                     QStringLiteral("Famiglie"),
+                                     QStringLiteral("Eventi"),
+                                     QStringLiteral("Binari")};
+    messaggi::protetto(this, [&] {
+        ApriArchivio(proprieta.Percorso);
+        ProprietaTabella nuova = proprieta;
+        nuova.TipoTabella = tabelle.at(voce - 1);
+        if (voce > 1) {
+            fmVisualizza ambito(window());
+            ambito.setWindowTitle(nuova.TipoTabella + QStringLiteral(" in ") +
+                                  proprieta.TipoTabella);
+            preparaAmbito(ambito, proprieta.TipoTabella, voce);
+            ambito.exec();
+        }
+        nuova.VoceLocaleTabella = contesto().VoceCorrente;
+        nuova.Ordinamento = contesto().AmbitoScelto;
+        contesto().AmbitoScelto = 0;
+        m_servizi.apre(nuova);
+    });
+}

@@ -1,0 +1,10 @@
+target_sources(
+  tarvola_finestre
+  PRIVATE browser/comandi.cpp
+          browser/fmTabella.cpp
+          browser/fmTabella.h
+          browser/fmVisualizza.cpp
+          browser/fmVisualizza.h
+          browser/menu_tabella.cpp
+          browser/modello_tabella.cpp
+          browser/modello_tabella.h)

@@ -1,0 +1,216 @@
+#include "browser/fmTabella.h"
+
+#include "app/contesto.h"
+#include "browser/modello_tabella.h"
+#include "db/connessioni.h"
+#include "platform/messaggi.h"
+
+#include <QAction>
+#include <QHeaderView>
+#include <QMenu>
+#include <QTableView>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+using namespace modTarvola;
+
+namespace
+{
+
+const QString colonnaCodice = QStringLiteral("Codice");
+
+// " Archivio A1" quando il codice c'è.
+QString parte(const QString &nome, const QString &codice)
+{
+    return codice.isEmpty() ? QString() : u' ' + nome + u' ' + codice;
+}
+
+} // namespace
+
+fmTabella::fmTabella(ProprietaTabella dalle, ServiziTabella servizi, QWidget *sopra)
+    : QWidget(sopra), proprieta(std::move(dalle)), m_servizi(std::move(servizi))
+{
+    setObjectName(QStringLiteral("fmTabella"));
+    creaBarra();
+    creaMenu();
+    creaGriglia();
+    auto *colonna = new QVBoxLayout(this);
+    colonna->setContentsMargins({});
+    colonna->setSpacing(0);
+    colonna->addWidget(Toolbar1);
+    colonna->addWidget(DataGrid1, 1);
+    setFocusProxy(DataGrid1);
+}
+
+void fmTabella::creaGriglia()
+{
+    DataGrid1 = new QTableView(this);
+    DataGrid1->setObjectName(QStringLiteral("DataGrid1"));
+    DataGrid1->setAccessibleName(proprieta.TipoTabella);
+    DataGrid1->setSelectionBehavior(QAbstractItemView::SelectRows);
+    DataGrid1->setSelectionMode(QAbstractItemView::SingleSelection);
+    DataGrid1->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    DataGrid1->setAlternatingRowColors(true);
+    DataGrid1->setWordWrap(false);
+    DataGrid1->setTabKeyNavigation(false);
+    DataGrid1->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    DataGrid1->verticalHeader()->setVisible(false);
+    // Altezza uguale per tutte le righe: in un milione di righe nessuna si misura.
+    DataGrid1->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    DataGrid1->verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 3 / 2);
+    DataGrid1->horizontalHeader()->setHighlightSections(false);
+    DataGrid1->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    DataGrid1->horizontalHeader()->setSectionsClickable(true);
+    connect(DataGrid1->horizontalHeader(), &QHeaderView::sectionClicked, this,
+            &fmTabella::DataGrid1_HeadClick);
+    connect(DataGrid1, &QTableView::activated, this, [this] { esegue(ApriRiga); });
+}
+
+void fmTabella::Form_Load()
+{
+    // Il segno dei dettagli non è un ambito: da qui in poi resta tolto.
+    if (proprieta.Ordinamento > 7)
+        proprieta.Ordinamento -= 8;
+    m_connessione = &connessione();
+    adoTabella = new ModelloTabella(
+        Elenco({proprieta.TipoTabella, proprieta.Ordinamento, proprieta.ArchivioLocale,
+                proprieta.RegistroLocale, proprieta.VoceLocale},
+               *m_connessione),
+        this);
+    DataGrid1->setModel(adoTabella);
+    connect(DataGrid1->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this](const QModelIndex &indice) { DataGrid1_RowColChange(indice.row()); });
+    setWindowTitle(proprieta.TipoTabella);
+    rilegge({});
+    for (int i = 0; i < adoTabella->columnCount(); ++i)
+        DataGrid1->setColumnWidth(i, fontMetrics().averageCharWidth() * (i == 0 ? 12 : 20));
+}
+
+bool fmTabella::vuota() const
+{
+    return adoTabella == nullptr || adoTabella->rowCount() == 0;
+}
+
+int fmTabella::rigaCorrente() const
+{
+    return DataGrid1->currentIndex().row();
+}
+
+QString fmTabella::codiceCorrente() const
+{
+    return rigaCorrente() < 0 ? QString()
+                              : adoTabella->campo(rigaCorrente(), colonnaCodice).toString();
+}
+
+void fmTabella::vaiAllaRiga(int riga)
+{
+    if (!vuota())
+        DataGrid1->setCurrentIndex(adoTabella->index(qMax(riga, 0), 0));
+}
+
+// Dopo una rilettura resta corrente lo stesso record, o quello dato se c'è.
+void fmTabella::rilegge(const QString &codiceDaScegliere)
+{
+    const int prima = rigaCorrente();
+    const qint64 chiave = prima < 0 ? -1 : adoTabella->chiave(prima);
+    adoTabella->rilegge();
+    int riga = codiceDaScegliere.isEmpty() ? -1 : adoTabella->rigaDi(codiceDaScegliere);
+    if (riga < 0)
+        riga = adoTabella->rigaDiChiave(chiave);
+    // Se il record non c'è più si resta dov'era.
+    if (riga < 0)
+        riga = qMin(prima, adoTabella->rowCount() - 1);
+    vaiAllaRiga(riga);
+}
+
+void fmTabella::DataGrid1_HeadClick(int colonna)
+{
+    messaggi::protetto(this, [&] {
+        const int prima = rigaCorrente();
+        const qint64 chiave = prima < 0 ? -1 : adoTabella->chiave(prima);
+        if (!adoTabella->ordina(colonna))
+            return;
+        DataGrid1->horizontalHeader()->setSortIndicatorShown(true);
+        DataGrid1->horizontalHeader()->setSortIndicator(colonna, Qt::AscendingOrder);
+        vaiAllaRiga(adoTabella->rigaDiChiave(chiave));
+    });
+}
+
+void fmTabella::DataGrid1_RowColChange(int riga)
+{
+    if (riga < 0)
+        return;
+    const QString codice = adoTabella->campo(riga, colonnaCodice).toString();
+    if (proprieta.TipoTabella == QStringLiteral("Archivi"))
+        proprieta.ArchivioLocale = codice;
+    else if (proprieta.TipoTabella == QStringLiteral("Registri"))
+        proprieta.RegistroLocale = codice;
+    else if (proprieta.TipoTabella == QStringLiteral("Voci"))
+        proprieta.VoceLocale = codice;
+}
+
+void fmTabella::abilita(ComandoTabella comando, bool si)
+{
+    m_bottoni[comando]->setEnabled(si);
+}
+
+void fmTabella::Form_Activate()
+{
+    const QString &tabella = proprieta.TipoTabella;
+    const bool contenitori = tabella == QStringLiteral("Archivi") ||
+                             tabella == QStringLiteral("Registri") ||
+                             tabella == QStringLiteral("Voci");
+    const bool righe = !vuota();
+    if (righe && contenitori)
+        prendeContesto();
+    abilita(Seleziona, righe && contenitori && tabella != QStringLiteral("Voci"));
+    abilita(ApriRiga, righe);
+    abilita(Aggiorna, righe);
+    abilita(EliminaRiga, righe);
+    abilita(NuovaRiga, contenitori);
+    if (!contenitori) {
+        TItem->setEnabled(false);
+        XsubItem[NuovaRiga]->setEnabled(false);
+    }
+    if (!contenitori || (righe && tabella == QStringLiteral("Voci")))
+        XsubItem[Seleziona]->setEnabled(false);
+    setWindowTitle(didascalia());
+}
+
+// La riga corrente diventa l'archivio, il registro o la voce su cui si lavora.
+void fmTabella::prendeContesto()
+{
+    const QString codice = codiceCorrente();
+    if (proprieta.TipoTabella == QStringLiteral("Archivi")) {
+        contesto().ArchivioCorrente = codice;
+        proprieta.ArchivioLocale = codice;
+    } else if (proprieta.TipoTabella == QStringLiteral("Registri")) {
+        contesto().RegistroCorrente = codice;
+        contesto().TipoRegistroCorrente =
+            adoTabella->campo(rigaCorrente(), QStringLiteral("Tipo")).toInt();
+        proprieta.RegistroLocale = codice;
+    } else {
+        contesto().VoceCorrente = codice;
+        proprieta.VoceLocale = codice;
+    }
+}
+
+QString fmTabella::didascalia() const
+{
+    const Contesto &ora = contesto();
+    const QString inizio = proprieta.TipoTabella + QStringLiteral(" File ") + proprieta.Percorso;
+    const QString archivio = parte(QStringLiteral("Archivio"), ora.ArchivioCorrente);
+    const QString registro = parte(QStringLiteral("Registro"), ora.RegistroCorrente);
+    const QString voce = parte(QStringLiteral("Voce"), ora.VoceCorrente);
+    if (proprieta.TipoTabella == QStringLiteral("Archivi"))
+        return inizio;
+    if (proprieta.TipoTabella == QStringLiteral("Registri"))
+        return inizio + archivio;
+    // Una lista non vuota nomina sempre l'archivio, e quella delle voci anche il registro.
+    const QString sempreArchivio = QStringLiteral(" Archivio ") + ora.ArchivioCorrente;
+    if (proprieta.TipoTabella == QStringLiteral("Voci"))
+        return vuota()
+                   ? inizio + archivio + registro
+                   : inizio + sempreArchivio + QStringLiteral(" Registro ") + ora.RegistroCorrente;
+    return inizio + (vuota() ? archivio : sempreArchivio) + registro + voce;
+}

@@ -1,0 +1,101 @@
+#pragma once
+
+#include "db/elenco.h"
+
+#include <QWidget>
+
+#include <functional>
+
+namespace modTarvola
+{
+class FinestraEditor;
+}
+class ModelloTabella;
+class QAction;
+class QMenu;
+class QTableView;
+class QToolBar;
+
+// Le proprietà che chi apre un visualizzatore gli dà prima di mostrarlo.
+struct ProprietaTabella {
+    QString TipoTabella;
+    QString Percorso;
+    QString ArchivioLocale;
+    QString RegistroLocale;
+    QString VoceLocale;
+    int Ordinamento = 0;
+    QString VoceLocaleTabella;
+    QString ConOperatore;
+};
+
+// Ciò che il visualizzatore chiede alla finestra principale.
+struct ServiziTabella {
+    std::function<void(const ProprietaTabella &)> apre;
+    std::function<void(int)> SubFileItem_Click;
+    std::function<void(int)> SubAiutoItem_Click;
+    std::function<void(int)> SubFinestreItem_Click;
+};
+
+enum ComandoTabella { Seleziona = 1, ApriRiga, NuovaRiga, Aggiorna, EliminaRiga };
+
+// Il visualizzatore: l'elenco dei record di una tabella, entro un ambito, con i suoi comandi.
+class fmTabella : public QWidget
+{
+    Q_OBJECT
+
+public:
+    fmTabella(ProprietaTabella proprieta, ServiziTabella servizi, QWidget *sopra);
+
+    ProprietaTabella proprieta;
+
+    // Apre l'elenco sulla connessione corrente; lancia ado::Errore se non si può leggere.
+    void Form_Load();
+    // Ricalcola didascalia, comandi e contesto dalla riga corrente.
+    void Form_Activate();
+    // I cinque menu, nell'ordine della barra.
+    QList<QMenu *> menu() const { return m_menu; }
+    // Vero se l'elenco viene dalla connessione data.
+    bool usa(const ado::Connection *connessione) const { return m_connessione == connessione; }
+
+private:
+    void creaBarra();
+    void creaGriglia();
+    void creaMenu();
+    QMenu *menuComandi();
+    QMenu *menuTabelle();
+    QMenu *menuServizio(const QString &titolo, const QStringList &voci,
+                        const std::function<void(int)> &servizio);
+    void DataGrid1_HeadClick(int colonna);
+    void DataGrid1_RowColChange(int riga);
+    void TsubItem_Click(int voce);
+    void esegue(ComandoTabella comando);
+
+    void seleziona();
+    void apri();
+    void apriVoce(const QString &codice);
+    void nuovo();
+    QString nuovoRegistro();
+    QString nuovaVoce();
+    void aggiorna();
+
+    bool vuota() const;
+    int rigaCorrente() const;
+    QString codiceCorrente() const;
+    void vaiAllaRiga(int riga);
+    void rilegge(const QString &codiceDaScegliere);
+    void prendeContesto();
+    QString didascalia() const;
+    void abilita(ComandoTabella comando, bool si);
+    void apreEditor(const QString &nome, const QString &didascalia,
+                    const std::function<void(modTarvola::FinestraEditor &)> &imposta);
+
+    ServiziTabella m_servizi;
+    ado::Connection *m_connessione = nullptr;
+    ModelloTabella *adoTabella = nullptr;
+    QTableView *DataGrid1 = nullptr;
+    QToolBar *Toolbar1 = nullptr;
+    QAction *m_bottoni[6] = {};
+    QAction *XsubItem[6] = {};
+    QMenu *TItem = nullptr;
+    QList<QMenu *> m_menu;
+};

@@ -1,0 +1,110 @@
+#include "browser/modello_tabella.h"
+
+#include "platform/italiano.h"
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr qsizetype righeTenute = 500;
+
+bool colonnaDiDate(const QString &nome)
+{
+    static const QStringList nomi{QStringLiteral("Ora"), QStringLiteral("Creazione"),
+                                  QStringLiteral("Modifica")};
+    return nome.startsWith(QStringLiteral("Data")) || nomi.contains(nome);
+}
+
+} // namespace
+
+ModelloTabella::ModelloTabella(modTarvola::Elenco elenco, QObject *padre)
+    : QAbstractTableModel(padre), m_elenco(std::move(elenco)), m_righe(righeTenute)
+{
+}
+
+int ModelloTabella::rowCount(const QModelIndex &padre) const
+{
+    return padre.isValid() ? 0 : static_cast<int>(m_chiavi.size());
+}
+
+int ModelloTabella::columnCount(const QModelIndex &padre) const
+{
+    return padre.isValid() ? 0 : static_cast<int>(m_elenco.colonne().size());
+}
+
+QVariant ModelloTabella::data(const QModelIndex &indice, int ruolo) const
+{
+    if (!indice.isValid())
+        return {};
+    const QString &colonna = m_elenco.colonne().at(indice.column());
+    if (ruolo == Qt::DisplayRole || ruolo == Qt::ToolTipRole) {
+        const QVariant valore = valori(indice.row()).value(indice.column());
+        return colonnaDiDate(colonna) ? italiano::mostraDataBreve(valore.toString()) : valore;
+    }
+    return {};
+}
+
+QVariant ModelloTabella::headerData(int sezione, Qt::Orientation verso, int ruolo) const
+{
+    if (ruolo != Qt::DisplayRole)
+        return {};
+    return verso == Qt::Horizontal ? QVariant(m_elenco.colonne().value(sezione))
+                                   : QVariant(sezione + 1);
+}
+
+void ModelloTabella::rilegge()
+{
+    beginResetModel();
+    m_righe.clear();
+    m_chiavi.clear();
+    try {
+        m_chiavi = m_elenco.chiavi(m_colonnaOrdine);
+    } catch (...) {
+        endResetModel();
+        throw;
+    }
+    endResetModel();
+}
+
+bool ModelloTabella::ordina(int colonna)
+{
+    if (!m_elenco.ordinabile(colonna))
+        return false;
+    m_colonnaOrdine = colonna;
+    rilegge();
+    return true;
+}
+
+// La griglia chiede i valori mentre si disegna, dove nessun errore si può dire: una riga che non si
+// legge si mostra vuota, e il comando che la userà dirà perché.
+const QVariantList &ModelloTabella::valori(int riga) const
+{
+    const qint64 chiave = m_chiavi.at(static_cast<size_t>(riga));
+    if (const QVariantList *presente = m_righe.object(chiave))
+        return *presente;
+    auto *letti = new QVariantList;
+    try {
+        *letti = m_elenco.riga(chiave);
+    } catch (const ado::Errore &) {
+        letti->clear();
+    }
+    m_righe.insert(chiave, letti);
+    return *letti;
+}
+
+QVariant ModelloTabella::campo(int riga, const QString &nome) const
+{
+    return valori(riga).value(m_elenco.colonne().indexOf(nome));
+}
+
+int ModelloTabella::rigaDi(const QString &codice) const
+{
+    return rigaDiChiave(m_elenco.chiaveDi(codice));
+}
+
+int ModelloTabella::rigaDiChiave(qint64 chiave) const
+{
+    const auto posto = std::find(m_chiavi.begin(), m_chiavi.end(), chiave);
+    return posto == m_chiavi.end() ? -1 : static_cast<int>(posto - m_chiavi.begin());
+}

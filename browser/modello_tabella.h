@@ -1,0 +1,47 @@
+#pragma once
+
+#include "db/elenco.h"
+
+#include <QAbstractTableModel>
+#include <QCache>
+
+#include <optional>
+#include <vector>
+
+// L'elenco di un visualizzatore come lo vede la griglia: tiene le chiavi delle righe e legge
+// dall'archivio soltanto le righe che si vedono.
+class ModelloTabella : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    ModelloTabella(modTarvola::Elenco elenco, QObject *padre);
+
+    int rowCount(const QModelIndex &padre = {}) const override;
+    int columnCount(const QModelIndex &padre = {}) const override;
+    QVariant data(const QModelIndex &indice, int ruolo) const override;
+    QVariant headerData(int sezione, Qt::Orientation verso, int ruolo) const override;
+
+    // Rilegge le chiavi nell'ordine corrente. Lancia ado::Errore; allora l'elenco resta vuoto.
+    void rilegge();
+    // Ordina per una colonna, se si può; falso se non si può.
+    bool ordina(int colonna);
+    // La colonna che dà l'ordine; -1 se nessuna.
+    int colonnaOrdine() const { return m_colonnaOrdine; }
+
+    // Il valore del campo in una riga, com'è nell'archivio.
+    QVariant campo(int riga, const QString &nome) const;
+    // La riga del record col codice dato; -1 se non è nell'elenco.
+    int rigaDi(const QString &codice) const;
+    // La chiave di una riga, che resta la stessa anche dopo un ordinamento.
+    qint64 chiave(int riga) const { return m_chiavi.at(static_cast<size_t>(riga)); }
+    int rigaDiChiave(qint64 chiave) const;
+
+private:
+    const QVariantList &valori(int riga) const;
+
+    modTarvola::Elenco m_elenco;
+    std::vector<qint64> m_chiavi;
+    int m_colonnaOrdine = -1;
+    mutable QCache<qint64, QVariantList> m_righe;
+};

@@ -1,0 +1,71 @@
+#include "db/codici.h"
+
+#include "db/connessioni.h"
+#include "db/schema.h"
+
+#include <limits>
+
+namespace modTarvola
+{
+
+QString NuovoCodice(const QString &tabella)
+{
+    const QVariant massimo = connessione().valore(
+        {QStringLiteral("SELECT max(CAST(substr(Codice, 2) AS INTEGER)) FROM %1").arg(tabella),
+         {},
+         {}});
+    // I codici sono interi lunghi: oltre, gli altri lettori del formato non li capirebbero.
+    if (massimo.toLongLong() >= std::numeric_limits<qint32>::max())
+        throw ado::Errore(ado::Causa::Altro,
+                          QStringLiteral("i codici della tabella %1 sono finiti").arg(tabella));
+    return tabella.front() + QString::number(massimo.toLongLong() + 1);
+}
+
+void CollegaOperatore(ado::Connection &connessione, const QString &operatore, const QString &record)
+{
+    if (operatore.isEmpty())
+        return;
+    connessione.Execute({QStringLiteral("INSERT OR IGNORE INTO OperatoriContesti "
+                                        "(CodiceOperatore, CodiceContesto) VALUES (?, ?)"),
+                         {operatore, record},
+                         {}});
+}
+
+int TipoRegistroDiVoce(const QString &voce)
+{
+    return connessione()
+        .valore({QStringLiteral("SELECT Registri.Tipo FROM Registri INNER JOIN Voci "
+                                "ON Registri.Codice = Voci.Registro WHERE Voci.Codice = ?"),
+                 {voce},
+                 {}})
+        .toInt();
+}
+
+int TipoRegistro(const QString &registro)
+{
+    return connessione()
+        .valore({QStringLiteral("SELECT Tipo FROM Registri WHERE Codice = ?"), {registro}, {}})
+        .toInt();
+}
+
+QString EtichettaTraduzione(int genere)
+{
+    return connessione()
+        .valore({QStringLiteral("SELECT %1 FROM Traduzioni WHERE Codice = ?")
+                     .arg(archivi().ColonnaLingua),
+                 {genere},
+                 {}})
+        .toString();
+}
+
+bool esiste(const QString &codice)
+{
+    const QString tabella = tabellaDiCodice(codice);
+    return !tabella.isEmpty() &&
+           connessione()
+               .valore(
+                   {QStringLiteral("SELECT 1 FROM %1 WHERE Codice = ?").arg(tabella), {codice}, {}})
+               .isValid();
+}
+
+} // namespace modTarvola

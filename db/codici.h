@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/ado.h"
+
+// Codici dei record, legame con l'operatore e significato dei generi.
+namespace modTarvola
+{
+
+// Il codice di una riga nuova della tabella: la sua lettera e il numero più alto più uno. Va preso
+// dentro la transazione che scrive la riga.
+QString NuovoCodice(const QString &tabella);
+// Fa sì che il record sia legato all'operatore; senza operatore ("") non fa nulla.
+void CollegaOperatore(ado::Connection &connessione, const QString &operatore,
+                      const QString &record);
+// Il tipo del registro della voce; 0 se la voce o il registro non ci sono.
+int TipoRegistroDiVoce(const QString &voce);
+// Il tipo di un registro; 0 se non c'è.
+int TipoRegistro(const QString &registro);
+// L'etichetta di un genere; vuota se non è in Traduzioni.
+QString EtichettaTraduzione(int genere);
+// Vero se il codice è di un record che c'è.
+bool esiste(const QString &codice);
+
+} // namespace modTarvola

@@ -1,0 +1,116 @@
+#include "db/collegamenti.h"
+
+#include "db/connessioni.h"
+
+namespace modTarvola
+{
+
+namespace
+{
+
+QString conEtichetta(const char *testo)
+{
+    return QString::fromUtf8(testo).replace(
+        QStringLiteral("{etichetta}"), QStringLiteral("Traduzioni.") + archivi().ColonnaLingua);
+}
+
+const char *istruzione(Legami modo)
+{
+    switch (modo) {
+    case Legami::TestiEFile:
+        return "SELECT {etichetta}, Binari.Codice, Binari.Tipo FROM Binari "
+               "INNER JOIN Traduzioni ON Binari.Tipo = Traduzioni.Codice "
+               "WHERE Binari.IdProprietario = ? ORDER BY Binari.rowid";
+    case Legami::Operatori:
+        return "SELECT {etichetta}, OperatoriContesti.CodiceOperatore, Traduzioni.Codice "
+               "FROM OperatoriContesti "
+               "INNER JOIN Operatori ON OperatoriContesti.CodiceOperatore = Operatori.Codice "
+               "INNER JOIN Traduzioni ON Operatori.Tipo = Traduzioni.Codice "
+               "WHERE OperatoriContesti.CodiceContesto = ? ORDER BY Operatori.rowid";
+    case Legami::Indirizzi:
+        return "SELECT {etichetta}, Luoghi.Codice, Traduzioni.Codice FROM Luoghi, Traduzioni "
+               "WHERE Luoghi.IdProprietario = ? AND Traduzioni.Codice = 43 ORDER BY Luoghi.rowid";
+    case Legami::Recapiti:
+        return "SELECT {etichetta}, Comunicazioni.Codice, Traduzioni.Codice "
+               "FROM Comunicazioni, Traduzioni "
+               "WHERE Comunicazioni.IdProprietario = ? AND Traduzioni.Codice = 44 "
+               "ORDER BY Comunicazioni.rowid";
+    case Legami::IndividuiDellaVoce:
+        return "SELECT {etichetta}, Individui.Codice, Individui.Ruolo FROM Individui "
+               "INNER JOIN Traduzioni ON Individui.Ruolo = Traduzioni.Codice "
+               "WHERE Individui.Voce = ? ORDER BY Individui.rowid";
+    case Legami::FamiglieDellaVoce:
+        return "SELECT {etichetta}, Famiglie.Codice, Famiglie.Ruolo FROM Famiglie "
+               "INNER JOIN Traduzioni ON Famiglie.Ruolo = Traduzioni.Codice "
+               "WHERE Famiglie.Voce = ? ORDER BY Famiglie.rowid";
+    case Legami::FamiglieConiuge:
+        return "SELECT 'Famiglia Coniuge', FamiglieConiugi.CodiceFamiglia, 8 FROM Individui "
+               "INNER JOIN FamiglieConiugi ON Individui.Codice = FamiglieConiugi.CodiceIndividuo "
+               "WHERE Individui.Codice = ?";
+    case Legami::FamiglieGenitori:
+        return "SELECT 'Famiglia Genitori', FamiglieGenitori.CodiceFamiglia, 35 FROM Individui "
+               "INNER JOIN FamiglieGenitori ON Individui.Codice = FamiglieGenitori.CodiceIndividuo "
+               "WHERE Individui.Codice = ?";
+    case Legami::Eventi:
+        return "SELECT {etichetta}, Eventi.Codice, Eventi.Tipo FROM Eventi "
+               "INNER JOIN Traduzioni ON Eventi.Tipo = Traduzioni.Codice "
+               "WHERE Eventi.IdProprietario = ? ORDER BY Eventi.rowid";
+    case Legami::MembriDellaFamiglia:
+        return "SELECT {etichetta}, FamiglieConiugi.CodiceIndividuo, Individui.Ruolo "
+               "FROM FamiglieConiugi "
+               "INNER JOIN Individui ON Individui.Codice = FamiglieConiugi.CodiceIndividuo "
+               "INNER JOIN Traduzioni ON Individui.Ruolo = Traduzioni.Codice "
+               "WHERE FamiglieConiugi.CodiceFamiglia = ? ORDER BY Individui.rowid";
+    }
+    return "";
+}
+
+} // namespace
+
+ado::Comando dettagli(const QString &tabella, const QString &codice)
+{
+    return {QStringLiteral("SELECT * FROM %1 WHERE Codice = ?").arg(tabella), {codice}, tabella};
+}
+
+ado::Comando oggetto(const QString &codice)
+{
+    return {
+        QStringLiteral("SELECT Codice, Tipo, IdProprietario, Nome FROM Binari WHERE Codice = ?"),
+        {codice},
+        QStringLiteral("Binari")};
+}
+
+ado::Comando testoLungo(const QString &codice)
+{
+    return dettagli(QStringLiteral("Binari"), codice);
+}
+
+ado::Comando generiInseribili(int categoria)
+{
+    return {conEtichetta("SELECT Codice, Tipo, {etichetta} FROM Traduzioni "
+                         "WHERE (Tipo / ?) % 2 = 1 ORDER BY {etichetta}"),
+            {categoria},
+            {}};
+}
+
+ado::Comando tipiDiRegistro()
+{
+    return {
+        conEtichetta("SELECT Codice, Tipo, {etichetta} FROM Traduzioni WHERE Tipo = 0"), {}, {}};
+}
+
+ado::Comando collegamenti(Legami modo, const QString &codice)
+{
+    return {conEtichetta(istruzione(modo)), {codice}, {}};
+}
+
+ado::Comando ruolo(const QString &individuo)
+{
+    return {conEtichetta("SELECT {etichetta}, Individui.Ruolo FROM Individui "
+                         "INNER JOIN Traduzioni ON Individui.Ruolo = Traduzioni.Codice "
+                         "WHERE Individui.Codice = ?"),
+            {individuo},
+            {}};
+}
+
+} // namespace modTarvola

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/ado.h"
+
+#include <memory>
+#include <vector>
+
+// Gli archivi aperti. Ogni istruzione del programma usa la connessione corrente.
+namespace modTarvola
+{
+
+struct Archivi {
+    std::vector<std::unique_ptr<ado::Connection>> Connessioni;
+    int ConnessioneCorrente = 0;
+    QString ColonnaLingua;
+};
+
+Archivi &archivi();
+// Riparte da un posto solo, non aperto, con le etichette della prima lingua.
+void avviaArchivi();
+// La connessione corrente.
+ado::Connection &connessione();
+
+// Rende corrente la connessione all'archivio, aprendola se occorre. Se l'apertura fallisce lancia
+// Errore e resta corrente la connessione di prima.
+void ApriArchivio(const QString &percorso);
+// Il posto la cui connessione è dell'archivio dato, aperta o chiusa; -1 se nessuno.
+int postoDi(const QString &percorso);
+// Vero se i due percorsi sono lo stesso file: le maiuscole non contano, salvo che esistano
+// entrambi e siano file diversi.
+bool stessoFile(const QString &uno, const QString &altro);
+// La stringa con cui un archivio si apre.
+QString stringaDiConnessione(const QString &percorso);
+
+} // namespace modTarvola

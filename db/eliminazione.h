@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/ado.h"
+
+namespace modTarvola
+{
+
+// Elimina il record e, nell'ordine che i proprietari chiedono, ogni riga rimasta senza il suo. Con
+// un archivio vanno i suoi registri, con un registro le sue voci. Un codice di lettera sconosciuta
+// non elimina nulla. Tutto in una transazione: se lancia ado::Errore non è eliminato nulla.
+// `operatore` è chi sta lavorando: non è mai tolto perché senza collegamenti.
+void elimina(ado::Connection &connessione, const QString &codice, const QString &operatore);
+
+} // namespace modTarvola

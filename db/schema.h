@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/ado.h"
+
+// Lo schema dell'archivio e la sua versione.
+namespace modTarvola
+{
+
+constexpr int versioneSchema = 1;
+extern const QString passwordArchivi;
+
+// Le dieci tabelle i cui record hanno un codice, nell'ordine in cui stanno sotto.
+const QStringList &tabelleConCodice();
+// Tutte le tabelle dell'archivio.
+const QStringList &tabelle();
+// La tabella cui appartiene un codice ("V12" è di Voci); vuota se la lettera non è di nessuna.
+QString tabellaDiCodice(const QString &codice);
+
+// Crea tabelle, indici, password e tavola dei generi in un file vuoto.
+void creaSchema(ado::Connection &connessione);
+// Fallisce con Errore se il file non ha le tabelle, o è di una versione più nuova.
+void verificaSchema(ado::Connection &connessione);
+
+} // namespace modTarvola

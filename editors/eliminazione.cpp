@@ -1,0 +1,23 @@
+#include "editors/eliminazione.h"
+
+#include "app/contesto.h"
+#include "db/connessioni.h"
+#include "db/eliminazione.h"
+#include "platform/messaggi.h"
+
+namespace modTarvola
+{
+
+void EliminaVoce(QWidget *sopra, const QString &codice)
+{
+    const QString avvertimento =
+        QStringLiteral("Attenzione! Eliminando questa voce saranno, anche, \n"
+                       "eliminate TUTTE le voci ad essa collegate. Procedere?\n"
+                       "Si consiglia di annullare l'operazione e di effettuare, prima,\n"
+                       "un back-up dell'archivio\n") +
+        contesto().PercorsoCorrente;
+    if (messaggi::avverte(sopra, avvertimento))
+        elimina(connessione(), codice, contesto().OperatoreCorrente);
+}
+
+} // namespace modTarvola

@@ -1,0 +1,22 @@
+target_sources(
+  tarvola_finestre
+  PRIVATE editors/caselle.cpp
+          editors/caselle.h
+          editors/editori.cpp
+          editors/editori.h
+          editors/eliminazione.cpp
+          editors/eliminazione.h
+          editors/fmArchivio.cpp
+          editors/fmArchivio.h
+          editors/fmEditor.cpp
+          editors/fmEditor.h
+          editors/fmEvento.cpp
+          editors/fmEvento.h
+          editors/fmIndividuo.cpp
+          editors/fmIndividuo.h
+          editors/fmRegistro.cpp
+          editors/fmRegistro.h
+          editors/fmVoce.cpp
+          editors/fmVoce.h
+          editors/pannello.cpp
+          editors/pannello.h)

@@ -1,0 +1,40 @@
+#include "editors/fmArchivio.h"
+
+#include "app/contesto.h"
+
+using namespace modTarvola;
+
+namespace
+{
+
+DescrizioneEditor descrizione()
+{
+    return {
+        QStringLiteral("fmArchivio"),
+        QStringLiteral("Archivio"),
+        QStringLiteral("Archivi"),
+        &ProprietaFinestra::ArchivioLocale,
+        {
+            {0, QStringLiteral("Nome"), QStringLiteral("Nome")},
+            {1, QStringLiteral("Abbreviazione"), QStringLiteral("Abbreviato")},
+            {2, QStringLiteral("Gruppo"), QStringLiteral("Gruppo")},
+        },
+        {Legami::TestiEFile, Legami::Operatori, Legami::Indirizzi, Legami::Recapiti},
+        {Nota, TestoRiportato, FileAllegato, Contatto, Indirizzo, Recapito},
+    };
+}
+
+} // namespace
+
+fmArchivio::fmArchivio(QWidget *sopra) : fmEditor(descrizione(), sopra) {}
+
+QString fmArchivio::controlla() const
+{
+    return Text1.vuote({0}) ? QStringLiteral("Impossibile salvare un archivio senza nome")
+                            : QString();
+}
+
+void fmArchivio::salvato()
+{
+    contesto().ArchivioCorrente = proprieta.ArchivioLocale;
+}

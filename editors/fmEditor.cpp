@@ -1,0 +1,314 @@
+#include "editors/fmEditor.h"
+
+#include "app/contesto.h"
+#include "db/codici.h"
+#include "db/connessioni.h"
+#include "editors/eliminazione.h"
+#include "platform/italiano.h"
+#include "platform/messaggi.h"
+#include "texts/allegati.h"
+#include "texts/testi.h"
+
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+using namespace modTarvola;
+
+fmEditor::fmEditor(DescrizioneEditor descrizione, QWidget *sopra)
+    : FinestraEditor(descrizione.nome, sopra),
+      Text1(descrizione.caselle, this),
+      pannello(new PannelloCollegamenti(this)),
+      m_descrizione(std::move(descrizione))
+{
+    setWindowTitle(m_descrizione.didascalia);
+    connect(pannello, &PannelloCollegamenti::nuovo, this,
+            [this] { messaggi::protetto(this, [this] { nuovo(); }); });
+    connect(pannello, &PannelloCollegamenti::elimina, this,
+            [this] { messaggi::protetto(this, [this] { elimina(); }); });
+    connect(pannello, &PannelloCollegamenti::apri, this,
+            [this] { messaggi::protetto(this, [this] { apri(); }); });
+}
+
+void fmEditor::costruisce()
+{
+    auto *colonna = new QVBoxLayout(this);
+    completaFinestra(colonna);
+    colonna->addWidget(pannello, 1);
+    auto *riga = new QHBoxLayout;
+    Command1 = new QPushButton(QStringLiteral("Salva"), this);
+    Command1->setObjectName(QStringLiteral("Command1"));
+    Command1->setAutoDefault(false);
+    connect(Command1, &QPushButton::clicked, this,
+            [this] { messaggi::protetto(this, [this] { Command1_Click(); }); });
+    riga->addStretch();
+    riga->addWidget(Command1);
+    colonna->addLayout(riga);
+}
+
+void fmEditor::completaFinestra(QVBoxLayout *colonna)
+{
+    auto *cornice = new QGroupBox(QStringLiteral("Dettagli"), this);
+    m_griglia = new QGridLayout(cornice);
+    Text1.disponi(m_griglia, cornice);
+    colonna->addWidget(cornice);
+    for (const DescrizioneCasella &casella : Text1.descrizioni()) {
+        const int indice = casella.indice;
+        // L'ora non si controlla lasciandola, solo salvando.
+        if (casella.formato == Formato::Ora)
+            continue;
+        // La casella si controlla quando il fuoco è già arrivato altrove, non mentre passa.
+        connect(
+            Text1[indice], &Casella::lasciata, this, [this, indice] { controllaCasella(indice); },
+            Qt::QueuedConnection);
+    }
+}
+
+void fmEditor::aggiungeEtichetta(QVBoxLayout *colonna, const QString &didascalia)
+{
+    auto *riga = new QHBoxLayout;
+    riga->addWidget(new QLabel(didascalia, this));
+    m_etichetta = new QLabel(this);
+    m_etichetta->setObjectName(QStringLiteral("Label2"));
+    m_etichetta->setTextFormat(Qt::PlainText);
+    QFont grassetto = m_etichetta->font();
+    grassetto.setBold(true);
+    m_etichetta->setFont(grassetto);
+    riga->addWidget(m_etichetta, 1);
+    colonna->addLayout(riga);
+    mostraEtichetta();
+}
+
+void fmEditor::mostraEtichetta()
+{
+    m_etichetta->setText(Label2.Caption);
+}
+
+void fmEditor::Form_Load()
+{
+    costruisce();
+    adoDettagli.Open(dettagli(m_descrizione.tabella, codice()), connessione(), proprieta.TipoLock);
+    if (codice().isEmpty())
+        adoDettagli.AddNew();
+    else if (adoDettagli.Bof())
+        throw ado::Errore(ado::Causa::Altro,
+                          QStringLiteral("il record %1 non esiste più").arg(codice()));
+    Text1.mostra(adoDettagli);
+    Text1.setReadOnly(solaLettura());
+    caricato();
+    if (!codice().isEmpty())
+        CaricaCollegamenti();
+    else
+        pannello->abilita(solaLettura());
+    ado::Recordset adoInseribili;
+    adoInseribili.Open(generiInseribili(categoria()), connessione(), proprieta.TipoLock);
+    for (; !adoInseribili.Eof(); adoInseribili.MoveNext()) {
+        const int genere = adoInseribili.Campo(0).toInt();
+        if (siOffre(genere))
+            pannello->offre(
+                {u'K' + QString::number(genere), adoInseribili.Campo(2).toString(), genere});
+    }
+}
+
+void fmEditor::CaricaCollegamenti()
+{
+    const auto scelto = pannello->collegamentoScelto();
+    pannello->svuota();
+    for (const Legami modo : m_descrizione.legami) {
+        ado::Recordset adoInseriti;
+        adoInseriti.Open(collegamenti(modo, codice()), connessione(), proprieta.TipoLock);
+        for (; !adoInseriti.Eof(); adoInseriti.MoveNext())
+            pannello->aggiunge({adoInseriti.Campo(1).toString(), adoInseriti.Campo(0).toString(),
+                                adoInseriti.Campo(2).toInt()});
+    }
+    pannello->sceglie(scelto ? scelto->Key : QString());
+    dopoCollegamenti();
+    pannello->abilita(solaLettura());
+}
+
+void fmEditor::Command1_Click()
+{
+    if (!solaLettura()) {
+        if (casellaRifiutata())
+            return;
+        SalvaDettagli();
+    }
+    if (restaAperta() && contesto().SalvataggioRifiutato)
+        contesto().SalvataggioRifiutato = false;
+    else
+        accept();
+}
+
+void fmEditor::SalvaDettagli()
+{
+    const ado::Recordset prima = adoDettagli;
+    try {
+        Text1.scrivi(adoDettagli);
+        contesto().SalvataggioRifiutato = false;
+        const QString motivo = controlla();
+        if (!motivo.isEmpty()) {
+            adoDettagli = prima;
+            m_nelMessaggio = true;
+            messaggi::avvisa(this, motivo);
+            m_nelMessaggio = false;
+            contesto().SalvataggioRifiutato = true;
+            return;
+        }
+        scrive();
+    } catch (...) {
+        adoDettagli = prima;
+        throw;
+    }
+    codice() = adoDettagli.Testo(QStringLiteral("Codice"));
+    adoDettagli.Open(dettagli(m_descrizione.tabella, codice()), connessione(), proprieta.TipoLock);
+    Text1.mostra(adoDettagli);
+    salvato();
+}
+
+// Il record, il suo codice e il legame con l'operatore stanno insieme: tutti o nessuno.
+void fmEditor::scrive()
+{
+    ado::Transazione transazione(connessione());
+    if (!adoDettagli.Campo(QStringLiteral("Codice")).isValid()) {
+        if (!proprietario().isEmpty() && !esiste(proprietario()))
+            throw ado::Errore(ado::Causa::Altro,
+                              QStringLiteral("il record %1, di cui questo fa parte, non esiste più")
+                                  .arg(proprietario()));
+        adoDettagli.Assegna(QStringLiteral("Codice"), NuovoCodice(m_descrizione.tabella));
+        completaNuovo();
+    }
+    completa();
+    adoDettagli.Assegna(QStringLiteral("Modifica"), italiano::adesso());
+    adoDettagli.Update();
+    collegaOperatore();
+    transazione.conferma();
+}
+
+void fmEditor::collegaOperatore()
+{
+    CollegaOperatore(connessione(), proprieta.ConOperatore,
+                     adoDettagli.Testo(QStringLiteral("Codice")));
+}
+
+void fmEditor::nuovo()
+{
+    const auto genere = pannello->genereScelto();
+    if (!genere) {
+        messaggi::avvisa(this, QStringLiteral("Selezionare una voce"));
+        return;
+    }
+    const QString motivo = rifiutoNuovo(genere->Tag);
+    if (!motivo.isEmpty()) {
+        messaggi::avvisa(this, motivo);
+        return;
+    }
+    if (codice().isEmpty() && !solaLettura()) {
+        if (casellaRifiutata())
+            return;
+        SalvaDettagli();
+        if (contesto().SalvataggioRifiutato) {
+            contesto().SalvataggioRifiutato = false;
+            return;
+        }
+    }
+    if (nuovoProprio(*genere) || nuovoComune(*genere))
+        CaricaCollegamenti();
+}
+
+bool fmEditor::nuovoComune(const Elemento &genere)
+{
+    const auto &generi = m_descrizione.generi;
+    if (std::find(generi.begin(), generi.end(), genere.Tag) == generi.end())
+        return false;
+    switch (genere.Tag) {
+    case Nota:
+    case TestoRiportato:
+        NuovoTesto(this, codice(), genere.Tag, genere.Text);
+        return true;
+    case FileAllegato:
+        return NuovoAllegato(this, codice(), genere.Tag);
+    default:
+        apreRecapito(genere.Tag, {}, genere.Text);
+        return true;
+    }
+}
+
+void fmEditor::apri()
+{
+    const auto collegamento = pannello->collegamentoScelto();
+    if (!collegamento)
+        return;
+    if (apriProprio(*collegamento) || apriComune(*collegamento))
+        CaricaCollegamenti();
+}
+
+// Falso quando l'elenco non va riletto.
+bool fmEditor::apriComune(const Elemento &collegamento)
+{
+    switch (collegamento.Tag) {
+    case Nota:
+    case TestoRiportato:
+        return ApriTesto(this, collegamento.Key, proprieta.TipoLock, collegamento.Text);
+    default:
+        return false;
+    }
+}
+
+void fmEditor::elimina() {}
+
+void fmEditor::apreFiglio(const QString &nome, const QString &didascalia,
+                          const std::function<void(FinestraEditor &)> &imposta)
+{
+    const auto figlia = NuovaFinestra(nome, this);
+    if (figlia == nullptr)
+        return;
+    figlia->proprieta.Percorso = proprieta.Percorso;
+    figlia->proprieta.ConOperatore = proprieta.ConOperatore;
+    figlia->proprieta.TipoLock = proprieta.TipoLock;
+    imposta(*figlia);
+    ApriFinestra(*figlia, didascalia);
+}
+
+void fmEditor::controllaCasella(int indice)
+{
+    if (!isVisible() || m_nelMessaggio || solaLettura())
+        return;
+    const QString messaggio = Text1.rifiuto(indice);
+    if (!messaggio.isEmpty())
+        rifiuta(indice, messaggio);
+}
+
+bool fmEditor::casellaRifiutata()
+{
+    for (const DescrizioneCasella &casella : Text1.descrizioni()) {
+        const QString messaggio = Text1.rifiuto(casella.indice);
+        if (!messaggio.isEmpty()) {
+            rifiuta(casella.indice, messaggio);
+            return true;
+        }
+    }
+    return false;
+}
+
+void fmEditor::rifiuta(int indice, const QString &messaggio)
+{
+    m_nelMessaggio = true;
+    messaggi::avvisa(this, messaggio);
+    m_nelMessaggio = false;
+    Text1[indice]->setFocus();
+    Text1[indice]->selectAll();
+}
+
+void fmEditor::keyPressEvent(QKeyEvent *evento)
+{
+    // Esc non chiude: una pressione per sbaglio non butti via ciò che si è scritto.
+    if (evento->key() == Qt::Key_Escape)
+        evento->accept();
+    else
+        FinestraEditor::keyPressEvent(evento);
+}

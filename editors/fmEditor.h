@@ -1,0 +1,101 @@
+#pragma once
+
+#include "app/finestre.h"
+#include "db/collegamenti.h"
+#include "db/generi.h"
+#include "editors/caselle.h"
+#include "editors/pannello.h"
+#include "platform/recordset.h"
+
+class QGridLayout;
+class QGroupBox;
+class QLabel;
+class QPushButton;
+class QVBoxLayout;
+
+// Che cosa un editore dice di sé alla cornice comune.
+struct DescrizioneEditor {
+    QString nome;
+    QString didascalia;
+    QString tabella;
+    // La proprietà che porta il codice del record; vuota vuol dire un record nuovo.
+    QString modTarvola::ProprietaFinestra::*codice;
+    std::vector<DescrizioneCasella> caselle;
+    std::vector<modTarvola::Legami> legami;
+    // I generi comuni che "Nuovo" crea; "Apri" conosce gli stessi e il trascrittore.
+    std::vector<int> generi;
+};
+
+// La cornice di tutti gli editori: i dettagli del record, i suoi collegamenti, i comandi.
+class fmEditor : public modTarvola::FinestraEditor
+{
+    Q_OBJECT
+
+public:
+    fmEditor(DescrizioneEditor descrizione, QWidget *sopra);
+
+    void Form_Load() override;
+
+protected:
+    // Ciò che un editore aggiunge o cambia. I rifiuti sono il messaggio da mostrare, vuoto se va
+    // tutto bene.
+    virtual void completaFinestra(QVBoxLayout *colonna);
+    virtual int categoria() const = 0;
+    virtual bool siOffre(int /*genere*/) const { return true; }
+    virtual void caricato() {}
+    virtual void dopoCollegamenti() {}
+    virtual QString rifiutoNuovo(int /*genere*/) const { return {}; }
+    virtual QString controlla() const { return {}; }
+    // Il record cui appartiene un record nuovo; vuoto se non appartiene a nessuno.
+    virtual QString proprietario() const { return {}; }
+    virtual void completaNuovo() {}
+    virtual void completa() {}
+    virtual void collegaOperatore();
+    virtual void salvato() {}
+    virtual bool restaAperta() const { return false; }
+    // Vero se il genere è dell'editore e la finestra è stata aperta.
+    virtual bool nuovoProprio(const Elemento & /*genere*/) { return false; }
+    virtual bool apriProprio(const Elemento & /*collegamento*/) { return false; }
+
+    void keyPressEvent(QKeyEvent *evento) override;
+
+    bool solaLettura() const { return proprieta.TipoLock == ado::adLockReadOnly; }
+    QString &codice() { return proprieta.*m_descrizione.codice; }
+    const QString &codice() const { return proprieta.*m_descrizione.codice; }
+    // Apre un editore figlio con le proprietà comuni; `imposta` dà le altre.
+    void apreFiglio(const QString &nome, const QString &didascalia,
+                    const std::function<void(FinestraEditor &)> &imposta);
+    // Registra il record e lo lega all'operatore in una sola transazione. Un rifiuto mostra il suo
+    // messaggio e segna SalvataggioRifiutato; un guasto lancia ado::Errore e non cambia nulla.
+    void SalvaDettagli();
+    void CaricaCollegamenti();
+
+    // La riga "Ruolo" o "Tipo" con l'etichetta data da chi apre.
+    void aggiungeEtichetta(QVBoxLayout *colonna, const QString &didascalia);
+    void mostraEtichetta();
+    QGridLayout *grigliaDettagli() const { return m_griglia; }
+
+    Caselle Text1;
+    PannelloCollegamenti *pannello;
+    ado::Recordset adoDettagli;
+
+private:
+    void costruisce();
+    void Command1_Click();
+    void nuovo();
+    void elimina();
+    void apri();
+    bool nuovoComune(const Elemento &genere);
+    bool apriComune(const Elemento &collegamento);
+    void apreRecapito(int genere, const QString &suo, const QString &didascalia);
+    void scrive();
+    void controllaCasella(int indice);
+    bool casellaRifiutata();
+    void rifiuta(int indice, const QString &messaggio);
+
+    DescrizioneEditor m_descrizione;
+    QGridLayout *m_griglia = nullptr;
+    QLabel *m_etichetta = nullptr;
+    QPushButton *Command1 = nullptr;
+    bool m_nelMessaggio = false;
+};

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "editors/fmEditor.h"
+
+class QRadioButton;
+
+// L'individuo: una persona nominata in una voce.
+class fmIndividuo : public fmEditor
+{
+    Q_OBJECT
+
+public:
+    explicit fmIndividuo(QWidget *sopra);
+
+    // Sceglie il sesso ("M" o "F") e non lo lascia cambiare.
+    void imponeSesso(const QString &sesso);
+    // Il sesso scelto nella finestra; vuoto se non è detto.
+    QString sessoScelto() const;
+    // Il codice registrato in questa finestra; vuoto se non vi si è salvato nulla.
+    QString individuoSalvato() const { return m_salvato; }
+
+protected:
+    void completaFinestra(QVBoxLayout *colonna) override;
+    int categoria() const override { return modTarvola::CategoriaIndividuo; }
+    void caricato() override;
+    void dopoCollegamenti() override;
+    QString rifiutoNuovo(int genere) const override;
+    QString controlla() const override;
+    QString proprietario() const override { return proprieta.VoceLocale; }
+    void completaNuovo() override;
+    void completa() override;
+    void salvato() override;
+    bool nuovoProprio(const Elemento &genere) override;
+    bool apriProprio(const Elemento &collegamento) override;
+
+private:
+    QWidget *scelte();
+    void apreFamiglia(const Elemento &famiglia, const QString &codice);
+    void apreEvento(const Elemento &evento, const QString &codice);
+
+    QString NomeIndividuoLocale;
+    QString m_salvato;
+    QGroupBox *Frame3[3] = {};
+    QRadioButton *Option1[9] = {};
+};

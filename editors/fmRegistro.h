@@ -1,0 +1,27 @@
+#pragma once
+
+#include "editors/fmEditor.h"
+
+class QComboBox;
+
+// Il registro: un libro dell'archivio, di un tipo che si fissa quando è creato.
+class fmRegistro : public fmEditor
+{
+    Q_OBJECT
+
+public:
+    explicit fmRegistro(QWidget *sopra);
+
+protected:
+    void completaFinestra(QVBoxLayout *colonna) override;
+    int categoria() const override { return modTarvola::CategoriaRegistro; }
+    void caricato() override;
+    QString controlla() const override;
+    QString proprietario() const override { return proprieta.ArchivioLocale; }
+    void completaNuovo() override;
+    void salvato() override;
+    bool siDispone() const override { return false; }
+
+private:
+    QComboBox *ImageCombo2 = nullptr;
+};

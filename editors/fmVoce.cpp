@@ -1,0 +1,102 @@
+#include "editors/fmVoce.h"
+
+#include "app/contesto.h"
+
+using namespace modTarvola;
+
+namespace
+{
+
+DescrizioneEditor descrizione()
+{
+    return {
+        QStringLiteral("fmVoce"),
+        QStringLiteral("Voce"),
+        QStringLiteral("Voci"),
+        &ProprietaFinestra::VoceLocale,
+        {
+            {0, QStringLiteral("Volume"), QStringLiteral("Volume"), Formato::Testo, 0, 0},
+            {1, QStringLiteral("PaginaIniziale"), QStringLiteral("Pagina"), Formato::Pagina, 0, 1},
+            {2, QStringLiteral("CodiceVoce"), QStringLiteral("Codice"), Formato::Testo, 0, 2},
+            {3, QStringLiteral("Data"), QStringLiteral("Data"), Formato::DataEstesa, 1, 0},
+        },
+        {Legami::TestiEFile, Legami::IndividuiDellaVoce, Legami::FamiglieDellaVoce,
+         Legami::Operatori},
+        {Nota, TestoRiportato, FileAllegato, Contatto},
+    };
+}
+
+} // namespace
+
+fmVoce::fmVoce(QWidget *sopra) : fmEditor(descrizione(), sopra) {}
+
+int fmVoce::categoria() const
+{
+    switch (proprieta.VoceLocaleTipo) {
+    case RegistroBattesimi:
+        return CategoriaBattesimo;
+    case RegistroMatrimoni:
+        return CategoriaMatrimonio;
+    case RegistroMorti:
+        return CategoriaMorte;
+    default:
+        return NessunaCategoria;
+    }
+}
+
+QString fmVoce::controlla() const
+{
+    return Text1.vuote({0, 1, 2})
+               ? QStringLiteral("Impossibile salvare una voce senza almeno un dettaglio")
+               : QString();
+}
+
+void fmVoce::completaNuovo()
+{
+    adoDettagli.Assegna(QStringLiteral("Registro"), proprieta.RegistroLocale);
+}
+
+void fmVoce::salvato()
+{
+    contesto().VoceCorrente = proprieta.VoceLocale;
+}
+
+bool fmVoce::nuovoProprio(const Elemento &genere)
+{
+    if (eIndividuo(genere.Tag))
+        apreIndividuo(genere, {});
+    else if (eFamiglia(genere.Tag))
+        apreFamiglia(genere.Tag, {});
+    else
+        return false;
+    return true;
+}
+
+bool fmVoce::apriProprio(const Elemento &collegamento)
+{
+    if (eIndividuo(collegamento.Tag))
+        apreIndividuo(collegamento, collegamento.Key);
+    else if (eFamiglia(collegamento.Tag))
+        apreFamiglia(collegamento.Tag, collegamento.Key);
+    else
+        return false;
+    return true;
+}
+
+void fmVoce::apreIndividuo(const Elemento &ruolo, const QString &individuo)
+{
+    apreFiglio(QStringLiteral("fmIndividuo"), ruolo.Text, [&](FinestraEditor &finestra) {
+        finestra.proprieta.VoceLocale = proprieta.VoceLocale;
+        finestra.proprieta.IndividuoLocale = individuo;
+        finestra.Label2 = {ruolo.Text, ruolo.Tag};
+    });
+}
+
+void fmVoce::apreFamiglia(int genere, const QString &famiglia)
+{
+    apreFiglio(QStringLiteral("fmFamiglia"), {}, [&](FinestraEditor &finestra) {
+        finestra.proprieta.VoceLocale = proprieta.VoceLocale;
+        finestra.proprieta.FamigliaLocale = famiglia;
+        finestra.proprieta.TipoFamigliaLocale = genere;
+    });
+}

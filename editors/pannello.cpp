@@ -1,0 +1,116 @@
+#include "editors/pannello.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QPushButton>
+#include <QTreeWidget>
+
+namespace
+{
+
+enum Comandi { Nuovo, Elimina, Apri };
+
+} // namespace
+
+PannelloCollegamenti::PannelloCollegamenti(QWidget *sopra) : QWidget(sopra)
+{
+    const char *const didascalie[] = {"Nuovo", "Elimina", "Apri"};
+    for (int i : {Nuovo, Elimina, Apri}) {
+        Command3[i] = new QPushButton(QString::fromUtf8(didascalie[i]), this);
+        Command3[i]->setObjectName(QStringLiteral("Command3_%1").arg(i));
+        Command3[i]->setAutoDefault(false);
+    }
+    connect(Command3[Nuovo], &QPushButton::clicked, this, &PannelloCollegamenti::nuovo);
+    connect(Command3[Elimina], &QPushButton::clicked, this, &PannelloCollegamenti::elimina);
+    connect(Command3[Apri], &QPushButton::clicked, this, &PannelloCollegamenti::apri);
+    // Il combo è solo nella sua cornice, che così gli fa da nome per i lettori di schermo.
+    auto *griglia = new QGridLayout(this);
+    griglia->setContentsMargins({});
+    griglia->addWidget(inserimento(), 0, 0, 2, 1);
+    griglia->addWidget(Command3[Nuovo], 1, 1, Qt::AlignVCenter);
+    griglia->addWidget(inseriti(), 2, 0, 3, 1);
+    griglia->addWidget(Command3[Apri], 2, 1);
+    griglia->addWidget(Command3[Elimina], 3, 1);
+    griglia->setRowStretch(4, 1);
+}
+
+QWidget *PannelloCollegamenti::inserimento()
+{
+    auto *cornice = new QGroupBox(QStringLiteral("Inserisci Collegamento"), this);
+    ImageCombo1 = new QComboBox(cornice);
+    ImageCombo1->setObjectName(QStringLiteral("ImageCombo1"));
+    ImageCombo1->setMaxVisibleItems(20);
+    auto *riga = new QHBoxLayout(cornice);
+    riga->addWidget(ImageCombo1);
+    return cornice;
+}
+
+QWidget *PannelloCollegamenti::inseriti()
+{
+    ListView1 = new QTreeWidget(this);
+    ListView1->setObjectName(QStringLiteral("ListView1"));
+    ListView1->setHeaderLabel(QStringLiteral("Collegamenti Inseriti"));
+    ListView1->setAccessibleName(QStringLiteral("Collegamenti Inseriti"));
+    ListView1->setRootIsDecorated(false);
+    ListView1->setUniformRowHeights(true);
+    ListView1->setMinimumHeight(fontMetrics().height() * 8);
+    connect(ListView1, &QTreeWidget::itemActivated, this, &PannelloCollegamenti::apri);
+    return ListView1;
+}
+
+void PannelloCollegamenti::offre(const Elemento &genere)
+{
+    m_generi.push_back(genere);
+    ImageCombo1->addItem(genere.Text, genere.Key);
+    ImageCombo1->setCurrentIndex(-1);
+}
+
+std::optional<Elemento> PannelloCollegamenti::genereScelto() const
+{
+    const int scelto = ImageCombo1->currentIndex();
+    if (scelto < 0)
+        return {};
+    return m_generi.at(static_cast<size_t>(scelto));
+}
+
+void PannelloCollegamenti::svuota()
+{
+    ListView1->clear();
+    m_collegamenti.clear();
+}
+
+void PannelloCollegamenti::aggiunge(const Elemento &collegamento)
+{
+    m_collegamenti.push_back(collegamento);
+    auto *elemento = new QTreeWidgetItem(ListView1, {collegamento.Text});
+    elemento->setToolTip(0, collegamento.Key);
+}
+
+std::optional<Elemento> PannelloCollegamenti::collegamentoScelto() const
+{
+    const int scelto = ListView1->indexOfTopLevelItem(ListView1->currentItem());
+    if (scelto < 0)
+        return {};
+    return m_collegamenti.at(static_cast<size_t>(scelto));
+}
+
+void PannelloCollegamenti::sceglie(const QString &codice)
+{
+    int posto = 0;
+    for (size_t i = 0; i < m_collegamenti.size(); ++i) {
+        if (m_collegamenti[i].Key == codice)
+            posto = static_cast<int>(i);
+    }
+    ListView1->setCurrentItem(ListView1->topLevelItem(posto));
+}
+
+void PannelloCollegamenti::abilita(bool solaLettura)
+{
+    const bool qualcuno = !m_collegamenti.empty();
+    Command3[Apri]->setEnabled(qualcuno);
+    Command3[Elimina]->setEnabled(qualcuno && !solaLettura);
+    Command3[Nuovo]->setEnabled(!solaLettura);
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "db/collegamenti.h"
+#include "platform/recordset.h"
+
+#include <QWidget>
+
+#include <optional>
+
+class QComboBox;
+class QPushButton;
+class QTreeWidget;
+
+// Un elemento dell'elenco dei collegamenti: il codice collegato, l'etichetta, il genere.
+struct Elemento {
+    QString Key;
+    QString Text;
+    int Tag = 0;
+};
+
+// Il pannello dei collegamenti: i generi che si possono inserire e quelli già inseriti.
+class PannelloCollegamenti : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit PannelloCollegamenti(QWidget *sopra);
+
+    // Offre un genere.
+    void offre(const Elemento &genere);
+    // Il genere scelto; niente se non se n'è scelto alcuno.
+    std::optional<Elemento> genereScelto() const;
+
+    void svuota();
+    void aggiunge(const Elemento &collegamento);
+    const std::vector<Elemento> &collegamenti() const { return m_collegamenti; }
+    std::optional<Elemento> collegamentoScelto() const;
+    // Sceglie il collegamento col codice dato, o il primo se non c'è più.
+    void sceglie(const QString &codice);
+    // "Apri" ed "Elimina" quando c'è qualche collegamento; in sola lettura mai "Nuovo" né
+    // "Elimina".
+    void abilita(bool solaLettura);
+
+signals:
+    void nuovo();
+    void elimina();
+    void apri();
+
+private:
+    QWidget *inserimento();
+    QWidget *inseriti();
+
+    QComboBox *ImageCombo1 = nullptr;
+    QTreeWidget *ListView1 = nullptr;
+    QPushButton *Command3[3] = {};
+    std::vector<Elemento> m_generi;
+    std::vector<Elemento> m_collegamenti;
+};

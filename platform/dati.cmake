@@ -1,0 +1,4 @@
+target_sources(
+  tarvola_dati
+  PRIVATE platform/ado.cpp platform/ado.h platform/italiano.cpp platform/italiano.h
+          platform/recordset.cpp platform/recordset.h platform/shell.cpp platform/shell.h)

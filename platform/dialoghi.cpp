@@ -1,0 +1,58 @@
+#include "platform/dialoghi.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+
+namespace dialoghi
+{
+
+namespace
+{
+
+QString mostra(QFileDialog &dialogo, const SceltaFile &scelta)
+{
+    // Quello del toolkit: in italiano dappertutto, e raggiungibile dai lettori di schermo.
+    dialogo.setOption(QFileDialog::DontUseNativeDialog);
+    dialogo.setWindowTitle(scelta.titolo);
+    dialogo.setDirectory(scelta.cartella);
+    if (!scelta.filtro.isEmpty())
+        dialogo.setNameFilter(scelta.filtro);
+    if (dialogo.exec() != QDialog::Accepted || dialogo.selectedFiles().isEmpty())
+        return {};
+    return dialogo.selectedFiles().constFirst();
+}
+
+} // namespace
+
+QString apriFile(QWidget *sopra, const SceltaFile &scelta)
+{
+    QFileDialog dialogo(sopra);
+    dialogo.setAcceptMode(QFileDialog::AcceptOpen);
+    dialogo.setFileMode(QFileDialog::ExistingFile);
+    const QString percorso = mostra(dialogo, scelta);
+    return QFileInfo(percorso).isFile() ? percorso : QString();
+}
+
+QString salvaFile(QWidget *sopra, const SceltaFile &scelta)
+{
+    QFileDialog dialogo(sopra);
+    dialogo.setAcceptMode(QFileDialog::AcceptSave);
+    dialogo.setFileMode(QFileDialog::AnyFile);
+    dialogo.setOption(QFileDialog::DontConfirmOverwrite);
+    const QString percorso = mostra(dialogo, scelta);
+    const QString coda = u'.' + scelta.estensione;
+    if (percorso.isEmpty() || scelta.estensione.isEmpty() ||
+        percorso.endsWith(coda, Qt::CaseInsensitive))
+        return percorso;
+    return percorso + coda;
+}
+
+QString scegliCartella(QWidget *sopra, const QString &titolo, const QString &cartella)
+{
+    QFileDialog dialogo(sopra);
+    dialogo.setFileMode(QFileDialog::Directory);
+    dialogo.setOption(QFileDialog::ShowDirsOnly);
+    return mostra(dialogo, {titolo, cartella, {}, {}});
+}
+
+} // namespace dialoghi

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+#include <QWidget>
+
+#include <functional>
+
+// L'unica porta dei messaggi all'utente. Il titolo è quello dell'applicazione, il testo è piano.
+namespace messaggi
+{
+
+// Un messaggio col solo "OK".
+void avvisa(QWidget *sopra, const QString &testo);
+// Una domanda con "Sì" e "No"; con `icona` il segno della domanda. Chiudere è "No".
+bool chiede(QWidget *sopra, const QString &testo, bool icona = false);
+// Un avvertimento grave con "Riprova" e "Annulla"; "Annulla" è il predefinito. Vero se si procede.
+bool avverte(QWidget *sopra, const QString &testo);
+// Il messaggio di un'operazione che il motore ha rifiutato.
+void riferisceErrore(QWidget *sopra, const QString &motivo);
+
+// Ogni funzione che il toolkit chiama gira qui dentro: un guasto diventa un messaggio e non
+// attraversa mai il toolkit. Rende vero se la funzione è arrivata in fondo.
+bool protetto(QWidget *sopra, const std::function<void()> &funzione);
+
+} // namespace messaggi

@@ -1,0 +1,103 @@
+"""Tries the floors check on small made-up trees; run it with strumenti/piani.py --prova."""
+
+import sys
+
+from piani import Controllo
+
+QTCORE = {"QString", "QObject", "QtGlobal", "qstring.h"}
+DATI = {"platform/dati.cmake": "target_sources(x PRIVATE platform/ado.cpp platform/ado.h)"}
+
+# Ciò che è lecito, comprese le forme che un controllo grossolano scambierebbe per offese.
+LECITI = {
+    **DATI,
+    "main.cpp": '#include "app/MDITras.h"\n#include "platform/ado.h"\n',
+    "app/MDITras.cpp": '#include "MDITras.h"\n#include "browser/fmTabella.h"\n',
+    "app/MDITras.h": '#include "app/contesto.h"\n',
+    "app/contesto.h": '#include "app/finestre.h"\n#include "db/codici.h"\n',
+    "app/finestre.h": "#pragma once\n",
+    "editors/fmVoce.cpp": (
+        "// SELECT Codice FROM Voci, una volta chiesto con QMessageBox\n"
+        '#include "app/finestre.h"\n'
+        '/*\n#include "browser/fmTabella.h"\n*/\n'
+        "const int molti = 1'000'000; const char c = '\"';\n"
+        'const char *domanda = "Selezionare la voce e la data da cui partire?";\n'
+        'const char *errore = "Aprire QFileDialog";\n'
+    ),
+    "db/codici.h": '#include "platform/ado.h"\n#include <QString>\n#include <QtCore/QObject>\n',
+    "db/codici.cpp": 'auto s = "SELECT Codice FROM Voci";\n',
+    "platform/ado.cpp": '#include "ado.h"\n#include <sqlite3.h>\n',
+    "platform/ado.h": "#include <qstring.h>\n#include <QtGlobal>\n",
+    "platform/messaggi.cpp": "#include <QMessageBox>\nvoid f() { QMessageBox box; }\n",
+    "platform/dialoghi.h": "class QFileDialog;\n",
+    "tests/tst_voce.cpp": (
+        '#include "editors/fmVoce.h"\n#include <QMessageBox>\n#include <sqlite3.h>\n'
+        'auto s = "DELETE FROM Voci";\n'
+    ),
+    "README.md": "The sources stand in src/" + "work/ and ${HOME}/" + "work/.\n",
+}
+
+# Nome, file da aggiungere, offese attese come coppie (file, genere).
+OFFESE = [
+    ("a lower floor", {"db/x.h": '#include "editors/x.h"\n'}, [("db/x.h", "piano")]),
+    ("angle brackets", {"texts/x.h": "#include <browser/x.h>\n"}, [("texts/x.h", "piano")]),
+    ("dots", {"texts/x.h": '#include "../editors/x.h"\n', "editors/x.h": ""},
+     [("texts/x.h", "piano")]),
+    ("one step", {"editors/x.h": '# include "browser/x.h"\n'}, [("editors/x.h", "piano")]),
+    ("app from below", {"browser/x.h": '#include "app/x.h"\n'}, [("browser/x.h", "piano")]),
+    ("db to context", {"db/x.h": '#include "app/contesto.h"\n'}, [("db/x.h", "piano")]),
+    ("context upwards", {"app/contesto.cpp": '#include "texts/x.h"\n'},
+     [("app/contesto.cpp", "piano")]),
+    ("context to app", {"app/finestre.cpp": '#include "MDITras.h"\n'},
+     [("app/finestre.cpp", "piano")]),
+    ("platform to db", {"platform/x.h": '#include "db/x.h"\n'}, [("platform/x.h", "piano")]),
+    ("main included", {"app/x.cpp": '#include "main.cpp"\n'}, [("app/x.cpp", "piano")]),
+    ("tests included", {"app/x.cpp": '#include "tests/x.h"\n'}, [("app/x.cpp", "piano")]),
+    ("unknown folder", {"util/x.cpp": ""}, [("util/x.cpp", "piano")]),
+    ("unknown root source", {"altro.cpp": ""}, [("altro.cpp", "piano")]),
+    ("widget in db", {"db/x.h": "#include <QtWidgets/QLabel>\n"}, [("db/x.h", "finestre")]),
+    ("widget by class", {"db/x.h": "#include <QLabel>\n"}, [("db/x.h", "finestre")]),
+    ("widget by file", {"db/x.h": "#include <qwidget.h>\n"}, [("db/x.h", "finestre")]),
+    ("widget module", {"db/x.h": "#include <QtGui>\n"}, [("db/x.h", "finestre")]),
+    ("widget in ado", {"platform/ado.cpp": "#include <QFont>\n"},
+     [("platform/ado.cpp", "finestre")]),
+    ("window room in db", {"db/x.cpp": '#include "platform/messaggi.h"\n'},
+     [("db/x.cpp", "finestre")]),
+    ("plain SQL", {"browser/x.cpp": 'auto s = "select Codice from Voci";\n'},
+     [("browser/x.cpp", "sql")]),
+    ("SQL in two lines", {"browser/x.cpp": 'auto s = u"Select Codice"\n    u" from Voci";\n'},
+     [("browser/x.cpp", "sql")]),
+    ("raw SQL", {"app/x.cpp": 'auto s = R"sql(\nUPDATE Voci\n SET Numero = 1)sql";\n'},
+     [("app/x.cpp", "sql")]),
+    ("SQL in pieces", {"editors/x.cpp": 'auto s = "SELECT " + c + " FROM Voci";\n'},
+     [("editors/x.cpp", "sql")]),
+    ("PRAGMA", {"app/x.cpp": 'esegui("pragma user_version");\n'}, [("app/x.cpp", "sql")]),
+    ("SQL after digit separators", {"app/x.cpp": "f(1'000, 'x', \"VACUUM\", 2'000);\n"},
+     [("app/x.cpp", "sql")]),
+    ("SQL after a quote character", {"app/x.cpp": "f('\"', \"VACUUM\");\n"},
+     [("app/x.cpp", "sql")]),
+    ("message box", {"editors/x.cpp": "void f() { QMessageBox::critical(0, a, b); }\n"},
+     [("editors/x.cpp", "messaggi")]),
+    ("message box header", {"app/x.cpp": "#include <QMessageBox>\n"}, [("app/x.cpp", "messaggi")]),
+    ("message box in platform", {"platform/x.cpp": "QMessageBox *b;\n"},
+     [("platform/x.cpp", "messaggi")]),
+    ("file dialog", {"app/x.cpp": "QFileDialog d;\n"}, [("app/x.cpp", "dialoghi")]),
+    ("input dialog", {"texts/x.cpp": "QInputDialog d;\n"}, [("texts/x.cpp", "dialoghi")]),
+    ("engine in db", {"db/x.cpp": "#include <sqlite3.h>\n"}, [("db/x.cpp", "motore")]),
+    ("path of one machine", {"docs/x.md": "see /" + "work/main\n"}, [("docs/x.md", "macchina")]),
+    ("home", {"tests/x.cpp": 'auto p = "/' + 'home/anna/a.tvd";\n'}, [("tests/x.cpp", "macchina")]),
+    ("registry", {"x.cmake": "set(H https://deb." + "debian.org/debian)\n"},
+     [("x.cmake", "deposito")]),
+]
+
+
+def main():
+    """Runs every made-up tree; status 1 unless each gives exactly its own offences."""
+    falliti = 0
+    for nome, aggiunti, attese in [("nothing wrong", {}, []), *OFFESE]:
+        offese = Controllo({**LECITI, **aggiunti}, QTCORE).esegui()
+        trovate = sorted({(percorso, genere) for percorso, _, genere, _ in offese})
+        if trovate != sorted(attese):
+            falliti += 1
+            print(f"{nome}: expected {attese}, found {trovate}", file=sys.stderr)
+    print(f"Floors check tried on {len(OFFESE) + 1} trees, {falliti} with the wrong answer.")
+    return 1 if falliti else 0

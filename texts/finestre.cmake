@@ -1,0 +1,3 @@
+target_sources(
+  tarvola_finestre
+  PRIVATE texts/allegati.cpp texts/allegati.h texts/fmTxtL.cpp texts/fmTxtL.h texts/testi.cpp texts/testi.h)

@@ -1,0 +1,128 @@
+#include "texts/fmTxtL.h"
+
+#include "app/contesto.h"
+
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+using modTarvola::contesto;
+
+namespace
+{
+
+constexpr int puntiMinimi = 6;
+constexpr int puntiMassimi = 20;
+constexpr int puntiPerPasso = 2;
+constexpr int lunghezzaTitolo = 60;
+
+} // namespace
+
+fmTxtL::fmTxtL(QWidget *sopra)
+    : QDialog(sopra), Text2(new QLineEdit(this)), Text1(new QPlainTextEdit(this))
+{
+    setObjectName(QStringLiteral("fmTxtL"));
+    setWindowFlag(Qt::WindowMaximizeButtonHint);
+    setSizeGripEnabled(true);
+    Text2->setObjectName(QStringLiteral("Text2"));
+    Text2->setMaxLength(lunghezzaTitolo);
+    Text1->setObjectName(QStringLiteral("Text1"));
+    Text1->setAccessibleName(tr("Testo"));
+    Text1->setTabChangesFocus(true);
+
+    auto *titolo = new QFormLayout;
+    auto *Label2 = new QLabel(QStringLiteral("Titolo"), this);
+    titolo->addRow(Label2, Text2);
+    auto *colonna = new QVBoxLayout(this);
+    colonna->addLayout(titolo);
+    colonna->addWidget(Text1, 1);
+    colonna->addWidget(fondo());
+
+    connect(Text1, &QPlainTextEdit::textChanged, this, [] { contesto().TestoModificato = true; });
+    connect(Text2, &QLineEdit::textChanged, this, [] { contesto().NomeModificato = true; });
+    resize(fontMetrics().averageCharWidth() * 90, fontMetrics().height() * 28);
+}
+
+QWidget *fmTxtL::fondo()
+{
+    auto *Frame1 = new QWidget(this);
+    Frame1->setObjectName(QStringLiteral("Frame1"));
+    Label1[0] = new QLabel(QStringLiteral("Contesto"), Frame1);
+    Label1[1] = new QLabel(Frame1);
+    auto *dimensione = new QLabel(tr("Dimensione del carattere"), Frame1);
+    HScroll1 = new QScrollBar(Qt::Horizontal, Frame1);
+    HScroll1->setObjectName(QStringLiteral("HScroll1"));
+    HScroll1->setAccessibleName(dimensione->text());
+    HScroll1->setFocusPolicy(Qt::TabFocus);
+    HScroll1->setRange(puntiMinimi, puntiMassimi);
+    HScroll1->setSingleStep(puntiPerPasso);
+    HScroll1->setPageStep(puntiPerPasso);
+    HScroll1->setMinimumWidth(fontMetrics().averageCharWidth() * 16);
+    HScroll1->setValue(qBound(puntiMinimi, font().pointSize(), puntiMassimi));
+    connect(HScroll1, &QScrollBar::valueChanged, this, &fmTxtL::cambiaDimensione);
+
+    Command1 = new QPushButton(QStringLiteral("&Salva"), Frame1);
+    Command1->setObjectName(QStringLiteral("Command1"));
+    Command4 = new QPushButton(QStringLiteral("&Chiudi"), Frame1);
+    Command4->setObjectName(QStringLiteral("Command4"));
+    for (QPushButton *bottone : {Command1, Command4})
+        bottone->setAutoDefault(false);
+    connect(Command1, &QPushButton::clicked, this, &fmTxtL::salva);
+    connect(Command4, &QPushButton::clicked, this, &QDialog::accept);
+
+    auto *riga = new QHBoxLayout(Frame1);
+    riga->setContentsMargins({});
+    riga->addWidget(Label1[0]);
+    riga->addWidget(Label1[1]);
+    riga->addStretch();
+    riga->addWidget(dimensione);
+    riga->addWidget(HScroll1);
+    riga->addStretch();
+    riga->addWidget(Command1);
+    riga->addWidget(Command4);
+    return Frame1;
+}
+
+void fmTxtL::Form_Load(const QString &proprietario)
+{
+    Text1->setPlainText(contesto().TestoCampoLungo);
+    Text2->setText(contesto().NomeCampoLungo);
+    Label1[0]->setVisible(!proprietario.isEmpty());
+    Label1[1]->setText(proprietario);
+    // Riempire le caselle non è modificarle.
+    contesto().TestoModificato = false;
+    contesto().NomeModificato = false;
+    const bool sola = TipoLock == 1;
+    Command1->setEnabled(!sola);
+    Text1->setReadOnly(sola);
+    Text2->setReadOnly(sola);
+    Text1->setFocus();
+}
+
+void fmTxtL::salva()
+{
+    contesto().TestoCampoLungo = Text1->toPlainText();
+    contesto().NomeCampoLungo = Text2->text();
+}
+
+void fmTxtL::cambiaDimensione(int punti)
+{
+    QFont carattere = Text1->font();
+    carattere.setPointSize(punti);
+    Text1->setFont(carattere);
+}
+
+void fmTxtL::done(int esito)
+{
+    if (TipoLock == 1) {
+        contesto().TestoModificato = false;
+        contesto().NomeModificato = false;
+    }
+    QDialog::done(esito);
+}

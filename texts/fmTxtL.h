@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QDialog>
+
+class QLabel;
+class QLineEdit;
+class QPlainTextEdit;
+class QPushButton;
+class QScrollBar;
+
+// La finestra dei testi lunghi. Non tocca l'archivio: legge e scrive TestoCampoLungo e
+// NomeCampoLungo, e segna in TestoModificato e NomeModificato che cosa è cambiato.
+class fmTxtL : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit fmTxtL(QWidget *sopra);
+
+    // 1: si può solo guardare. Ogni altro valore: si può modificare.
+    int TipoLock = 3;
+
+    // Riempie le caselle; `contesto` è il codice del record cui il testo appartiene, se c'è.
+    void Form_Load(const QString &contesto);
+
+    void done(int esito) override;
+
+private:
+    QWidget *fondo();
+    void salva();
+    void cambiaDimensione(int punti);
+
+    QLineEdit *Text2;
+    QPlainTextEdit *Text1;
+    QLabel *Label1[2] = {};
+    QPushButton *Command1 = nullptr;
+    QPushButton *Command4 = nullptr;
+    QScrollBar *HScroll1 = nullptr;
+};
