@@ -254,12 +254,53 @@ bool fmEditor::apriComune(const Elemento &collegamento)
     case Nota:
     case TestoRiportato:
         return ApriTesto(this, collegamento.Key, proprieta.TipoLock, collegamento.Text);
+    case FileAllegato:
+        ApriAllegato(this, collegamento.Key);
+        return true;
+    case Contatto:
+    case Trascrittore:
+    case Indirizzo:
+    case Recapito:
+        apreRecapito(collegamento.Tag, collegamento.Key, collegamento.Text);
+        return true;
     default:
         return false;
     }
 }
 
-void fmEditor::elimina() {}
+// Operatori, indirizzi e recapiti: nuovi quando il codice è vuoto.
+void fmEditor::apreRecapito(int genere, const QString &suo, const QString &didascalia)
+{
+    const QString nome = genere == Indirizzo  ? QStringLiteral("fmLuogo")
+                         : genere == Recapito ? QStringLiteral("fmRecapito")
+                                              : QStringLiteral("fmOperatore");
+    apreFiglio(nome, didascalia, [&](FinestraEditor &figlia) {
+        figlia.proprieta.VoceLocale = codice();
+        switch (genere) {
+        case Indirizzo:
+            figlia.proprieta.LuogoLocale = suo;
+            break;
+        case Recapito:
+            figlia.proprieta.RecapitoLocale = suo;
+            break;
+        default:
+            figlia.proprieta.OperatoreLocale = suo;
+            figlia.proprieta.TipoOperatore = genere;
+            // Il trascrittore si guarda soltanto: i suoi dati li cambia lui, entrando.
+            if (genere == Trascrittore)
+                figlia.proprieta.TipoLock = ado::adLockReadOnly;
+        }
+    });
+}
+
+void fmEditor::elimina()
+{
+    const auto collegamento = pannello->collegamentoScelto();
+    if (!collegamento)
+        return;
+    EliminaVoce(this, collegamento->Key);
+    CaricaCollegamenti();
+}
 
 void fmEditor::apreFiglio(const QString &nome, const QString &didascalia,
                           const std::function<void(FinestraEditor &)> &imposta)
