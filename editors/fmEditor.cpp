@@ -41,7 +41,8 @@ void fmEditor::costruisce()
     completaFinestra(colonna);
     colonna->addWidget(pannello, 1);
     auto *riga = new QHBoxLayout;
-    Command1 = new QPushButton(QStringLiteral("Salva"), this);
+    Command1 = new QPushButton(
+        salvaChiudendo() ? QStringLiteral("Salva") : QStringLiteral("Chiudi"), this);
     Command1->setObjectName(QStringLiteral("Command1"));
     Command1->setAutoDefault(false);
     connect(Command1, &QPushButton::clicked, this,
@@ -53,6 +54,8 @@ void fmEditor::costruisce()
 
 void fmEditor::completaFinestra(QVBoxLayout *colonna)
 {
+    if (Text1.descrizioni().empty())
+        return;
     auto *cornice = new QGroupBox(QStringLiteral("Dettagli"), this);
     m_griglia = new QGridLayout(cornice);
     Text1.disponi(m_griglia, cornice);
@@ -133,7 +136,7 @@ void fmEditor::CaricaCollegamenti()
 
 void fmEditor::Command1_Click()
 {
-    if (!solaLettura()) {
+    if (!solaLettura() && salvaChiudendo()) {
         if (casellaRifiutata())
             return;
         SalvaDettagli();

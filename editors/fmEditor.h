@@ -53,6 +53,8 @@ protected:
     virtual void collegaOperatore();
     virtual void salvato() {}
     virtual bool restaAperta() const { return false; }
+    // Falso se il bottone in fondo chiude soltanto; allora dice "Chiudi".
+    virtual bool salvaChiudendo() const { return true; }
     // Vero se il genere è dell'editore e la finestra è stata aperta.
     virtual bool nuovoProprio(const Elemento & /*genere*/) { return false; }
     virtual bool apriProprio(const Elemento & /*collegamento*/) { return false; }
