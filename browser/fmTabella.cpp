@@ -69,19 +69,20 @@ void fmTabella::creaGriglia()
 void fmTabella::Form_Load()
 {
     // Il segno dei dettagli non è un ambito: da qui in poi resta tolto.
-    if (proprieta.Ordinamento > 7)
+    const bool dettagli = proprieta.Ordinamento > 7;
+    if (dettagli)
         proprieta.Ordinamento -= 8;
     m_connessione = &connessione();
-    adoTabella = new ModelloTabella(
-        Elenco({proprieta.TipoTabella, proprieta.Ordinamento, proprieta.ArchivioLocale,
-                proprieta.RegistroLocale, proprieta.VoceLocale},
-               *m_connessione),
-        this);
+    const Richiesta richiesta{
+        proprieta.TipoTabella,    proprieta.Ordinamento,    dettagli,
+        proprieta.ArchivioLocale, proprieta.RegistroLocale, proprieta.VoceLocale};
+    adoTabella = new ModelloTabella(Elenco(richiesta, *m_connessione), this);
     DataGrid1->setModel(adoTabella);
     connect(DataGrid1->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex &indice) { DataGrid1_RowColChange(indice.row()); });
     setWindowTitle(proprieta.TipoTabella);
-    rilegge({});
+    adoTabella->apre();
+    vaiAllaRiga(0);
     for (int i = 0; i < adoTabella->columnCount(); ++i)
         DataGrid1->setColumnWidth(i, fontMetrics().averageCharWidth() * (i == 0 ? 12 : 20));
 }

@@ -3,11 +3,14 @@
 #include "platform/italiano.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace
 {
 
 constexpr qsizetype righeTenute = 500;
+constexpr int chiaviSubito = 1000;
+constexpr int chiaviPerVolta = 100000;
 
 bool colonnaDiDate(const QString &nome)
 {
@@ -53,18 +56,61 @@ QVariant ModelloTabella::headerData(int sezione, Qt::Orientation verso, int ruol
                                    : QVariant(sezione + 1);
 }
 
-void ModelloTabella::rilegge()
+void ModelloTabella::sostituisce(const std::function<std::vector<qint64>()> &legge)
 {
     beginResetModel();
+    ++m_lettura;
     m_righe.clear();
     m_chiavi.clear();
     try {
-        m_chiavi = m_elenco.chiavi(m_colonnaOrdine);
+        m_chiavi = legge();
     } catch (...) {
         endResetModel();
         throw;
     }
     endResetModel();
+}
+
+void ModelloTabella::apre()
+{
+    sostituisce([this] { return m_elenco.chiaviDopo(-1, chiaviSubito); });
+    if (m_elenco.aPezzi() && m_chiavi.size() == chiaviSubito)
+        leggeAncora(m_lettura);
+}
+
+void ModelloTabella::leggeAncora(int lettura)
+{
+    QMetaObject::invokeMethod(
+        this,
+        [this, lettura] {
+            if (lettura != m_lettura)
+                return;
+            std::vector<qint64> altre;
+            try {
+                altre = m_elenco.chiaviDopo(m_chiavi.back(), chiaviPerVolta);
+            } catch (const ado::Errore &) {
+                // L'archivio è stato chiuso o si è guastato: le righe lette restano, e il prossimo
+                // comando dirà perché.
+                return;
+            }
+            if (altre.empty())
+                return;
+            const int prima = rowCount();
+            beginInsertRows({}, prima, prima + static_cast<int>(altre.size()) - 1);
+            m_chiavi.insert(m_chiavi.end(), altre.begin(), altre.end());
+            endInsertRows();
+            if (altre.size() == chiaviPerVolta)
+                leggeAncora(lettura);
+        },
+        Qt::QueuedConnection);
+}
+
+void ModelloTabella::rilegge()
+{
+    sostituisce([this] {
+        return m_colonnaOrdine < 0 ? m_elenco.chiaviDopo(-1, std::numeric_limits<int>::max())
+                                   : m_elenco.chiaviOrdinate(m_colonnaOrdine);
+    });
 }
 
 bool ModelloTabella::ordina(int colonna)

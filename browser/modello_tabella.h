@@ -5,7 +5,7 @@
 #include <QAbstractTableModel>
 #include <QCache>
 
-#include <optional>
+#include <functional>
 #include <vector>
 
 // L'elenco di un visualizzatore come lo vede la griglia: tiene le chiavi delle righe e legge
@@ -22,7 +22,10 @@ public:
     QVariant data(const QModelIndex &indice, int ruolo) const override;
     QVariant headerData(int sezione, Qt::Orientation verso, int ruolo) const override;
 
-    // Rilegge le chiavi nell'ordine corrente. Lancia ado::Errore; allora l'elenco resta vuoto.
+    // Legge le prime chiavi e si mette a leggere le altre appena il programma non ha altro da fare:
+    // un milione di righe si vede subito. Lancia ado::Errore; allora l'elenco resta vuoto.
+    void apre();
+    // Rilegge tutte le chiavi nell'ordine corrente. Lancia ado::Errore; allora l'elenco è vuoto.
     void rilegge();
     // Ordina per una colonna, se si può; falso se non si può.
     bool ordina(int colonna);
@@ -39,9 +42,13 @@ public:
 
 private:
     const QVariantList &valori(int riga) const;
+    void leggeAncora(int lettura);
+    void sostituisce(const std::function<std::vector<qint64>()> &legge);
 
     modTarvola::Elenco m_elenco;
     std::vector<qint64> m_chiavi;
     int m_colonnaOrdine = -1;
+    // Cresce a ogni rilettura, così i pezzi chiesti prima non si aggiungono più.
+    int m_lettura = 0;
     mutable QCache<qint64, QVariantList> m_righe;
 };

@@ -1,6 +1,8 @@
 target_sources(
   tarvola_dati
-  PRIVATE db/codici.cpp
+  PRIVATE db/ambiti.cpp
+          db/ambiti.h
+          db/codici.cpp
           db/codici.h
           db/collegamenti.cpp
           db/collegamenti.h
@@ -13,5 +15,7 @@ target_sources(
           db/generi.h
           db/modello.cpp
           db/modello.h
+          db/orfani.cpp
+          db/orfani.h
           db/schema.cpp
           db/schema.h)

@@ -1,5 +1,6 @@
 #include "db/elenco.h"
 
+#include "db/ambiti.h"
 #include "platform/italiano.h"
 
 #include <QHash>
@@ -15,40 +16,8 @@ namespace
 
 constexpr qsizetype colonneNonOrdinabili = 10;
 
-// Ogni ambito è una condizione sulla tabella; A, R e V sono i codici dell'archivio, del registro e
-// della voce, legati come ?1, ?2 e ?3.
-struct Ambito {
-    const char *tabella;
-    int ambito;
-    const char *condizione;
-};
-
-constexpr Ambito ambiti[] = {
-    {"Archivi", 0, ""},
-    {"Registri", 0, "WHERE Registri.Archivio = ?1"},
-    {"Registri", 7, ""},
-    {"Voci", 0, "WHERE Voci.Registro = ?2"},
-    {"Voci", 4,
-     "INNER JOIN Registri ON Registri.Codice = Voci.Registro "
-     "INNER JOIN Archivi ON Archivi.Codice = Registri.Archivio "
-     "WHERE Archivi.Codice = ?1 AND Voci.Registro = ?2"},
-    {"Voci", 6,
-     "INNER JOIN Registri ON Registri.Codice = Voci.Registro "
-     "INNER JOIN Archivi ON Archivi.Codice = Registri.Archivio WHERE Archivi.Codice = ?1"},
-    {"Voci", 7, ""},
-};
-
-const char *condizioneDi(const Richiesta &richiesta)
-{
-    for (const Ambito &ambito : ambiti) {
-        if (richiesta.TipoTabella == QLatin1String(ambito.tabella) &&
-            richiesta.Ambito == ambito.ambito)
-            return ambito.condizione;
-    }
-    throw ado::Errore(ado::Causa::Altro, QStringLiteral("l'ambito %1 non esiste per la tabella %2")
-                                             .arg(richiesta.Ambito)
-                                             .arg(richiesta.TipoTabella));
-}
+// Il contenuto di testi e file non si legge per un elenco, nemmeno per ordinarlo.
+const QString colonnaContenuto = QStringLiteral("Campolungo");
 
 // Null prima di tutto, poi i numeri, poi i testi.
 bool precede(const QVariant &uno, const QVariant &altro)
@@ -69,16 +38,32 @@ bool precede(const QVariant &uno, const QVariant &altro)
 }
 
 // Il posto in ordine di ciascun valore.
-std::vector<size_t> ranghi(const std::vector<QVariant> &valori)
+std::vector<quint32> ranghi(const std::vector<QVariant> &valori)
 {
-    std::vector<size_t> ordine(valori.size());
-    std::iota(ordine.begin(), ordine.end(), size_t{0});
-    std::sort(ordine.begin(), ordine.end(),
-              [&valori](size_t uno, size_t altro) { return precede(valori[uno], valori[altro]); });
-    std::vector<size_t> rango(valori.size());
+    std::vector<quint32> ordine(valori.size());
+    std::iota(ordine.begin(), ordine.end(), 0U);
+    std::sort(ordine.begin(), ordine.end(), [&valori](quint32 uno, quint32 altro) {
+        return precede(valori[uno], valori[altro]);
+    });
+    std::vector<quint32> rango(valori.size());
     for (size_t i = 0; i < ordine.size(); ++i)
-        rango[ordine[i]] = i;
+        rango[ordine[i]] = static_cast<quint32>(i);
     return rango;
+}
+
+// Mette ogni chiave al posto del suo valore; a pari valore resta l'ordine di prima.
+std::vector<qint64> distribuite(const std::vector<qint64> &chiavi,
+                                const std::vector<quint32> &valoreDi,
+                                const std::vector<quint32> &rango)
+{
+    std::vector<size_t> inizio(rango.size() + 1);
+    for (const quint32 valore : valoreDi)
+        ++inizio[rango[valore] + 1];
+    std::partial_sum(inizio.begin(), inizio.end(), inizio.begin());
+    std::vector<qint64> ordinate(chiavi.size());
+    for (size_t i = 0; i < chiavi.size(); ++i)
+        ordinate[inizio[rango[valoreDi[i]]]++] = chiavi[i];
+    return ordinate;
 }
 
 } // namespace
@@ -86,71 +71,68 @@ std::vector<size_t> ranghi(const std::vector<QVariant> &valori)
 Elenco::Elenco(Richiesta richiesta, ado::Connection &connessione)
     : m_richiesta(std::move(richiesta)), m_connessione(&connessione)
 {
-    condizioneDi(m_richiesta);
-    m_lettura = QStringLiteral("SELECT * FROM %1 WHERE rowid = ?").arg(m_richiesta.TipoTabella);
+    const QString &tabella = m_richiesta.TipoTabella;
+    m_aPezzi = condizioneAmbito(tabella, m_richiesta.Ambito, false).isEmpty();
+    m_condizione = condizioneAmbito(tabella, m_richiesta.Ambito, m_richiesta.dettagli);
+    if (m_condizione.isEmpty())
+        m_condizione = QStringLiteral("1");
+    m_lettura = letturaRiga(tabella, m_richiesta.Ambito, m_richiesta.dettagli);
     m_colonne = connessione.colonne({m_lettura, {}, {}});
 }
 
 bool Elenco::ordinabile(int colonna) const
 {
-    return colonna >= 0 && colonna < m_colonne.size() && m_colonne.size() < colonneNonOrdinabili;
+    return colonna >= 0 && colonna < m_colonne.size() && m_colonne.size() < colonneNonOrdinabili &&
+           m_colonne.at(colonna) != colonnaContenuto;
 }
 
-ado::Comando Elenco::comandoChiavi(const QString &altraColonna) const
+QVariantList Elenco::codici() const
 {
-    const QString &tabella = m_richiesta.TipoTabella;
-    const QString seguito = altraColonna.isEmpty()
-                                ? QString()
-                                : QStringLiteral(", %1.\"%2\"").arg(tabella, altraColonna);
-    return {QStringLiteral("SELECT %1.rowid%2 FROM %1 %3 ORDER BY %1.rowid")
-                .arg(tabella, seguito, QString::fromUtf8(condizioneDi(m_richiesta))),
-            {m_richiesta.ArchivioLocale, m_richiesta.RegistroLocale, m_richiesta.VoceLocale},
-            {}};
+    return {m_richiesta.ArchivioLocale, m_richiesta.RegistroLocale, m_richiesta.VoceLocale};
 }
 
-std::vector<qint64> Elenco::chiavi(int colonnaOrdine) const
+std::vector<qint64> Elenco::chiaviDopo(qint64 chiave, int quante) const
 {
-    if (colonnaOrdine >= 0)
-        return ordinate(m_colonne.at(colonnaOrdine));
-    std::vector<qint64> trovate;
-    m_connessione->leggi(comandoChiavi({}), [&trovate](const ado::Riga &riga) {
-        trovate.push_back(riga.intero(0));
-        return true;
-    });
-    return trovate;
+    std::vector<qint64> chiavi;
+    m_connessione->leggi({QStringLiteral("SELECT rowid FROM %1 WHERE rowid > ?4 AND %2 "
+                                         "ORDER BY rowid LIMIT ?5")
+                              .arg(m_richiesta.TipoTabella, m_condizione),
+                          codici() + QVariantList{chiave, m_aPezzi ? quante : -1},
+                          {}},
+                         [&chiavi](const ado::Riga &riga) {
+                             chiavi.push_back(riga.intero(0));
+                             return true;
+                         });
+    return chiavi;
 }
 
 // Si confrontano i soli valori distinti: in una colonna di nomi sono pochi rispetto alle righe.
-std::vector<qint64> Elenco::ordinate(const QString &colonna) const
+std::vector<qint64> Elenco::chiaviOrdinate(int colonna) const
 {
-    std::vector<qint64> trovate;
-    std::vector<qsizetype> valoreDi;
+    std::vector<qint64> chiavi;
+    std::vector<quint32> valoreDi;
     std::vector<QVariant> distinti;
-    QHash<QString, qsizetype> posti;
-    m_connessione->leggi(comandoChiavi(colonna), [&](const ado::Riga &riga) {
-        // Null e testo vuoto sono valori diversi: il segno davanti li distingue.
-        const QString segno = riga.nullo(1) ? QString() : u'=' + riga.testo(1);
-        const auto posto = posti.constFind(segno);
-        valoreDi.push_back(posto == posti.constEnd() ? posti.size() : *posto);
-        if (posto == posti.constEnd()) {
-            posti.insert(segno, posti.size());
-            distinti.push_back(riga.valore(1));
-        }
-        trovate.push_back(riga.intero(0));
-        return true;
-    });
-    const std::vector<size_t> rango = ranghi(distinti);
-    std::vector<size_t> ordine(trovate.size());
-    std::iota(ordine.begin(), ordine.end(), size_t{0});
-    std::stable_sort(ordine.begin(), ordine.end(), [&](size_t uno, size_t altro) {
-        return rango[static_cast<size_t>(valoreDi[uno])] <
-               rango[static_cast<size_t>(valoreDi[altro])];
-    });
-    std::vector<qint64> ordinati;
-    ordinati.reserve(trovate.size());
-    for (const size_t i : ordine)
-        ordinati.push_back(trovate[i]);
-    return ordinati;
+    QHash<QString, quint32> posti;
+    m_connessione->leggi({QStringLiteral("SELECT rowid, \"%3\" FROM %1 WHERE %2 ORDER BY rowid")
+                              .arg(m_richiesta.TipoTabella, m_condizione, m_colonne.at(colonna)),
+                          codici(),
+                          {}},
+                         [&](const ado::Riga &riga) {
+                             // Null e testo vuoto sono valori diversi: il segno davanti li
+                             // distingue.
+                             const QString segno = riga.nullo(1) ? QString() : u'=' + riga.testo(1);
+                             const auto posto = posti.constFind(segno);
+                             if (posto == posti.constEnd()) {
+                                 valoreDi.push_back(static_cast<quint32>(distinti.size()));
+                                 posti.insert(segno, valoreDi.back());
+                                 distinti.push_back(riga.valore(1));
+                             } else {
+                                 valoreDi.push_back(*posto);
+                             }
+                             chiavi.push_back(riga.intero(0));
+                             return true;
+                         });
+    return distribuite(chiavi, valoreDi, ranghi(distinti));
 }
 
 qint64 Elenco::chiaveDi(const QString &codice) const
@@ -170,6 +152,10 @@ QVariantList Elenco::riga(qint64 chiave) const
             valori.append(riga.valore(i));
         return false;
     });
+    // Di un testo lungo si mostra la prima riga.
+    const qsizetype contenuto = m_colonne.indexOf(colonnaContenuto);
+    if (contenuto >= 0 && contenuto < valori.size() && valori.at(contenuto).isValid())
+        valori[contenuto] = valori.at(contenuto).toString().section(u'\n', 0, 0).trimmed();
     return valori;
 }
 

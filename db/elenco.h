@@ -11,10 +11,11 @@ namespace modTarvola
 {
 
 // Che cosa elencare. L'ambito è 0 (la voce, il registro o l'archivio corrente), 4 (il registro),
-// 6 (l'archivio) o 7 (tutto).
+// 6 (l'archivio) o 7 (tutto); i dettagli valgono per i soli individui.
 struct Richiesta {
     QString TipoTabella;
     int Ambito = 0;
+    bool dettagli = false;
     QString ArchivioLocale;
     QString RegistroLocale;
     QString VoceLocale;
@@ -29,22 +30,29 @@ public:
     const QStringList &colonne() const { return m_colonne; }
     // Una colonna si può ordinare se viene da una tabella e le colonne sono meno di dieci.
     bool ordinabile(int colonna) const;
-    // Le chiavi di tutte le righe, nell'ordine in cui furono scritte o in quello di una colonna
-    // (-1: nessuna), come lo vuole un lettore italiano.
-    std::vector<qint64> chiavi(int colonnaOrdine = -1) const;
+
+    // Le chiavi che seguono quella data (-1: dal principio), nell'ordine in cui le righe furono
+    // scritte; al massimo `quante` se l'elenco si può leggere a pezzi, altrimenti tutte.
+    std::vector<qint64> chiaviDopo(qint64 chiave, int quante) const;
+    // Vero se dopo un pezzo pieno ce ne possono essere altri.
+    bool aPezzi() const { return m_aPezzi; }
+    // Tutte le chiavi nell'ordine di una colonna, come lo vuole un lettore italiano: Null prima di
+    // tutto, maiuscole e minuscole alla pari, È accanto a E.
+    std::vector<qint64> chiaviOrdinate(int colonna) const;
     // I valori di una riga, uno per colonna; vuoto se la riga non c'è più.
     QVariantList riga(qint64 chiave) const;
     // La chiave del record col codice dato; -1 se non c'è.
     qint64 chiaveDi(const QString &codice) const;
 
 private:
-    ado::Comando comandoChiavi(const QString &altraColonna) const;
-    std::vector<qint64> ordinate(const QString &colonna) const;
+    QVariantList codici() const;
 
     Richiesta m_richiesta;
     ado::Connection *m_connessione;
-    QStringList m_colonne;
+    QString m_condizione;
+    bool m_aPezzi = false;
     QString m_lettura;
+    QStringList m_colonne;
 };
 
 } // namespace modTarvola

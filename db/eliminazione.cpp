@@ -8,47 +8,155 @@ namespace modTarvola
 namespace
 {
 
+// Un passo della pulizia: quali righe guardare fra quelle annotate, e quando toglierle. Le
+// condizioni valgono per la riga; le annotazioni di troppo non fanno danno.
 struct Passo {
     int numero;
     const char *istruzione;
 };
 
-// La pulizia, passo per passo; `?1` è l'operatore che sta lavorando. Un proprietario Null vale
-// come scomparso.
+// Le righe della tabella che dipendono da un record scomparso, o che sono annotate come orfane.
+#define CANDIDATI(tabella, colonna, scomparsi)                                                     \
+    "DELETE FROM " tabella " WHERE rowid IN (SELECT d.rowid FROM Scomparsi s CROSS JOIN " tabella  \
+    " d ON d." colonna " = s.Codice " scomparsi                                                    \
+    " UNION ALL SELECT d.rowid FROM Orfani o CROSS JOIN " tabella                                  \
+    " d ON d.Codice = o.Codice WHERE o.Tabella = '" tabella "') AND "
+
+#define COPPIE(tabella, colonna, scomparsi)                                                        \
+    "DELETE FROM " tabella                                                                         \
+    " WHERE (CodiceFamiglia, CodiceIndividuo) IN (SELECT d.CodiceFamiglia, "                       \
+    "d.CodiceIndividuo FROM Scomparsi s CROSS JOIN " tabella " d ON d." colonna " = s.Codice "     \
+    "WHERE s.Tabella = '" scomparsi "' UNION ALL SELECT o.Codice, o.Altro FROM Orfani o "          \
+    "WHERE o.Tabella = '" tabella "') AND NOT EXISTS (SELECT 1 FROM " scomparsi                    \
+    " WHERE " scomparsi ".Codice = " tabella "." colonna ")"
+
+#define NON_IN(tabella, codice)                                                                    \
+    "NOT EXISTS (SELECT 1 FROM " tabella " WHERE " tabella ".Codice = " codice ")"
+
+#define IN_NESSUNA_DELLE_NOVE(codice)                                                                                     \
+    NON_IN("Archivi", codice)                                                                                             \
+    " AND " NON_IN("Registri", codice) " AND " NON_IN("Voci", codice) " AND " NON_IN("Individui", codice) " AND " NON_IN( \
+        "Famiglie",                                                                                                       \
+        codice) " AND " NON_IN("Eventi",                                                                                  \
+                               codice) " AND " NON_IN("Luoghi",                                                           \
+                                                      codice) " AND " NON_IN("Comunicazioni",                             \
+                                                                             codice) " AND"                               \
+                                                                                     " " NON_IN("Operatori",              \
+                                                                                                codice)
+
 constexpr Passo passi[] = {
-    {1, "DELETE FROM Individui WHERE NOT EXISTS "
-        "(SELECT 1 FROM Voci WHERE Voci.Codice = Individui.Voce)"},
-    {2, "DELETE FROM Famiglie WHERE NOT EXISTS "
-        "(SELECT 1 FROM Voci WHERE Voci.Codice = Famiglie.Voce)"},
-    {3, "DELETE FROM FamiglieConiugi WHERE NOT EXISTS "
-        "(SELECT 1 FROM Famiglie WHERE Famiglie.Codice = FamiglieConiugi.CodiceFamiglia)"},
-    {3, "DELETE FROM FamiglieGenitori WHERE NOT EXISTS "
-        "(SELECT 1 FROM Famiglie WHERE Famiglie.Codice = FamiglieGenitori.CodiceFamiglia)"},
-    {3, "DELETE FROM Famiglie WHERE NOT EXISTS "
-        "(SELECT 1 FROM FamiglieConiugi WHERE CodiceFamiglia = Famiglie.Codice) AND NOT EXISTS "
-        "(SELECT 1 FROM FamiglieGenitori WHERE CodiceFamiglia = Famiglie.Codice)"},
-    {4, "DELETE FROM FamiglieConiugi WHERE NOT EXISTS "
-        "(SELECT 1 FROM Individui WHERE Individui.Codice = FamiglieConiugi.CodiceIndividuo)"},
-    {4, "DELETE FROM FamiglieGenitori WHERE NOT EXISTS "
-        "(SELECT 1 FROM Individui WHERE Individui.Codice = FamiglieGenitori.CodiceIndividuo)"},
-    {5, "DELETE FROM Eventi WHERE NOT EXISTS "
-        "(SELECT 1 FROM Individui WHERE Individui.Codice = Eventi.IdProprietario) AND NOT EXISTS "
-        "(SELECT 1 FROM Famiglie WHERE Famiglie.Codice = Eventi.IdProprietario)"},
+    {1,
+     CANDIDATI("Individui", "Voce", "WHERE s.Tabella = 'Voci'") NON_IN("Voci", "Individui.Voce")},
+    {2, CANDIDATI("Famiglie", "Voce", "WHERE s.Tabella = 'Voci'") NON_IN("Voci", "Famiglie.Voce")},
+    {3, COPPIE("FamiglieConiugi", "CodiceFamiglia", "Famiglie")},
+    {3, COPPIE("FamiglieGenitori", "CodiceFamiglia", "Famiglie")},
+    {3, "DELETE FROM Famiglie WHERE Codice IN (SELECT Codice FROM Orfani WHERE Tabella = 'Vuote') "
+        "AND NOT EXISTS (SELECT 1 FROM FamiglieConiugi WHERE CodiceFamiglia = Famiglie.Codice) "
+        "AND NOT EXISTS (SELECT 1 FROM FamiglieGenitori WHERE CodiceFamiglia = Famiglie.Codice)"},
+    {4, COPPIE("FamiglieConiugi", "CodiceIndividuo", "Individui")},
+    {4, COPPIE("FamiglieGenitori", "CodiceIndividuo", "Individui")},
+    {5, CANDIDATI("Eventi", "IdProprietario", "WHERE s.Tabella IN ('Individui', 'Famiglie')")
+            NON_IN("Individui", "Eventi.IdProprietario") " AND " NON_IN("Famiglie",
+                                                                        "Eventi.IdProprietario")},
+    {6, "DELETE FROM OperatoriContesti WHERE (CodiceOperatore, CodiceContesto) IN "
+        "(SELECT d.CodiceOperatore, d.CodiceContesto FROM Scomparsi s CROSS JOIN "
+        "OperatoriContesti d ON d.CodiceContesto = s.Codice UNION ALL SELECT o.Codice, o.Altro "
+        "FROM Orfani o WHERE o.Tabella = 'OperatoriContesti') "
+        "AND " IN_NESSUNA_DELLE_NOVE("OperatoriContesti.CodiceContesto")},
+    {6, "DELETE FROM Operatori WHERE Codice IN (SELECT Codice FROM Orfani WHERE Tabella = 'Soli') "
+        "AND Codice <> ?1 AND NOT EXISTS (SELECT 1 FROM OperatoriContesti "
+        "WHERE CodiceOperatore = Operatori.Codice)"},
+    {7, CANDIDATI("Luoghi", "IdProprietario", "WHERE s.Tabella IN ('Operatori', 'Archivi')")
+            NON_IN("Operatori", "Luoghi.IdProprietario") " AND " NON_IN("Archivi",
+                                                                        "Luoghi.IdProprietario")},
+    {8, CANDIDATI("Comunicazioni", "IdProprietario", "WHERE s.Tabella IN ('Operatori', 'Archivi')")
+            NON_IN("Operatori", "Comunicazioni.IdProprietario") " AND " NON_IN(
+                "Archivi", "Comunicazioni.IdProprietario")},
+    {9, CANDIDATI("Binari", "IdProprietario", "") IN_NESSUNA_DELLE_NOVE("Binari.IdProprietario")},
 };
+
+// Per ogni lettera i passi nell'ordine, e i record scomparsi di cui quei passi non lasciano nulla.
+struct Pulizia {
+    char lettera;
+    std::initializer_list<int> passi;
+    const char *esauriti;
+};
+
+const Pulizia pulizie[] = {
+    {'A',
+     {1, 4, 2, 3, 5, 6, 7, 8, 9},
+     "'Archivi','Registri','Voci','Individui','Famiglie','Eventi'"},
+    {'R',
+     {1, 4, 2, 3, 5, 6, 7, 8, 9},
+     "'Archivi','Registri','Voci','Individui','Famiglie','Eventi'"},
+    {'V',
+     {1, 4, 2, 3, 5, 6, 7, 8, 9},
+     "'Archivi','Registri','Voci','Individui','Famiglie','Eventi'"},
+    {'B', {}, ""},
+    {'I', {4, 3, 5, 6, 7, 8, 9}, "'Archivi','Registri','Individui','Famiglie','Eventi'"},
+    {'F', {4, 3, 5, 6, 7, 8, 9}, "'Archivi','Registri','Individui','Famiglie','Eventi'"},
+    {'E', {6, 7, 8, 9}, "'Archivi','Registri','Eventi'"},
+    {'L', {6, 9}, "'Registri','Eventi'"},
+    {'C', {6, 9}, "'Registri','Eventi'"},
+};
+
+void eliminaConIContenuti(ado::Connection &connessione, const QString &tabella,
+                          const QString &codice)
+{
+    if (tabella == QStringLiteral("Archivi")) {
+        connessione.Execute({QStringLiteral("DELETE FROM Voci WHERE Registro IN "
+                                            "(SELECT Codice FROM Registri WHERE Archivio = ?)"),
+                             {codice},
+                             {}});
+        connessione.Execute(
+            {QStringLiteral("DELETE FROM Registri WHERE Archivio = ?"), {codice}, {}});
+    } else if (tabella == QStringLiteral("Registri")) {
+        connessione.Execute({QStringLiteral("DELETE FROM Voci WHERE Registro = ?"), {codice}, {}});
+    }
+    connessione.Execute(
+        {QStringLiteral("DELETE FROM %1 WHERE Codice = ?").arg(tabella), {codice}, {}});
+}
+
+void esegue(ado::Connection &connessione, int numero, const QString &operatore)
+{
+    for (const Passo &passo : passi) {
+        if (passo.numero == numero)
+            connessione.Execute({QString::fromUtf8(passo.istruzione), {operatore}, {}});
+    }
+}
+
+// Le annotazioni di cui non resta nulla da fare non si portano dietro. Di operatori, indirizzi e
+// recapiti tolti dopo il passo 6 possono restare i collegamenti: quelli aspettano la prossima volta.
+void dimentica(ado::Connection &connessione, const Pulizia &pulizia, const QString &operatore)
+{
+    if (pulizia.passi.size() == 0)
+        return;
+    const QString esauriti = QString::fromUtf8(pulizia.esauriti);
+    connessione.Execute(
+        {QStringLiteral("DELETE FROM Scomparsi WHERE Tabella IN (%1)").arg(esauriti), {}, {}});
+    connessione.Execute({QStringLiteral("DELETE FROM Orfani WHERE Tabella = 'OperatoriContesti' "
+                                        "OR Tabella = 'Soli' AND Codice <> ?"),
+                         {operatore},
+                         {}});
+    if (esauriti.contains(QStringLiteral("'Voci'")))
+        connessione.Execute({QStringLiteral("DELETE FROM Orfani WHERE Tabella <> 'Soli'"), {}, {}});
+}
 
 } // namespace
 
-void elimina(ado::Connection &connessione, const QString &codice, const QString & /*operatore*/)
+void elimina(ado::Connection &connessione, const QString &codice, const QString &operatore)
 {
-    const QString tabella = tabellaDiCodice(codice);
-    if (tabella.isEmpty() || tabella == QStringLiteral("Operatori"))
+    for (const Pulizia &pulizia : pulizie) {
+        if (codice.isEmpty() || codice.front().toUpper() != QLatin1Char(pulizia.lettera))
+            continue;
+        ado::Transazione transazione(connessione);
+        eliminaConIContenuti(connessione, tabellaDiCodice(codice), codice);
+        for (const int passo : pulizia.passi)
+            esegue(connessione, passo, operatore);
+        dimentica(connessione, pulizia, operatore);
+        transazione.conferma();
         return;
-    ado::Transazione transazione(connessione);
-    connessione.Execute(
-        {QStringLiteral("DELETE FROM %1 WHERE Codice = ?").arg(tabella), {codice}, {}});
-    for (const Passo &passo : passi)
-        connessione.Execute({QString::fromUtf8(passo.istruzione), {}, {}});
-    transazione.conferma();
+    }
 }
 
 } // namespace modTarvola

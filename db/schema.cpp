@@ -1,6 +1,7 @@
 #include "db/schema.h"
 
 #include "db/modello.h"
+#include "db/orfani.h"
 
 namespace modTarvola
 {
@@ -119,6 +120,7 @@ void creaSchema(ado::Connection &connessione)
                              {},
                              {}});
     }
+    creaSorveglianza(connessione);
     ado::proteggi(connessione, passwordArchivi);
     riempiTraduzioni(connessione);
     connessione.Execute({QStringLiteral("PRAGMA user_version = %1").arg(versioneSchema), {}, {}});
