@@ -22,6 +22,8 @@ public:
     void SubFileItem_Click(int voce);
     void SubAiutoItem_Click(int voce);
 
+    // Apre un visualizzatore; lancia ado::Errore se il suo elenco non si può leggere.
+    void apre(const ProprietaTabella &proprieta);
     // I visualizzatori aperti.
     QList<fmTabella *> visualizzatori() const;
 
@@ -32,7 +34,6 @@ private:
     void creaMenu();
     void mostraMenu(fmTabella *di);
     void attivata(QMdiSubWindow *finestra);
-    void apre(const ProprietaTabella &proprieta);
     void chiudeFinestre(const ado::Connection *connessione);
     void SubFinestreItem_Click(int voce);
     void affianca(Qt::Orientation verso);

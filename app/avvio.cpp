@@ -8,8 +8,15 @@
 #include <QLocale>
 #include <QTranslator>
 
+// Le risorse di una libreria statica vanno chieste per nome, fuori da ogni spazio dei nomi.
+static void caricaIcone()
+{
+    Q_INIT_RESOURCE(icone);
+}
+
 void preparaApplicazione(QApplication &applicazione)
 {
+    caricaIcone();
     QApplication::setApplicationName(QStringLiteral("Tarvola"));
     QApplication::setApplicationVersion(QStringLiteral(TARVOLA_VERSIONE));
     QApplication::setDesktopFileName(QStringLiteral("tarvola"));

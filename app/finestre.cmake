@@ -12,4 +12,5 @@ target_sources(
           app/fmChiudi.h
           app/MDITras.cpp
           app/MDITras.h
+          icone/icone.qrc
           )

@@ -2,6 +2,8 @@
 
 #include "platform/italiano.h"
 
+#include <QElapsedTimer>
+
 #include <algorithm>
 #include <limits>
 
@@ -9,8 +11,12 @@ namespace
 {
 
 constexpr qsizetype righeTenute = 500;
-constexpr int chiaviSubito = 1000;
-constexpr int chiaviPerVolta = 100000;
+constexpr int chiaviSubito = 200;
+// Quante chiavi per volta, e fra quanti millisecondi stare per leggerle.
+constexpr int pezzoMinimo = 1000;
+constexpr int pezzoMassimo = 100000;
+constexpr qint64 pezzoBreve = 6;
+constexpr qint64 pezzoLungo = 15;
 
 bool colonnaDiDate(const QString &nome)
 {
@@ -74,6 +80,7 @@ void ModelloTabella::sostituisce(const std::function<std::vector<qint64>()> &leg
 void ModelloTabella::apre()
 {
     sostituisce([this] { return m_elenco.chiaviDopo(-1, chiaviSubito); });
+    m_pezzo = pezzoMinimo;
     if (m_elenco.aPezzi() && m_chiavi.size() == chiaviSubito)
         leggeAncora(m_lettura);
 }
@@ -83,26 +90,38 @@ void ModelloTabella::leggeAncora(int lettura)
     QMetaObject::invokeMethod(
         this,
         [this, lettura] {
-            if (lettura != m_lettura)
-                return;
-            std::vector<qint64> altre;
-            try {
-                altre = m_elenco.chiaviDopo(m_chiavi.back(), chiaviPerVolta);
-            } catch (const ado::Errore &) {
-                // L'archivio è stato chiuso o si è guastato: le righe lette restano, e il prossimo
-                // comando dirà perché.
-                return;
-            }
-            if (altre.empty())
-                return;
-            const int prima = rowCount();
-            beginInsertRows({}, prima, prima + static_cast<int>(altre.size()) - 1);
-            m_chiavi.insert(m_chiavi.end(), altre.begin(), altre.end());
-            endInsertRows();
-            if (altre.size() == chiaviPerVolta)
+            if (lettura == m_lettura && leggePezzo())
                 leggeAncora(lettura);
         },
         Qt::QueuedConnection);
+}
+
+// Aggiunge un pezzo di chiavi, grande quanto se ne legge senza che la finestra se ne accorga.
+bool ModelloTabella::leggePezzo()
+{
+    QElapsedTimer orologio;
+    orologio.start();
+    std::vector<qint64> altre;
+    try {
+        altre = m_elenco.chiaviDopo(m_chiavi.back(), m_pezzo);
+    } catch (const ado::Errore &) {
+        // L'archivio è stato chiuso o si è guastato: le righe lette restano, e il prossimo comando
+        // dirà perché.
+        return false;
+    }
+    if (altre.empty())
+        return false;
+    const int prima = rowCount();
+    beginInsertRows({}, prima, prima + static_cast<int>(altre.size()) - 1);
+    m_chiavi.insert(m_chiavi.end(), altre.begin(), altre.end());
+    endInsertRows();
+    const bool forseAltre = static_cast<int>(altre.size()) == m_pezzo;
+    const qint64 durata = orologio.elapsed();
+    if (durata < pezzoBreve)
+        m_pezzo = qMin(m_pezzo * 2, pezzoMassimo);
+    else if (durata > pezzoLungo)
+        m_pezzo = qMax(m_pezzo / 2, pezzoMinimo);
+    return forseAltre;
 }
 
 void ModelloTabella::rilegge()

@@ -43,6 +43,7 @@ public:
 private:
     const QVariantList &valori(int riga) const;
     void leggeAncora(int lettura);
+    bool leggePezzo();
     void sostituisce(const std::function<std::vector<qint64>()> &legge);
 
     modTarvola::Elenco m_elenco;
@@ -50,5 +51,6 @@ private:
     int m_colonnaOrdine = -1;
     // Cresce a ogni rilettura, così i pezzi chiesti prima non si aggiungono più.
     int m_lettura = 0;
+    int m_pezzo = 0;
     mutable QCache<qint64, QVariantList> m_righe;
 };

@@ -1,6 +1,7 @@
 #include "db/ambiti.h"
 
 #include "db/connessioni.h"
+#include "db/generi.h"
 #include "platform/ado.h"
 
 namespace modTarvola
@@ -90,37 +91,46 @@ constexpr Ambito ambiti[] = {
     {"Binari", 7, ""},
 };
 
-const char *const conDettagli =
-    "EXISTS (SELECT 1 FROM Traduzioni WHERE Traduzioni.Codice = Individui.Ruolo) AND EXISTS "
-    "(SELECT 1 FROM Voci CROSS JOIN Registri ON Registri.Codice = Voci.Registro "
+const char *const conRuolo =
+    "EXISTS (SELECT 1 FROM Traduzioni WHERE Traduzioni.Codice = Individui.Ruolo)";
+const char *const conVoce =
+    " AND EXISTS (SELECT 1 FROM Voci CROSS JOIN Registri ON Registri.Codice = Voci.Registro "
     "CROSS JOIN Archivi ON Archivi.Codice = Registri.Archivio "
     "WHERE Voci.Codice = Individui.Voce)";
+
+// I dettagli mostrano solo chi ha ruolo, voce, registro e archivio; di un registro o di un archivio
+// sono già scelti quelli che li hanno.
+QString condizioneDettagli(int ambito)
+{
+    const bool giaScelti = ambito == 4 || ambito == 6;
+    return QString::fromUtf8(conRuolo) + (giaScelti ? QString() : QString::fromUtf8(conVoce));
+}
 
 // Il luogo e la data dell'evento di un genere; con più eventi dello stesso genere, il maggiore.
 QString colonneEvento(int genere, const char *nome)
 {
-    return QStringLiteral("(SELECT max(Luogo COLLATE NOCASE) FROM Eventi "
-                          "WHERE IdProprietario = i.Codice AND Tipo = %1) AS Luogo%2, "
-                          "(SELECT max(Data) FROM Eventi "
-                          "WHERE IdProprietario = i.Codice AND Tipo = %1) AS Data%2, ")
+    return QStringLiteral("max(CASE e.Tipo WHEN %1 THEN e.Luogo END COLLATE NOCASE) AS Luogo%2, "
+                          "max(CASE e.Tipo WHEN %1 THEN e.Data END) AS Data%2, ")
         .arg(genere)
         .arg(QString::fromUtf8(nome));
 }
 
+// Gli eventi dell'individuo si leggono una volta sola, per tutte e otto le colonne.
 QString letturaDettagli()
 {
     return QStringLiteral("SELECT i.Codice, i.Nome, i.Soprannome, i.Cognome, i.Detto, i.Sesso, "
                           "Traduzioni.%1 AS Ruolo, i.Precisazione, i.Voce, i.Legittimo, i.\"Età\", "
                           "i.Vivente, i.Creazione, ")
                .arg(archivi().ColonnaLingua) +
-           colonneEvento(20, "Nascita") + colonneEvento(21, "Battesimo") +
-           colonneEvento(26, "Morte") + colonneEvento(27, "Sepoltura") +
+           colonneEvento(Nascita, "Nascita") + colonneEvento(Battesimo, "Battesimo") +
+           colonneEvento(Morte, "Morte") + colonneEvento(Sepoltura, "Sepoltura") +
            QStringLiteral("Archivi.Nome AS Nome, Registri.Titolo, Voci.Codice AS CodiceVoce "
                           "FROM Individui i CROSS JOIN Traduzioni ON Traduzioni.Codice = i.Ruolo "
                           "CROSS JOIN Voci ON Voci.Codice = i.Voce "
                           "CROSS JOIN Registri ON Registri.Codice = Voci.Registro "
                           "CROSS JOIN Archivi ON Archivi.Codice = Registri.Archivio "
-                          "WHERE i.rowid = ?");
+                          "LEFT JOIN Eventi e ON e.IdProprietario = i.Codice "
+                          "WHERE i.rowid = ? GROUP BY i.rowid");
 }
 
 } // namespace
@@ -133,7 +143,7 @@ QString condizioneAmbito(const QString &tabella, int ambito, bool dettagli)
         const QString condizione = QString::fromUtf8(uno.condizione);
         if (!dettagli || tabella != QStringLiteral("Individui"))
             return condizione;
-        const QString anche = QString::fromUtf8(conDettagli);
+        const QString anche = condizioneDettagli(ambito);
         return condizione.isEmpty() ? anche : condizione + QStringLiteral(" AND ") + anche;
     }
     throw ado::Errore(

@@ -111,27 +111,32 @@ std::vector<qint64> Elenco::chiaviOrdinate(int colonna) const
 {
     std::vector<qint64> chiavi;
     std::vector<quint32> valoreDi;
-    std::vector<QVariant> distinti;
-    QHash<QString, quint32> posti;
-    m_connessione->leggi({QStringLiteral("SELECT rowid, \"%3\" FROM %1 WHERE %2 ORDER BY rowid")
-                              .arg(m_richiesta.TipoTabella, m_condizione, m_colonne.at(colonna)),
-                          codici(),
-                          {}},
-                         [&](const ado::Riga &riga) {
-                             // Null e testo vuoto sono valori diversi: il segno davanti li
-                             // distingue.
-                             const QString segno = riga.nullo(1) ? QString() : u'=' + riga.testo(1);
-                             const auto posto = posti.constFind(segno);
-                             if (posto == posti.constEnd()) {
-                                 valoreDi.push_back(static_cast<quint32>(distinti.size()));
-                                 posti.insert(segno, valoreDi.back());
-                                 distinti.push_back(riga.valore(1));
-                             } else {
-                                 valoreDi.push_back(*posto);
-                             }
-                             chiavi.push_back(riga.intero(0));
-                             return true;
-                         });
+    // Null è il primo dei valori, così nessun testo può confondersi con lui.
+    std::vector<QVariant> distinti{QVariant()};
+    QHash<QByteArray, quint32> posti;
+    m_connessione->leggi(
+        {QStringLiteral("SELECT rowid, \"%3\" FROM %1 WHERE %2 ORDER BY rowid")
+             .arg(m_richiesta.TipoTabella, m_condizione, m_colonne.at(colonna)),
+         codici(),
+         {}},
+        [&](const ado::Riga &riga) {
+            chiavi.push_back(riga.intero(0));
+            if (riga.nullo(1)) {
+                valoreDi.push_back(0);
+                return true;
+            }
+            const QVariant valore = riga.numero(1) ? riga.valore(1) : QVariant();
+            const QByteArrayView byte = riga.byte(1);
+            const auto posto = posti.constFind(QByteArray::fromRawData(byte.data(), byte.size()));
+            if (posto != posti.constEnd()) {
+                valoreDi.push_back(*posto);
+                return true;
+            }
+            valoreDi.push_back(static_cast<quint32>(distinti.size()));
+            posti.insert(byte.toByteArray(), valoreDi.back());
+            distinti.push_back(valore.isValid() ? valore : QString::fromUtf8(byte));
+            return true;
+        });
     return distribuite(chiavi, valoreDi, ranghi(distinti));
 }
 

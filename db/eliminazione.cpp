@@ -22,13 +22,10 @@ struct Passo {
     " UNION ALL SELECT d.rowid FROM Orfani o CROSS JOIN " tabella                                  \
     " d ON d.Codice = o.Codice WHERE o.Tabella = '" tabella "') AND "
 
-#define COPPIE(tabella, colonna, scomparsi)                                                        \
-    "DELETE FROM " tabella                                                                         \
-    " WHERE (CodiceFamiglia, CodiceIndividuo) IN (SELECT d.CodiceFamiglia, "                       \
-    "d.CodiceIndividuo FROM Scomparsi s CROSS JOIN " tabella " d ON d." colonna " = s.Codice "     \
-    "WHERE s.Tabella = '" scomparsi "' UNION ALL SELECT o.Codice, o.Altro FROM Orfani o "          \
-    "WHERE o.Tabella = '" tabella "') AND NOT EXISTS (SELECT 1 FROM " scomparsi                    \
-    " WHERE " scomparsi ".Codice = " tabella "." colonna ")"
+// I legami sono annotati a coppie; si cercano per la colonna che porta il codice scomparso.
+#define COPPIE(tabella, colonna, annotata, dove, condizione)                                       \
+    "DELETE FROM " tabella " WHERE " colonna " IN (SELECT Codice FROM Scomparsi " dove             \
+    " UNION ALL SELECT " annotata " FROM Orfani WHERE Tabella = '" tabella "') AND " condizione
 
 #define NON_IN(tabella, codice)                                                                    \
     "NOT EXISTS (SELECT 1 FROM " tabella " WHERE " tabella ".Codice = " codice ")"
@@ -41,28 +38,35 @@ struct Passo {
                                codice) " AND " NON_IN("Luoghi",                                                           \
                                                       codice) " AND " NON_IN("Comunicazioni",                             \
                                                                              codice) " AND"                               \
-                                                                                     " " NON_IN("Operatori",              \
-                                                                                                codice)
+                                                                                     " " NON_IN(                          \
+                                                                                         "Operato"                        \
+                                                                                         "ri",                            \
+                                                                                         codice)
+
+#define SENZA_FAMIGLIA(tabella)                                                                    \
+    COPPIE(tabella, "CodiceFamiglia", "Codice", "WHERE Tabella = 'Famiglie'",                      \
+           NON_IN("Famiglie", tabella ".CodiceFamiglia"))
+
+#define SENZA_INDIVIDUO(tabella)                                                                   \
+    COPPIE(tabella, "CodiceIndividuo", "Altro", "WHERE Tabella = 'Individui'",                     \
+           NON_IN("Individui", tabella ".CodiceIndividuo"))
 
 constexpr Passo passi[] = {
     {1,
      CANDIDATI("Individui", "Voce", "WHERE s.Tabella = 'Voci'") NON_IN("Voci", "Individui.Voce")},
     {2, CANDIDATI("Famiglie", "Voce", "WHERE s.Tabella = 'Voci'") NON_IN("Voci", "Famiglie.Voce")},
-    {3, COPPIE("FamiglieConiugi", "CodiceFamiglia", "Famiglie")},
-    {3, COPPIE("FamiglieGenitori", "CodiceFamiglia", "Famiglie")},
+    {3, SENZA_FAMIGLIA("FamiglieConiugi")},
+    {3, SENZA_FAMIGLIA("FamiglieGenitori")},
     {3, "DELETE FROM Famiglie WHERE Codice IN (SELECT Codice FROM Orfani WHERE Tabella = 'Vuote') "
         "AND NOT EXISTS (SELECT 1 FROM FamiglieConiugi WHERE CodiceFamiglia = Famiglie.Codice) "
         "AND NOT EXISTS (SELECT 1 FROM FamiglieGenitori WHERE CodiceFamiglia = Famiglie.Codice)"},
-    {4, COPPIE("FamiglieConiugi", "CodiceIndividuo", "Individui")},
-    {4, COPPIE("FamiglieGenitori", "CodiceIndividuo", "Individui")},
+    {4, SENZA_INDIVIDUO("FamiglieConiugi")},
+    {4, SENZA_INDIVIDUO("FamiglieGenitori")},
     {5, CANDIDATI("Eventi", "IdProprietario", "WHERE s.Tabella IN ('Individui', 'Famiglie')")
             NON_IN("Individui", "Eventi.IdProprietario") " AND " NON_IN("Famiglie",
                                                                         "Eventi.IdProprietario")},
-    {6, "DELETE FROM OperatoriContesti WHERE (CodiceOperatore, CodiceContesto) IN "
-        "(SELECT d.CodiceOperatore, d.CodiceContesto FROM Scomparsi s CROSS JOIN "
-        "OperatoriContesti d ON d.CodiceContesto = s.Codice UNION ALL SELECT o.Codice, o.Altro "
-        "FROM Orfani o WHERE o.Tabella = 'OperatoriContesti') "
-        "AND " IN_NESSUNA_DELLE_NOVE("OperatoriContesti.CodiceContesto")},
+    {6, COPPIE("OperatoriContesti", "CodiceContesto", "Altro", "",
+               IN_NESSUNA_DELLE_NOVE("OperatoriContesti.CodiceContesto"))},
     {6, "DELETE FROM Operatori WHERE Codice IN (SELECT Codice FROM Orfani WHERE Tabella = 'Soli') "
         "AND Codice <> ?1 AND NOT EXISTS (SELECT 1 FROM OperatoriContesti "
         "WHERE CodiceOperatore = Operatori.Codice)"},
@@ -126,7 +130,8 @@ void esegue(ado::Connection &connessione, int numero, const QString &operatore)
 }
 
 // Le annotazioni di cui non resta nulla da fare non si portano dietro. Di operatori, indirizzi e
-// recapiti tolti dopo il passo 6 possono restare i collegamenti: quelli aspettano la prossima volta.
+// recapiti tolti dopo il passo 6 possono restare i collegamenti: quelli aspettano la prossima
+// volta.
 void dimentica(ado::Connection &connessione, const Pulizia &pulizia, const QString &operatore)
 {
     if (pulizia.passi.size() == 0)

@@ -155,16 +155,26 @@ bool Riga::nullo(int colonna) const
     return sqlite3_column_type(m_istruzione, colonna) == SQLITE_NULL;
 }
 
+bool Riga::numero(int colonna) const
+{
+    const int specie = sqlite3_column_type(m_istruzione, colonna);
+    return specie == SQLITE_INTEGER || specie == SQLITE_FLOAT;
+}
+
 qint64 Riga::intero(int colonna) const
 {
     return sqlite3_column_int64(m_istruzione, colonna);
 }
 
-QString Riga::testo(int colonna) const
+QByteArrayView Riga::byte(int colonna) const
 {
     const void *inizio = sqlite3_column_text(m_istruzione, colonna);
-    return QString::fromUtf8(static_cast<const char *>(inizio),
-                             sqlite3_column_bytes(m_istruzione, colonna));
+    return {static_cast<const char *>(inizio), sqlite3_column_bytes(m_istruzione, colonna)};
+}
+
+QString Riga::testo(int colonna) const
+{
+    return QString::fromUtf8(byte(colonna));
 }
 
 QVariant Riga::valore(int colonna) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArrayView>
 #include <QHash>
 #include <QString>
 #include <QStringView>
@@ -61,8 +62,11 @@ public:
     int colonne() const;
     QString nome(int colonna) const;
     bool nullo(int colonna) const;
+    bool numero(int colonna) const;
     qint64 intero(int colonna) const;
     QString testo(int colonna) const;
+    // I byte UTF-8 del testo, senza copia.
+    QByteArrayView byte(int colonna) const;
     QVariant valore(int colonna) const;
 
 private:

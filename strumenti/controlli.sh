@@ -21,11 +21,11 @@ strumenti/piani.py --prova || esito=1
 strumenti/piani.py || esito=1
 
 echo "Lint:"
-# Senza unità riunite e con le prove, perché ogni sorgente abbia il proprio comando; dei sorgenti
-# fatti dagli strumenti servono solo quelli che i nostri includono.
-cmake --preset controlli --log-level=WARNING
-cmake --build --preset controlli
-sorgenti '*.cpp' | xargs -0 -r -n 1 -P "$(nproc)" clang-tidy-14 -quiet -p build/controlli 2>&1 |
+# I comandi di "prova" sono i soli che comprendono ogni sorgente; di ciò che fanno gli strumenti
+# servono qui solo i file che i sorgenti includono.
+cmake --preset prova --log-level=WARNING
+cmake --build --preset prova --target autogen
+sorgenti '*.cpp' | xargs -0 -r -n 1 -P "$(nproc)" clang-tidy-14 -quiet -p build/prova 2>&1 |
     sed '/^[0-9]* warnings\{0,1\} \(and [0-9]* errors\{0,1\} \)\{0,1\}generated\.$/d' || esito=1
 
 [ "$esito" -eq 0 ] && echo "All checks passed." || echo "Some checks failed."
