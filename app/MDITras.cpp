@@ -9,6 +9,8 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QScreen>
+#include <QStyle>
 
 using namespace modTarvola;
 
@@ -34,7 +36,7 @@ MDITras::MDITras()
     creaMenu();
     mostraMenu(nullptr);
     connect(m_area, &QMdiArea::subWindowActivated, this, &MDITras::attivata);
-    resize(fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 42);
+    resize(screen()->availableSize() * 4 / 5);
 }
 
 MDITras::~MDITras()
@@ -112,9 +114,12 @@ void MDITras::apre(const ProprietaTabella &proprieta)
     tabella->Form_Load();
     QMdiSubWindow *finestra = m_area->addSubWindow(tabella.release());
     finestra->setAttribute(Qt::WA_DeleteOnClose);
-    // La prima finestra prende tutta l'area; le altre ne prendono i tre quarti, a scalare.
+    // Ogni finestra nuova scala di una didascalia dalla precedente, senza uscire dall'area.
     const QSize area = m_area->viewport()->size();
-    finestra->resize(area * 3 / 4);
+    const int passo = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this);
+    const int gradini = qMax(1, qMin(area.width(), area.height()) / 4 / passo);
+    const int gradino = static_cast<int>(m_area->subWindowList().size() - 1) % gradini;
+    finestra->setGeometry(QRect(QPoint(passo, passo) * gradino, area * 3 / 4));
     finestra->show();
 }
 

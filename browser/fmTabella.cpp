@@ -83,8 +83,23 @@ void fmTabella::Form_Load()
     setWindowTitle(proprieta.TipoTabella);
     adoTabella->apre();
     vaiAllaRiga(0);
-    for (int i = 0; i < adoTabella->columnCount(); ++i)
-        DataGrid1->setColumnWidth(i, fontMetrics().averageCharWidth() * (i == 0 ? 12 : 20));
+    adattaColonne();
+}
+
+// Le colonne si adattano alle prime righe, mai a tutte; un testo lungo non caccia le altre.
+void fmTabella::adattaColonne()
+{
+    constexpr int righeGuardate = 40;
+    const int massima = fontMetrics().averageCharWidth() * 40;
+    const int bordo = fontMetrics().averageCharWidth() * 3;
+    for (int colonna = 0; colonna < adoTabella->columnCount(); ++colonna) {
+        int larga = DataGrid1->horizontalHeader()->sectionSizeHint(colonna);
+        for (int riga = 0; riga < qMin(righeGuardate, adoTabella->rowCount()); ++riga) {
+            const QString testo = adoTabella->index(riga, colonna).data().toString();
+            larga = qMax(larga, fontMetrics().horizontalAdvance(testo) + bordo);
+        }
+        DataGrid1->setColumnWidth(colonna, qMin(larga, massima));
+    }
 }
 
 bool fmTabella::vuota() const

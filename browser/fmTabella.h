@@ -44,7 +44,7 @@ class fmTabella : public QWidget
     Q_OBJECT
 
 public:
-    fmTabella(ProprietaTabella proprieta, ServiziTabella servizi, QWidget *sopra);
+    fmTabella(ProprietaTabella dalle, ServiziTabella servizi, QWidget *sopra);
 
     ProprietaTabella proprieta;
 
@@ -60,6 +60,7 @@ public:
 private:
     void creaBarra();
     void creaGriglia();
+    void adattaColonne();
     void creaMenu();
     QMenu *menuComandi();
     QMenu *menuTabelle();

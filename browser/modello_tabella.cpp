@@ -143,19 +143,19 @@ bool ModelloTabella::ordina(int colonna)
 
 // La griglia chiede i valori mentre si disegna, dove nessun errore si può dire: una riga che non si
 // legge si mostra vuota, e il comando che la userà dirà perché.
-const QVariantList &ModelloTabella::valori(int riga) const
+QVariantList ModelloTabella::valori(int riga) const
 {
     const qint64 chiave = m_chiavi.at(static_cast<size_t>(riga));
     if (const QVariantList *presente = m_righe.object(chiave))
         return *presente;
-    auto *letti = new QVariantList;
+    QVariantList letti;
     try {
-        *letti = m_elenco.riga(chiave);
+        letti = m_elenco.riga(chiave);
     } catch (const ado::Errore &) {
-        letti->clear();
+        letti.clear();
     }
-    m_righe.insert(chiave, letti);
-    return *letti;
+    m_righe.insert(chiave, new QVariantList(letti));
+    return letti;
 }
 
 QVariant ModelloTabella::campo(int riga, const QString &nome) const

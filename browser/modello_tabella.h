@@ -41,7 +41,7 @@ public:
     int rigaDiChiave(qint64 chiave) const;
 
 private:
-    const QVariantList &valori(int riga) const;
+    QVariantList valori(int riga) const;
     void leggeAncora(int lettura);
     bool leggePezzo();
     void sostituisce(const std::function<std::vector<qint64>()> &legge);

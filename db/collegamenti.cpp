@@ -14,53 +14,60 @@ QString conEtichetta(const char *testo)
         QStringLiteral("{etichetta}"), QStringLiteral("Traduzioni.") + archivi().ColonnaLingua);
 }
 
+struct Istruzione {
+    Legami modo;
+    const char *testo;
+};
+
+// Ogni istruzione rende etichetta, codice collegato e genere.
+constexpr Istruzione istruzioni[] = {
+    {Legami::TestiEFile, "SELECT {etichetta}, Binari.Codice, Binari.Tipo FROM Binari "
+                         "INNER JOIN Traduzioni ON Binari.Tipo = Traduzioni.Codice "
+                         "WHERE Binari.IdProprietario = ? ORDER BY Binari.rowid"},
+    {Legami::Operatori,
+     "SELECT {etichetta}, OperatoriContesti.CodiceOperatore, Traduzioni.Codice "
+     "FROM OperatoriContesti "
+     "INNER JOIN Operatori ON OperatoriContesti.CodiceOperatore = Operatori.Codice "
+     "INNER JOIN Traduzioni ON Operatori.Tipo = Traduzioni.Codice "
+     "WHERE OperatoriContesti.CodiceContesto = ? ORDER BY Operatori.rowid"},
+    {Legami::Indirizzi,
+     "SELECT {etichetta}, Luoghi.Codice, Traduzioni.Codice FROM Luoghi, Traduzioni "
+     "WHERE Luoghi.IdProprietario = ? AND Traduzioni.Codice = 43 ORDER BY Luoghi.rowid"},
+    {Legami::Recapiti, "SELECT {etichetta}, Comunicazioni.Codice, Traduzioni.Codice "
+                       "FROM Comunicazioni, Traduzioni "
+                       "WHERE Comunicazioni.IdProprietario = ? AND Traduzioni.Codice = 44 "
+                       "ORDER BY Comunicazioni.rowid"},
+    {Legami::IndividuiDellaVoce,
+     "SELECT {etichetta}, Individui.Codice, Individui.Ruolo FROM Individui "
+     "INNER JOIN Traduzioni ON Individui.Ruolo = Traduzioni.Codice "
+     "WHERE Individui.Voce = ? ORDER BY Individui.rowid"},
+    {Legami::FamiglieDellaVoce, "SELECT {etichetta}, Famiglie.Codice, Famiglie.Ruolo FROM Famiglie "
+                                "INNER JOIN Traduzioni ON Famiglie.Ruolo = Traduzioni.Codice "
+                                "WHERE Famiglie.Voce = ? ORDER BY Famiglie.rowid"},
+    {Legami::FamiglieConiuge,
+     "SELECT 'Famiglia Coniuge', FamiglieConiugi.CodiceFamiglia, 8 FROM Individui "
+     "INNER JOIN FamiglieConiugi ON Individui.Codice = FamiglieConiugi.CodiceIndividuo "
+     "WHERE Individui.Codice = ?"},
+    {Legami::FamiglieGenitori,
+     "SELECT 'Famiglia Genitori', FamiglieGenitori.CodiceFamiglia, 35 FROM Individui "
+     "INNER JOIN FamiglieGenitori ON Individui.Codice = FamiglieGenitori.CodiceIndividuo "
+     "WHERE Individui.Codice = ?"},
+    {Legami::Eventi, "SELECT {etichetta}, Eventi.Codice, Eventi.Tipo FROM Eventi "
+                     "INNER JOIN Traduzioni ON Eventi.Tipo = Traduzioni.Codice "
+                     "WHERE Eventi.IdProprietario = ? ORDER BY Eventi.rowid"},
+    {Legami::MembriDellaFamiglia,
+     "SELECT {etichetta}, FamiglieConiugi.CodiceIndividuo, Individui.Ruolo "
+     "FROM FamiglieConiugi "
+     "INNER JOIN Individui ON Individui.Codice = FamiglieConiugi.CodiceIndividuo "
+     "INNER JOIN Traduzioni ON Individui.Ruolo = Traduzioni.Codice "
+     "WHERE FamiglieConiugi.CodiceFamiglia = ? ORDER BY Individui.rowid"},
+};
+
 const char *istruzione(Legami modo)
 {
-    switch (modo) {
-    case Legami::TestiEFile:
-        return "SELECT {etichetta}, Binari.Codice, Binari.Tipo FROM Binari "
-               "INNER JOIN Traduzioni ON Binari.Tipo = Traduzioni.Codice "
-               "WHERE Binari.IdProprietario = ? ORDER BY Binari.rowid";
-    case Legami::Operatori:
-        return "SELECT {etichetta}, OperatoriContesti.CodiceOperatore, Traduzioni.Codice "
-               "FROM OperatoriContesti "
-               "INNER JOIN Operatori ON OperatoriContesti.CodiceOperatore = Operatori.Codice "
-               "INNER JOIN Traduzioni ON Operatori.Tipo = Traduzioni.Codice "
-               "WHERE OperatoriContesti.CodiceContesto = ? ORDER BY Operatori.rowid";
-    case Legami::Indirizzi:
-        return "SELECT {etichetta}, Luoghi.Codice, Traduzioni.Codice FROM Luoghi, Traduzioni "
-               "WHERE Luoghi.IdProprietario = ? AND Traduzioni.Codice = 43 ORDER BY Luoghi.rowid";
-    case Legami::Recapiti:
-        return "SELECT {etichetta}, Comunicazioni.Codice, Traduzioni.Codice "
-               "FROM Comunicazioni, Traduzioni "
-               "WHERE Comunicazioni.IdProprietario = ? AND Traduzioni.Codice = 44 "
-               "ORDER BY Comunicazioni.rowid";
-    case Legami::IndividuiDellaVoce:
-        return "SELECT {etichetta}, Individui.Codice, Individui.Ruolo FROM Individui "
-               "INNER JOIN Traduzioni ON Individui.Ruolo = Traduzioni.Codice "
-               "WHERE Individui.Voce = ? ORDER BY Individui.rowid";
-    case Legami::FamiglieDellaVoce:
-        return "SELECT {etichetta}, Famiglie.Codice, Famiglie.Ruolo FROM Famiglie "
-               "INNER JOIN Traduzioni ON Famiglie.Ruolo = Traduzioni.Codice "
-               "WHERE Famiglie.Voce = ? ORDER BY Famiglie.rowid";
-    case Legami::FamiglieConiuge:
-        return "SELECT 'Famiglia Coniuge', FamiglieConiugi.CodiceFamiglia, 8 FROM Individui "
-               "INNER JOIN FamiglieConiugi ON Individui.Codice = FamiglieConiugi.CodiceIndividuo "
-               "WHERE Individui.Codice = ?";
-    case Legami::FamiglieGenitori:
-        return "SELECT 'Famiglia Genitori', FamiglieGenitori.CodiceFamiglia, 35 FROM Individui "
-               "INNER JOIN FamiglieGenitori ON Individui.Codice = FamiglieGenitori.CodiceIndividuo "
-               "WHERE Individui.Codice = ?";
-    case Legami::Eventi:
-        return "SELECT {etichetta}, Eventi.Codice, Eventi.Tipo FROM Eventi "
-               "INNER JOIN Traduzioni ON Eventi.Tipo = Traduzioni.Codice "
-               "WHERE Eventi.IdProprietario = ? ORDER BY Eventi.rowid";
-    case Legami::MembriDellaFamiglia:
-        return "SELECT {etichetta}, FamiglieConiugi.CodiceIndividuo, Individui.Ruolo "
-               "FROM FamiglieConiugi "
-               "INNER JOIN Individui ON Individui.Codice = FamiglieConiugi.CodiceIndividuo "
-               "INNER JOIN Traduzioni ON Individui.Ruolo = Traduzioni.Codice "
-               "WHERE FamiglieConiugi.CodiceFamiglia = ? ORDER BY Individui.rowid";
+    for (const Istruzione &una : istruzioni) {
+        if (una.modo == modo)
+            return una.testo;
     }
     return "";
 }

@@ -81,9 +81,9 @@ constexpr Passo passi[] = {
 
 // Per ogni lettera i passi nell'ordine, e i record scomparsi di cui quei passi non lasciano nulla.
 struct Pulizia {
-    char lettera;
+    char lettera = 0;
     std::initializer_list<int> passi;
-    const char *esauriti;
+    const char *esauriti = nullptr;
 };
 
 const Pulizia pulizie[] = {

@@ -35,8 +35,8 @@ protected:
 
 private:
     QWidget *scelte();
-    void apreFamiglia(const Elemento &famiglia, const QString &codice);
-    void apreEvento(const Elemento &evento, const QString &codice);
+    void apreFamiglia(const Elemento &famiglia, const QString &codiceFamiglia);
+    void apreEvento(const Elemento &evento, const QString &codiceEvento);
 
     QString NomeIndividuoLocale;
     QString m_salvato;

@@ -20,6 +20,6 @@ protected:
     bool apriProprio(const Elemento &collegamento) override;
 
 private:
-    void apreIndividuo(const Elemento &ruolo, const QString &codice);
-    void apreFamiglia(int genere, const QString &codice);
+    void apreIndividuo(const Elemento &ruolo, const QString &individuo);
+    void apreFamiglia(int genere, const QString &famiglia);
 };

@@ -2,6 +2,7 @@
 
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QHeaderView>
 
 namespace dialoghi
 {
@@ -15,6 +16,11 @@ QString mostra(QFileDialog &dialogo, const SceltaFile &scelta)
     dialogo.setOption(QFileDialog::DontUseNativeDialog);
     dialogo.setWindowTitle(scelta.titolo);
     dialogo.setDirectory(scelta.cartella);
+    dialogo.setViewMode(QFileDialog::Detail);
+    dialogo.resize(dialogo.fontMetrics().averageCharWidth() * 120,
+                   dialogo.fontMetrics().height() * 32);
+    if (auto *colonne = dialogo.findChild<QHeaderView *>())
+        colonne->setSectionResizeMode(QHeaderView::ResizeToContents);
     if (!scelta.filtro.isEmpty())
         dialogo.setNameFilter(scelta.filtro);
     if (dialogo.exec() != QDialog::Accepted || dialogo.selectedFiles().isEmpty())

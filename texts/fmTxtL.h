@@ -20,8 +20,8 @@ public:
     // 1: si può solo guardare. Ogni altro valore: si può modificare.
     int TipoLock = 3;
 
-    // Riempie le caselle; `contesto` è il codice del record cui il testo appartiene, se c'è.
-    void Form_Load(const QString &contesto);
+    // Riempie le caselle; `proprietario` è il codice del record cui il testo appartiene, se c'è.
+    void Form_Load(const QString &proprietario);
 
     void done(int esito) override;
 
