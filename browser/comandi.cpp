@@ -1,7 +1,6 @@
 #include "app/contesto.h"
 #include "app/finestre.h"
 #include "browser/fmTabella.h"
-#include "browser/fmVisualizza.h"
 #include "browser/modello_tabella.h"
 #include "db/codici.h"
 #include "db/connessioni.h"
@@ -9,6 +8,8 @@
 #include "editors/eliminazione.h"
 #include "platform/messaggi.h"
 #include "platform/recordset.h"
+#include "texts/allegati.h"
+#include "texts/testi.h"
 
 using namespace modTarvola;
 
@@ -18,6 +19,10 @@ namespace
 const QString tabellaArchivi = QStringLiteral("Archivi");
 const QString tabellaRegistri = QStringLiteral("Registri");
 const QString tabellaVoci = QStringLiteral("Voci");
+const QString tabellaIndividui = QStringLiteral("Individui");
+const QString tabellaFamiglie = QStringLiteral("Famiglie");
+const QString tabellaEventi = QStringLiteral("Eventi");
+const QString tabellaBinari = QStringLiteral("Binari");
 
 // "Battesimo" e "Nuovo Battesimo": la didascalia della voce segue il tipo del suo registro.
 struct DidascaliaVoce {
@@ -118,6 +123,61 @@ void fmTabella::apri()
                    });
     } else if (proprieta.TipoTabella == tabellaVoci) {
         apriVoce(codice);
+    } else {
+        apriDipendente(codice);
+    }
+}
+
+void fmTabella::apriDipendente(const QString &codice)
+{
+    const QString &tabella = proprieta.TipoTabella;
+    if (tabella == tabellaIndividui) {
+        apreEditor(QStringLiteral("fmIndividuo"), QStringLiteral("Individuo"),
+                   [&](FinestraEditor &editore) {
+                       editore.proprieta.IndividuoLocale = codice;
+                       editore.proprieta.VoceLocale = proprieta.VoceLocale;
+                   });
+    } else if (tabella == tabellaFamiglie) {
+        apreEditor(QStringLiteral("fmFamiglia"), QStringLiteral("Famiglia"),
+                   [&](FinestraEditor &editore) {
+                       editore.proprieta.FamigliaLocale = codice;
+                       editore.proprieta.VoceLocale = proprieta.VoceLocale;
+                   });
+    } else if (tabella == tabellaEventi) {
+        apriEvento(codice);
+    } else if (tabella == tabellaBinari) {
+        ApriBinario(codice, tipoCorrente());
+        aggiorna();
+    }
+}
+
+void fmTabella::apriEvento(const QString &codice)
+{
+    contesto().EventoCorrente = codice;
+    const int tipo = tipoCorrente();
+    const QString etichetta = EtichettaTraduzione(tipo);
+    apreEditor(QStringLiteral("fmEvento"), etichetta, [&](FinestraEditor &editore) {
+        editore.proprieta.VoceLocale = proprieta.VoceLocale;
+        editore.proprieta.EventoLocale = codice;
+        editore.proprieta.EventoLocaleTipo = tipo;
+        editore.Label2 = {etichetta, tipo};
+    });
+}
+
+void fmTabella::ApriBinario(const QString &codice, int tipo)
+{
+    switch (tipo) {
+    case Nota:
+        ApriTesto(window(), codice, ado::adLockOptimistic, QStringLiteral("Nota"));
+        break;
+    case TestoRiportato:
+        ApriTesto(window(), codice, ado::adLockOptimistic, QStringLiteral("Testo riportato"));
+        break;
+    case FileAllegato:
+        ApriAllegato(window(), codice);
+        break;
+    default:
+        break;
     }
 }
 
@@ -189,55 +249,4 @@ void fmTabella::aggiorna()
 {
     rilegge({});
     Form_Activate();
-}
-
-namespace
-{
-
-// Che cosa la finestra dell'ambito mostra e propone, secondo la tabella da cui si parte (`da`) e
-// la voce scelta nel menu Tabelle.
-void preparaAmbito(fmVisualizza &ambito, const QString &da, int voce)
-{
-    constexpr int voceRegistri = 2;
-    constexpr int voceVoci = 3;
-    constexpr int voceIndividui = 4;
-    const bool daArchivi = da == tabellaArchivi;
-    const bool daRegistri = da == tabellaRegistri;
-    if (daArchivi || voce == voceRegistri)
-        ambito.nasconde(fmVisualizza::Registro);
-    if (daArchivi || daRegistri || voce <= voceVoci)
-        ambito.nasconde(fmVisualizza::Voce);
-    if (daArchivi && voce >= voceVoci)
-        ambito.preimposta(fmVisualizza::tuttiIRegistri);
-    if ((daArchivi || daRegistri) && voce >= voceIndividui)
-        ambito.preimposta(fmVisualizza::tutteLeVoci);
-}
-
-} // namespace
-
-void fmTabella::TsubItem_Click(int voce)
-{
-    static const QStringList tabelle{tabellaArchivi,
-                                     tabellaRegistri,
-                                     tabellaVoci,
-                                     QStringLiteral("Individui"),
-                                     QStringLiteral("Famiglie"),
-                                     QStringLiteral("Eventi"),
-                                     QStringLiteral("Binari")};
-    messaggi::protetto(this, [&] {
-        ApriArchivio(proprieta.Percorso);
-        ProprietaTabella nuova = proprieta;
-        nuova.TipoTabella = tabelle.at(voce - 1);
-        if (voce > 1) {
-            fmVisualizza ambito(window());
-            ambito.setWindowTitle(nuova.TipoTabella + QStringLiteral(" in ") +
-                                  proprieta.TipoTabella);
-            preparaAmbito(ambito, proprieta.TipoTabella, voce);
-            ambito.exec();
-        }
-        nuova.VoceLocaleTabella = contesto().VoceCorrente;
-        nuova.Ordinamento = contesto().AmbitoScelto;
-        contesto().AmbitoScelto = 0;
-        m_servizi.apre(nuova);
-    });
 }

@@ -1,6 +1,7 @@
 target_sources(
   tarvola_finestre
-  PRIVATE browser/comandi.cpp
+  PRIVATE browser/altre_tabelle.cpp
+          browser/comandi.cpp
           browser/fmTabella.cpp
           browser/fmTabella.h
           browser/fmVisualizza.cpp

@@ -118,6 +118,12 @@ QString fmTabella::codiceCorrente() const
                               : adoTabella->campo(rigaCorrente(), colonnaCodice).toString();
 }
 
+int fmTabella::tipoCorrente() const
+{
+    return rigaCorrente() < 0 ? 0
+                              : adoTabella->campo(rigaCorrente(), QStringLiteral("Tipo")).toInt();
+}
+
 void fmTabella::vaiAllaRiga(int riga)
 {
     if (!vuota())

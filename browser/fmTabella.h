@@ -74,6 +74,10 @@ private:
     void seleziona();
     void apri();
     void apriVoce(const QString &codice);
+    void apriDipendente(const QString &codice);
+    void apriEvento(const QString &codice);
+    // Mostra un testo lungo, o apre un file allegato, secondo il genere.
+    void ApriBinario(const QString &codice, int tipo);
     void nuovo();
     QString nuovoRegistro();
     QString nuovaVoce();
@@ -82,6 +86,7 @@ private:
     bool vuota() const;
     int rigaCorrente() const;
     QString codiceCorrente() const;
+    int tipoCorrente() const;
     void vaiAllaRiga(int riga);
     void rilegge(const QString &codiceDaScegliere);
     void prendeContesto();
