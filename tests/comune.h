@@ -1,0 +1,67 @@
+#pragma once
+
+#include "db/connessioni.h"
+#include "db/modello.h"
+#include "platform/ado.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+// Un archivio nuovo, nato dal modello in una cartella che sparisce con lui, e reso corrente. I
+// valori condivisi che riguardano gli archivi ripartono da capo.
+class ArchivioDiProva
+{
+public:
+    explicit ArchivioDiProva(const QString &nome = QStringLiteral("prova.tvd"))
+        : m_percorso(m_cartella.filePath(nome))
+    {
+        modTarvola::avviaArchivi();
+        modTarvola::creaModello(m_percorso);
+        modTarvola::ApriArchivio(m_percorso);
+    }
+
+    const QString &percorso() const { return m_percorso; }
+    QString accanto(const QString &nome) const { return m_cartella.filePath(nome); }
+
+private:
+    QTemporaryDir m_cartella;
+    QString m_percorso;
+};
+
+inline int esegui(const QString &testo, const QVariantList &valori = {})
+{
+    return modTarvola::connessione().Execute({testo, valori, {}});
+}
+
+inline QVariant legge(const QString &testo, const QVariantList &valori = {})
+{
+    return modTarvola::connessione().valore({testo, valori, {}});
+}
+
+inline int righe(const QString &tabella)
+{
+    return legge(QStringLiteral("SELECT count(*) FROM ") + tabella).toInt();
+}
+
+// Il primo campo di ogni riga, come testo; "(Null)" dove è Null.
+inline QStringList colonna(const QString &testo, const QVariantList &valori = {})
+{
+    QStringList letti;
+    modTarvola::connessione().leggi({testo, valori, {}}, [&letti](const ado::Riga &riga) {
+        letti.append(riga.nullo(0) ? QStringLiteral("(Null)") : riga.testo(0));
+        return true;
+    });
+    return letti;
+}
+
+// L'errore con cui la funzione fallisce; un testo vuoto se non fallisce.
+template <class Funzione>
+ado::Errore errore(Funzione funzione)
+{
+    try {
+        funzione();
+    } catch (const ado::Errore &trovato) {
+        return trovato;
+    }
+    return {ado::Causa::Altro, QString()};
+}
