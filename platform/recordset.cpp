@@ -1,5 +1,7 @@
 #include "platform/recordset.h"
 
+#include <algorithm>
+
 namespace ado
 {
 
@@ -61,10 +63,12 @@ bool Recordset::Find(const QString &campo, const QString &testo)
 
 qsizetype Recordset::posto(const QString &nome) const
 {
-    const qsizetype colonna = m_nomi.indexOf(nome, Qt::CaseInsensitive);
-    if (colonna < 0)
+    const auto trovato = std::find_if(m_nomi.begin(), m_nomi.end(), [&nome](const QString &suo) {
+        return suo.compare(nome, Qt::CaseInsensitive) == 0;
+    });
+    if (trovato == m_nomi.end())
         throw Errore(Causa::Altro, QStringLiteral("il campo %1 non esiste").arg(nome));
-    return colonna;
+    return trovato - m_nomi.begin();
 }
 
 const std::vector<QVariant> &Recordset::riga() const
