@@ -37,7 +37,7 @@ bool precede(const QVariant &uno, const QVariant &altro)
     }
 }
 
-// Il posto in ordine di ciascun valore.
+// Il posto in ordine di ciascun valore; pari per i testi che differiscono solo per le maiuscole.
 std::vector<quint32> ranghi(const std::vector<QVariant> &valori)
 {
     std::vector<quint32> ordine(valori.size());
@@ -46,8 +46,10 @@ std::vector<quint32> ranghi(const std::vector<QVariant> &valori)
         return precede(valori[uno], valori[altro]);
     });
     std::vector<quint32> rango(valori.size());
-    for (size_t i = 0; i < ordine.size(); ++i)
-        rango[ordine[i]] = static_cast<quint32>(i);
+    for (size_t i = 1; i < ordine.size(); ++i) {
+        const bool dopo = precede(valori[ordine[i - 1]], valori[ordine[i]]);
+        rango[ordine[i]] = rango[ordine[i - 1]] + (dopo ? 1 : 0);
+    }
     return rango;
 }
 
