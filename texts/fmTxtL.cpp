@@ -5,6 +5,7 @@
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -116,6 +117,15 @@ void fmTxtL::cambiaDimensione(int punti)
     QFont carattere = Text1->font();
     carattere.setPointSize(punti);
     Text1->setFont(carattere);
+}
+
+void fmTxtL::keyPressEvent(QKeyEvent *evento)
+{
+    // Esc non chiude, come negli editori: una pagina trascritta non vada perduta per sbaglio.
+    if (evento->key() == Qt::Key_Escape)
+        evento->accept();
+    else
+        QDialog::keyPressEvent(evento);
 }
 
 void fmTxtL::done(int esito)

@@ -25,6 +25,9 @@ public:
 
     void done(int esito) override;
 
+protected:
+    void keyPressEvent(QKeyEvent *evento) override;
+
 private:
     QWidget *fondo();
     void salva();
