@@ -180,7 +180,8 @@ void MDITras::SubFinestreItem_Click(int voce)
 void MDITras::affianca(Qt::Orientation verso)
 {
     const auto finestre = m_area->subWindowList(QMdiArea::StackingOrder);
-    const QSize area = m_area->viewport()->size();
+    // Le barre di scorrimento che ora ci sono, affiancate le finestre non servono più.
+    const QSize area = m_area->maximumViewportSize();
     const int quante = static_cast<int>(finestre.size());
     for (int i = 0; i < quante; ++i) {
         QMdiSubWindow *finestra = finestre.at(quante - 1 - i);
