@@ -20,3 +20,8 @@ target_sources(
           editors/fmVoce.h
           editors/pannello.cpp
           editors/pannello.h)
+
+# Ogni editore ha una sua descrizione(): riuniti in un sorgente solo si confonderebbero.
+get_target_property(sorgenti tarvola_finestre SOURCES)
+list(FILTER sorgenti INCLUDE REGEX "editors/fm[A-Z].*[.]cpp$")
+set_source_files_properties(${sorgenti} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
