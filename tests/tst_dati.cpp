@@ -53,8 +53,8 @@ class TstDati : public QObject
     {
         const Elenco elenco(richiesta, connessione());
         QStringList codici;
-        const auto chiavi = colonnaOrdine < 0 ? elenco.chiaviDopo(-1, 1000)
-                                              : elenco.chiaviOrdinate(colonnaOrdine);
+        const auto chiavi =
+            colonnaOrdine < 0 ? elenco.chiaviDopo(-1, 1000) : elenco.chiaviOrdinate(colonnaOrdine);
         for (const qint64 chiave : chiavi)
             codici.append(elenco.riga(chiave).value(0).toString());
         return codici.join(u' ');

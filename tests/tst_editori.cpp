@@ -1,21 +1,7 @@
-#include "app/avvio.h"
-#include "app/contesto.h"
-#include "app/finestre.h"
-#include "comune.h"
-#include "persona.h"
+#include "prova_editori.h"
 
-#include <QComboBox>
-#include <QGroupBox>
 #include <QLabel>
-#include <QPlainTextEdit>
 #include <QRadioButton>
-#include <QScreen>
-#include <QTreeWidget>
-
-#include <memory>
-
-using namespace Qt::StringLiterals;
-using namespace modTarvola;
 
 namespace
 {
@@ -23,154 +9,16 @@ namespace
 const QString senzaVoce = u"Selezionare una voce"_s;
 const QString nonData = u"Non è stata inserita una data valida"_s;
 const QString nonPagina = u"Non è stata inserito un numero di pagina valido"_s;
-const QString testoVuoto = u"Impossibile salvare un testo vuoto"_s;
-
-// "0=Duomo|2=" riempie Text1_0 con "Duomo" e svuota Text1_2; "T" e "L" scelgono in ImageCombo2 e
-// ImageCombo1.
-void riempie(const QWidget *finestra, const QString &testi)
-{
-    const QStringList coppie = testi.split(u'|', Qt::SkipEmptyParts);
-    for (const QString &coppia : coppie) {
-        const QString valore = coppia.section(u'=', 1);
-        if (coppia.startsWith(u'T'))
-            parte<QComboBox>(finestra, u"ImageCombo2"_s)->setCurrentText(valore);
-        else if (coppia.startsWith(u'L'))
-            parte<QComboBox>(finestra, u"ImageCombo1"_s)->setCurrentText(valore);
-        else
-            compila(finestra, u"Text1_"_s + coppia.section(u'=', 0, 0), valore);
-    }
-}
-
-bool acceso(const QWidget *finestra, const QString &nome)
-{
-    return parte<QWidget>(finestra, nome)->isEnabled();
-}
-
-// "Nuovo", "Elimina" e "Apri" come si vedono: maiuscolo chi è abilitato.
-QString comandi(const QWidget *finestra)
-{
-    QString stato;
-    for (int i = 0; i < 3; ++i)
-        stato += acceso(finestra, u"Command3_%1"_s.arg(i)) ? "NEA"[i] : "nea"[i];
-    return stato;
-}
-
-// "B1 Nota, O1 Contatto": i collegamenti di un editore.
-QString collegati(const QWidget *finestra)
-{
-    const auto *elenco = parte<QTreeWidget>(finestra, u"ListView1"_s);
-    QStringList tutti;
-    for (int i = 0; i < elenco->topLevelItemCount(); ++i)
-        tutti.append(elenco->topLevelItem(i)->toolTip(0) + u' ' + elenco->topLevelItem(i)->text(0));
-    return tutti.join(u", "_s);
-}
-
-QStringList valori(const QString &tabella, const QString &colonne)
-{
-    QStringList letti;
-    for (const QString &campo : colonne.split(u' '))
-        letti += colonna(u"SELECT %1 FROM %2"_s.arg(campo, tabella));
-    return letti;
-}
-
-// Dà alla finestra il codice del suo record.
-void propria(const QString &nome, ProprietaFinestra &di, const QString &codice)
-{
-    const QHash<QString, QString ProprietaFinestra::*> sue{
-        {u"fmArchivio"_s, &ProprietaFinestra::ArchivioLocale},
-        {u"fmRegistro"_s, &ProprietaFinestra::RegistroLocale},
-        {u"fmVoce"_s, &ProprietaFinestra::VoceLocale},
-        {u"fmIndividuo"_s, &ProprietaFinestra::IndividuoLocale},
-        {u"fmEvento"_s, &ProprietaFinestra::EventoLocale}};
-    di.*sue.value(nome) = codice;
-}
 
 } // namespace
 
-class TstEditori : public QObject
+class TstEditori : public QObject, private ProvaEditori
 {
     Q_OBJECT
 
-    std::unique_ptr<ArchivioDiProva> archivio;
-    std::unique_ptr<Persona> persona;
-
-    // Apre un editore, fa il passo e, se è ancora aperto, lo chiude dalla cornice. Un codice vuoto
-    // è un record nuovo, che appartiene ai record messi in init().
-    void apre(const QString &nome, const QString &codice, const Persona::Passo &passo,
-              int blocco = 3)
-    {
-        const auto finestra = NuovaFinestra(nome, nullptr);
-        ProprietaFinestra &sue = finestra->proprieta;
-        sue.Percorso = archivio->percorso();
-        sue.ConOperatore = u"O1"_s;
-        sue.TipoLock = blocco;
-        sue.ArchivioLocale = u"A1"_s;
-        sue.RegistroLocale = u"R1"_s;
-        sue.VoceLocale = nome == u"fmEvento" ? u"I1"_s : u"V1"_s;
-        sue.VoceLocaleTipo = 9;
-        propria(nome, sue, codice);
-        finestra->Label2 = {u"Etichetta di prova"_s, nome == u"fmEvento" ? 21 : 1};
-        persona->poi([&](QWidget *aperta) {
-            QCOMPARE(aperta->objectName(), nome);
-            passo(aperta);
-            aperta->close();
-        });
-        ApriFinestra(*finestra, {});
-        QVERIFY(persona->finita());
-        QVERIFY(FinestreAperte().empty());
-        QVERIFY(!contesto().SalvataggioRifiutato);
-    }
-
-    // Il passo per la finestra dei testi lunghi.
-    void scriveTesto(const QString &titolo, const QString &testo, bool salva)
-    {
-        persona->poi([=](QWidget *finestra) {
-            QCOMPARE(finestra->objectName(), u"fmTxtL"_s);
-            compila(finestra, u"Text2"_s, titolo);
-            auto *casella = parte<QPlainTextEdit>(finestra, u"Text1"_s);
-            casella->selectAll();
-            QTest::keyClick(casella, Qt::Key_Delete);
-            batte(casella, testo);
-            if (salva)
-                preme(finestra, u"Command1"_s);
-            QTest::keyClick(casella, Qt::Key_Escape);
-            QVERIFY(finestra->isVisible());
-            preme(finestra, u"Command4"_s);
-        });
-    }
-
-    // Lascia la casella col tabulatore e aspetta che il controllo sia fatto.
-    static void lascia(QWidget *finestra, const QString &nome)
-    {
-        finestra->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(finestra));
-        auto *casella = parte<QLineEdit>(finestra, nome);
-        casella->setFocus();
-        QTest::keyClick(casella, Qt::Key_Tab);
-        QCoreApplication::processEvents();
-    }
-
 private slots:
-    void init()
-    {
-        avviaContesto();
-        archivio = std::make_unique<ArchivioDiProva>();
-        persona = std::make_unique<Persona>();
-        esegui(u"INSERT INTO Archivi (Codice, Nome) VALUES ('A1', 'Duomo')"_s);
-        esegui(u"INSERT INTO Registri (Codice, Archivio, Tipo, Titolo) "
-               "VALUES ('R1', 'A1', 9, 'Battesimi')"_s);
-        esegui(u"INSERT INTO Voci (Codice, Registro, Volume) VALUES ('V1', 'R1', 'I')"_s);
-        esegui(
-            u"INSERT INTO Individui (Codice, Voce, Nome, Ruolo) VALUES ('I1', 'V1', 'Zoe', 1)"_s);
-        esegui(u"INSERT INTO Operatori (Codice, Nome, Tipo) VALUES ('O1', 'Ada', 42)"_s);
-    }
-
-    void cleanup()
-    {
-        QCOMPARE(persona->inattese(), QStringList());
-        QCOMPARE(contesto().TestoCampoLungo + contesto().NomeCampoLungo, QString());
-        QVERIFY(!contesto().TestoModificato && !contesto().NomeModificato);
-    }
+    void init() { comincia(); }
+    void cleanup() { finisce(); }
 
     void rifiuti_data()
     {
@@ -382,82 +230,20 @@ private slots:
                  QStringList({u"Altro titolo"_s, u"verso il 1750"_s, u"(Null)"_s, u"9"_s}));
     }
 
-    void primoCollegamento()
+    void dueCaselleCattive()
     {
-        apre(u"fmArchivio"_s, {}, [&](QWidget *finestra) {
-            QCOMPARE(comandi(finestra), u"Nea"_s);
-            QCOMPARE(parte<QComboBox>(finestra, u"ImageCombo1"_s)->currentIndex(), -1);
-            riempie(finestra, u"0=Pieve|L=Testo riportato"_s);
-            scriveTesto(u"Perché"_s, u"L'anno 1750\n"_s, true);
-            preme(finestra, u"Command3_0"_s);
-            QCOMPARE(collegati(finestra), u"B1 Testo riportato, O1 Trascrittore"_s);
-            QCOMPARE(comandi(finestra), u"NEA"_s);
-            esegui(u"UPDATE Archivi SET Modifica = 'mai'"_s);
-            riempie(finestra, u"L=Nota"_s);
-            scriveTesto({}, u"a voce"_s, true);
-            preme(finestra, u"Command3_0"_s);
-            scriveTesto(u"titolo"_s, u"  "_s, true);
-            preme(finestra, u"Command3_0"_s);
-            scriveTesto(u"titolo"_s, u"perduto"_s, false);
-            preme(finestra, u"Command3_0"_s);
-            QCOMPARE(collegati(finestra), u"B1 Testo riportato, B2 Nota, O1 Trascrittore"_s);
-        });
-        QCOMPARE(colonna(u"SELECT Modifica FROM Archivi"_s), QStringList({u"mai"_s, u"mai"_s}));
-        QCOMPARE(colonna(u"SELECT Tipo||IdProprietario||coalesce(Nome, '-')||Campolungo "
-                         "FROM Binari"_s),
-                 QStringList({u"13A2PerchéL'anno 1750\n"_s, u"12A2-a voce"_s}));
-    }
-
-    void testiEsistenti_data()
-    {
-        QTest::addColumn<QString>("titolo");
-        QTest::addColumn<QString>("testo");
-        QTest::addColumn<bool>("salva");
-        QTest::addColumn<QString>("atteso");
-        QTest::newRow("cambiati") << u"Città"_s << u"nuovo"_s << true << u"Città nuovo"_s;
-        QTest::newRow("senza salvare") << u"Città"_s << u"nuovo"_s << false << u"T testo"_s;
-        QTest::newRow("solo il titolo") << u"Città"_s << u"testo"_s << true << u"Città testo"_s;
-        QTest::newRow("svuotato") << u"Città"_s << u" "_s << true << u"T testo"_s;
-        QTest::newRow("svuotato senza salvare") << u"T"_s << u""_s << false << u"T testo"_s;
-    }
-    void testiEsistenti()
-    {
-        QFETCH(QString, titolo);
-        QFETCH(QString, testo);
-        QFETCH(bool, salva);
-        esegui(u"INSERT INTO Binari VALUES ('B1', 12, 'V1', 'T', 'testo')"_s);
-        apre(u"fmVoce"_s, u"V1"_s, [&](QWidget *finestra) {
-            scriveTesto(titolo, testo, salva);
-            if (salva && testo.trimmed().isEmpty())
-                persona->avviso(testoVuoto);
-            preme(finestra, u"Command3_2"_s);
+        apre(u"fmRegistro"_s, {}, [&](QWidget *finestra) {
+            compila(finestra, u"Text1_4"_s, u"ieri"_s);
+            auto *dopo = parte<QLineEdit>(finestra, u"Text1_5"_s);
+            compila(finestra, u"Text1_5"_s, u"domani"_s);
+            QVERIFY(finestra->focusWidget() == dopo);
+            // Il fuoco torna dov'era, e la casella che lo perde così non parla anche lei.
+            persona->avviso(nonData);
+            QTest::keyClick(dopo, Qt::Key_Backtab, Qt::ShiftModifier);
+            for (int i = 0; i < 5; ++i)
+                QCoreApplication::processEvents();
             QVERIFY(persona->finita());
         });
-        QTEST(legge(u"SELECT Nome || ' ' || Campolungo FROM Binari"_s).toString(), "atteso");
-    }
-
-    void solaLettura()
-    {
-        esegui(u"INSERT INTO Binari VALUES ('B1', 12, 'I1', 'T', 'testo')"_s);
-        esegui(u"UPDATE Individui SET Nome = NULL"_s);
-        const auto passo = [&](QWidget *finestra) {
-            QCOMPARE(comandi(finestra), u"neA"_s);
-            QVERIFY(!acceso(finestra, u"Frame3_1"_s));
-            persona->poi([](QWidget *testo) {
-                QVERIFY(!acceso(testo, u"Command1"_s));
-                batte(parte<QPlainTextEdit>(testo, u"Text1"_s), u"altro"_s);
-                preme(testo, u"Command4"_s);
-            });
-            preme(finestra, u"Command3_2"_s);
-            QCOMPARE(comandi(finestra), u"neA"_s);
-            batte(parte<QLineEdit>(finestra, u"Text1_1"_s), u"altro"_s);
-            preme(finestra, u"Command1"_s);
-            QVERIFY(!finestra->isVisible());
-        };
-        apre(u"fmIndividuo"_s, u"I1"_s, passo, 1);
-        QCOMPARE(valori(u"Individui"_s, u"Nome Modifica"_s) + valori(u"Binari"_s, u"Campolungo"_s),
-                 QStringList({u"(Null)"_s, u"(Null)"_s, u"testo"_s}));
-        QCOMPARE(righe(u"OperatoriContesti"_s), 0);
     }
 
     void scelteDellIndividuo()
@@ -482,47 +268,6 @@ private slots:
             QVERIFY(!acceso(finestra, u"Frame3_0"_s));
             QVERIFY(acceso(finestra, u"Frame3_2"_s));
         });
-    }
-
-    void pilaDelleFinestre()
-    {
-        apre(u"fmVoce"_s, u"V1"_s, [&](QWidget *voce) {
-            QVERIFY(!FinestraGiaAperta(u"fmIndividuo"_s, u"I1"_s));
-            persona->poi([&](QWidget *individuo) {
-                QCOMPARE(individuo->windowTitle(), u"Battezzato/a"_s);
-                persona->avviso(u"La finestra richiesta è già aperta"_s);
-                QVERIFY(FinestraGiaAperta(u"FMINDIVIDUO"_s, u"i1"_s));
-                QVERIFY(!FinestraGiaAperta(u"fmIndividuo"_s, u"I2"_s));
-                persona->poi([&](QWidget *evento) {
-                    QCOMPARE(evento->windowTitle(), u"Evento"_s);
-                    QCOMPARE(parte<QLabel>(evento, u"Label2"_s)->text(), u"Morte"_s);
-                    QCOMPARE(contesto().EventoCorrente, QString());
-                    const auto &pila = FinestreAperte();
-                    QCOMPARE(pila.size(), size_t{3});
-                    const double passo = (static_cast<double>(AltezzaTitolo(4)) + 40) *
-                                         evento->screen()->logicalDotsPerInchY() / 1440;
-                    const QRect schermo = evento->screen()->availableGeometry();
-                    int fondo = 0;
-                    for (const FinestraEditor *finestra : pila)
-                        fondo = qMax(fondo, finestra->y() + finestra->frameGeometry().height());
-                    QVERIFY(qAbs(pila[1]->y() - pila[0]->y() - passo) <= 1);
-                    QVERIFY(qAbs(pila[2]->y() - pila[1]->y() - passo) <= 1);
-                    // Sopra la prima, oltre il suo passo, c'è lo spazio che avanza sotto.
-                    const double sopra = pila[0]->y() - schermo.top() - passo;
-                    QVERIFY(qAbs(sopra - qMax(0, schermo.bottom() + 1 - fondo)) <= 2);
-                    preme(evento, u"Command1"_s);
-                });
-                riempie(individuo, u"L=Morte"_s);
-                preme(individuo, u"Command3_0"_s);
-                QCOMPARE(contesto().EventoCorrente, u"E1"_s);
-                QCOMPARE(collegati(individuo), u"E1 Morte"_s);
-                individuo->close();
-            });
-            QCOMPARE(collegati(voce), u"I1 Battezzato/a"_s);
-            preme(voce, u"Command3_2"_s);
-            QCOMPARE(FinestreAperte().size(), size_t{1});
-        });
-        QCOMPARE(valori(u"Eventi"_s, u"IdProprietario Tipo"_s), QStringList({u"I1"_s, u"26"_s}));
     }
 
     void tasti()
@@ -565,30 +310,6 @@ private slots:
         });
         QCOMPARE(valori(u"Voci"_s, u"Volume Modifica"_s), QStringList({u"I"_s, u"(Null)"_s}));
         QVERIFY(!connessione().inTransazione());
-    }
-
-    void generiDellaVoce_data()
-    {
-        QTest::addColumn<int>("tipo");
-        QTest::addColumn<QString>("primo");
-        QTest::addColumn<int>("quanti");
-        QTest::newRow("battesimi") << 9 << u"Battezzato/a"_s << 9;
-        QTest::newRow("matrimoni") << 10 << u"Sposa"_s << 9;
-        QTest::newRow("morti") << 11 << u"Defunto/a"_s << 8;
-        QTest::newRow("altro") << 12 << QString() << 0;
-    }
-    void generiDellaVoce()
-    {
-        QFETCH(int, tipo);
-        QFETCH(QString, primo);
-        const auto finestra = NuovaFinestra(u"fmVoce"_s, nullptr);
-        finestra->proprieta.TipoLock = 3;
-        finestra->proprieta.VoceLocaleTipo = tipo;
-        finestra->Form_Load();
-        const auto *generi = parte<QComboBox>(finestra.get(), u"ImageCombo1"_s);
-        QTEST(generi->count(), "quanti");
-        QVERIFY(primo.isEmpty() || generi->findText(primo) >= 0);
-        QCOMPARE(generi->currentIndex(), -1);
     }
 };
 
