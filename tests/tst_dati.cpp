@@ -368,30 +368,6 @@ private slots:
         QCOMPARE(colonna(u"SELECT Codice FROM Archivi"_s), QStringList(u"A2"_s));
     }
 
-    void ambitiDegliElenchi()
-    {
-        esegui(u"INSERT INTO Archivi (Codice) VALUES ('A1'), ('A2')"_s);
-        esegui(u"INSERT INTO Registri (Codice, Archivio) VALUES ('R1', 'A1'), ('R2', 'A1'), "
-               "('R3', 'A2')"_s);
-        // V10 scritta prima di V2: senza ordinamento vale l'ordine di scrittura.
-        esegui(u"INSERT INTO Voci (Codice, Registro) VALUES ('V1', 'R1'), ('V10', 'R2'), "
-               "('V2', 'R2'), ('V3', 'R3'), ('V4', 'R9')"_s);
-        const auto codici = [](const QString &tabella, int ambito) {
-            return codiciDi({tabella, ambito, false, u"a1"_s, u"r2"_s, {}});
-        };
-        QCOMPARE(codici(u"Archivi"_s, 0), u"A1 A2"_s);
-        QCOMPARE(codici(u"Registri"_s, 0), u"R1 R2"_s);
-        QCOMPARE(codici(u"Registri"_s, 7), u"R1 R2 R3"_s);
-        QCOMPARE(codici(u"Voci"_s, 0), u"V10 V2"_s);
-        QCOMPARE(codici(u"Voci"_s, 4), u"V10 V2"_s);
-        QCOMPARE(codici(u"Voci"_s, 6), u"V1 V10 V2"_s);
-        QCOMPARE(codici(u"Voci"_s, 7), u"V1 V10 V2 V3 V4"_s);
-        QCOMPARE(codiciDi({u"Voci"_s, 4, false, u"A2"_s, u"R2"_s, {}}), QString());
-        for (const auto &[tabella, ambito] :
-             {std::pair(u"Archivi"_s, 7), std::pair(u"Registri"_s, 4), std::pair(u"Voci"_s, 1)})
-            QVERIFY_THROWS_EXCEPTION(ado::Errore, codici(tabella, ambito));
-    }
-
     void ordineDegliElenchi()
     {
         const QVariantList nomi{u"Zoe"_s,  u"Èlia"_s, QVariant(), u"elia"_s, u"Fede"_s,
