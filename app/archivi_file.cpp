@@ -1,6 +1,7 @@
 #include "app/archivi_file.h"
 
 #include "app/contesto.h"
+#include "app/fmLogin.h"
 #include "db/connessioni.h"
 #include "platform/dialoghi.h"
 #include "platform/messaggi.h"
@@ -50,6 +51,7 @@ void ArchiviFile::apreCorrente(const QString &percorso)
         return;
     }
     contesto().PercorsoCorrente = percorso;
+    fmLogin(m_finestra).exec();
     m_apreArchivi();
 }
 

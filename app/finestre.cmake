@@ -10,6 +10,8 @@ target_sources(
           app/finestre.h
           app/fmChiudi.cpp
           app/fmChiudi.h
+          app/fmLogin.cpp
+          app/fmLogin.h
           app/MDITras.cpp
           app/MDITras.h
           icone/icone.qrc

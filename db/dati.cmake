@@ -15,6 +15,8 @@ target_sources(
           db/generi.h
           db/modello.cpp
           db/modello.h
+          db/operatori.cpp
+          db/operatori.h
           db/orfani.cpp
           db/orfani.h
           db/schema.cpp

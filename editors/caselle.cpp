@@ -54,6 +54,13 @@ void Casella::focusOutEvent(QFocusEvent *evento)
         emit lasciata();
 }
 
+void nascondeCaratteri(QLineEdit *casella)
+{
+    casella->setEchoMode(QLineEdit::Password);
+    // Il segno che cela i caratteri è dello stile, che ne sceglierebbe un altro.
+    casella->setStyleSheet(QStringLiteral("lineedit-password-character: %1").arg(int{'*'}));
+}
+
 Caselle::Caselle(std::vector<DescrizioneCasella> descrizioni, QWidget *cornice)
     : m_descrizioni(std::move(descrizioni)), m_mostrati(m_descrizioni.size())
 {
@@ -62,15 +69,17 @@ Caselle::Caselle(std::vector<DescrizioneCasella> descrizioni, QWidget *cornice)
         casella->setObjectName(QStringLiteral("Text1_%1").arg(descrizione.indice));
         casella->setMaxLength(lunghezzaMassima);
         if (descrizione.formato == Formato::Password)
-            casella->setEchoMode(QLineEdit::Password);
+            nascondeCaratteri(casella);
         Text1.push_back(casella);
     }
 }
 
-void Caselle::disponi(QGridLayout *griglia, QWidget *cornice)
+void Caselle::disponi(QGridLayout *griglia, QWidget *cornice, const QString &chiamata)
 {
     for (size_t i = 0; i < Text1.size(); ++i) {
         const DescrizioneCasella &descrizione = m_descrizioni[i];
+        if (descrizione.cornice != chiamata)
+            continue;
         const int riga = descrizione.riga < 0 ? static_cast<int>(i) : descrizione.riga;
         auto *etichetta = new QLabel(descrizione.etichetta, cornice);
         etichetta->setObjectName(QStringLiteral("Label1_%1").arg(descrizione.indice));

@@ -14,8 +14,8 @@ class QGridLayout;
 
 enum class Formato { Testo, Data, DataEstesa, Ora, Pagina, Password };
 
-// Una casella: il suo indice in Text1, il campo (vuoto: nessuno), la didascalia, il formato, e il
-// posto nella griglia (-1: una riga per ciascuna, nell'ordine).
+// Una casella: il suo indice in Text1, il campo (vuoto: nessuno), la didascalia, il formato, il
+// posto nella griglia (-1: una riga per ciascuna, nell'ordine) e la cornice (vuota: "Dettagli").
 struct DescrizioneCasella {
     int indice;
     QString campo;
@@ -23,7 +23,11 @@ struct DescrizioneCasella {
     Formato formato = Formato::Testo;
     int riga = -1;
     int colonna = 0;
+    QString cornice = {};
 };
+
+// Fa sì che la casella mostri un asterisco al posto di ogni carattere.
+void nascondeCaratteri(QLineEdit *casella);
 
 class Casella : public QLineEdit
 {
@@ -45,8 +49,8 @@ class Caselle
 public:
     Caselle(std::vector<DescrizioneCasella> descrizioni, QWidget *cornice);
 
-    // Mette etichette e caselle nella griglia.
-    void disponi(QGridLayout *griglia, QWidget *cornice);
+    // Mette nella griglia le caselle della cornice chiamata così, con le loro etichette.
+    void disponi(QGridLayout *griglia, QWidget *cornice, const QString &chiamata = {});
     // Mostra i valori del record corrente.
     void mostra(const ado::Recordset &record);
     // Scrive nel record le caselle cambiate; quelle non toccate lasciano il valore com'è, i

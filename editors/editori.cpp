@@ -4,6 +4,9 @@
 #include "editors/fmArchivio.h"
 #include "editors/fmEvento.h"
 #include "editors/fmIndividuo.h"
+#include "editors/fmLuogo.h"
+#include "editors/fmOperatore.h"
+#include "editors/fmRecapito.h"
 #include "editors/fmRegistro.h"
 #include "editors/fmVoce.h"
 
@@ -24,8 +27,10 @@ struct Voce {
 };
 
 constexpr Voce editori[] = {
-    {"fmArchivio", crea<fmArchivio>},   {"fmRegistro", crea<fmRegistro>}, {"fmVoce", crea<fmVoce>},
-    {"fmIndividuo", crea<fmIndividuo>}, {"fmEvento", crea<fmEvento>},
+    {"fmArchivio", crea<fmArchivio>}, {"fmRegistro", crea<fmRegistro>},
+    {"fmVoce", crea<fmVoce>},         {"fmIndividuo", crea<fmIndividuo>},
+    {"fmEvento", crea<fmEvento>},     {"fmLuogo", crea<fmLuogo>},
+    {"fmRecapito", crea<fmRecapito>}, {"fmOperatore", crea<fmOperatore>},
 };
 
 } // namespace

@@ -14,6 +14,12 @@ target_sources(
           editors/fmEvento.h
           editors/fmIndividuo.cpp
           editors/fmIndividuo.h
+          editors/fmLuogo.cpp
+          editors/fmLuogo.h
+          editors/fmOperatore.cpp
+          editors/fmOperatore.h
+          editors/fmRecapito.cpp
+          editors/fmRecapito.h
           editors/fmRegistro.cpp
           editors/fmRegistro.h
           editors/fmVoce.cpp

@@ -112,7 +112,8 @@ void fmEditor::Form_Load()
     adoInseribili.Open(generiInseribili(categoria()), connessione(), proprieta.TipoLock);
     for (; !adoInseribili.Eof(); adoInseribili.MoveNext()) {
         const int genere = adoInseribili.Campo(0).toInt();
-        if (siOffre(genere))
+        // Il trascrittore nasce dall'accesso, non da un collegamento.
+        if (genere != Trascrittore && siOffre(genere))
             pannello->offre(
                 {u'K' + QString::number(genere), adoInseribili.Campo(2).toString(), genere});
     }

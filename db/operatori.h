@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+
+// Gli operatori dell'archivio corrente, cercati per nome e password.
+namespace modTarvola
+{
+
+// Il codice del primo operatore, diverso da `tranne`, che ha quel nome e quella password; vuoto se
+// non ce n'è. Maiuscole e minuscole sono pari, anche accentate; apostrofi e spazi agli estremi
+// contano.
+QString OperatoreCon(const QString &nome, const QString &password, const QString &tranne = {});
+
+} // namespace modTarvola

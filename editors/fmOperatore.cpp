@@ -1,0 +1,147 @@
+#include "editors/fmOperatore.h"
+
+#include "db/codici.h"
+#include "db/connessioni.h"
+#include "db/operatori.h"
+#include "platform/messaggi.h"
+
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QVBoxLayout>
+
+using namespace modTarvola;
+
+namespace
+{
+
+constexpr int nome = 0;
+constexpr int password = 2;
+constexpr int conferma = 3;
+constexpr int lunghezzaMinima = 4;
+
+const QString cornicePassword = QStringLiteral("Password");
+
+DescrizioneEditor descrizione()
+{
+    return {
+        QStringLiteral("fmOperatore"),
+        QStringLiteral("Trascrittore"),
+        QStringLiteral("Operatori"),
+        &ProprietaFinestra::OperatoreLocale,
+        {
+            {nome, QStringLiteral("Nome"), QStringLiteral("Nome")},
+            {1, QStringLiteral("Cognome"), QStringLiteral("Cognome")},
+            {password, QStringLiteral("Password"), QStringLiteral("Inserisci"), Formato::Password,
+             0, 0, cornicePassword},
+            {conferma, QString(), QStringLiteral("Conferma"), Formato::Password, 1, 0,
+             cornicePassword},
+        },
+        {Legami::TestiEFile, Legami::Indirizzi, Legami::Recapiti, Legami::Operatori},
+        {Nota, TestoRiportato, FileAllegato, Contatto, Indirizzo, Recapito},
+    };
+}
+
+} // namespace
+
+fmOperatore::fmOperatore(QWidget *sopra) : fmEditor(descrizione(), sopra) {}
+
+void fmOperatore::Form_Load()
+{
+    switch (proprieta.TipoOperatore) {
+    case NuovoTrascrittore:
+        break;
+    case Contatto:
+        setWindowTitle(QStringLiteral("Contatto"));
+        // Un contatto che non c'è più si crea da capo.
+        if (!esiste(codice()))
+            codice().clear();
+        break;
+    case PropriDati:
+    case Trascrittore:
+        if (codice().isEmpty())
+            throw ado::Errore(ado::Causa::Altro,
+                              QStringLiteral("manca il codice del trascrittore"));
+        break;
+    default:
+        throw ado::Errore(
+            ado::Causa::Altro,
+            QStringLiteral("%1 non è un genere di operatore").arg(proprieta.TipoOperatore));
+    }
+    fmEditor::Form_Load();
+}
+
+void fmOperatore::completaFinestra(QVBoxLayout *colonna)
+{
+    fmEditor::completaFinestra(colonna);
+    Frame3 = new QGroupBox(cornicePassword, this);
+    Frame3->setObjectName(QStringLiteral("Frame3"));
+    Text1.disponi(new QGridLayout(Frame3), Frame3, cornicePassword);
+    colonna->addWidget(Frame3);
+}
+
+void fmOperatore::caricato()
+{
+    m_passwordDaControllare =
+        proprieta.TipoOperatore == NuovoTrascrittore || proprieta.TipoOperatore == PropriDati;
+    Frame3->setVisible(m_passwordDaControllare);
+    connect(Text1[password], &QLineEdit::textEdited, this,
+            [this] { m_passwordDaControllare = true; });
+    if (proprieta.TipoOperatore == Trascrittore)
+        messaggi::avvisa(parentWidget(), QStringLiteral("I dati del trascrittore non\n"
+                                                        "possono essere modificati"));
+}
+
+QString fmOperatore::controlla() const
+{
+    if (Text1.vuote({nome}))
+        return QStringLiteral("Impossibile salvare i dati senza inserire il nome");
+    const QString rifiuto = m_passwordDaControllare ? controllaPassword() : QString();
+    if (!rifiuto.isEmpty() || contatto())
+        return rifiuto;
+    return OperatoreCon(Text1[nome]->text(), Text1[password]->text(), codice()).isEmpty()
+               ? QString()
+               : QStringLiteral("La password è già in uso");
+}
+
+QString fmOperatore::controllaPassword() const
+{
+    const QString scritta = Text1[password]->text();
+    if (Text1.vuote({password}))
+        return QStringLiteral("Impossibile salvare i dati senza password");
+    if (Text1.vuote({conferma}))
+        return QStringLiteral("Impossibile salvare i dati senza confermare la password");
+    if (scritta != Text1[conferma]->text())
+        return QStringLiteral("La password non è uguale alla conferma");
+    if (scritta.size() < lunghezzaMinima)
+        return QStringLiteral("La password deve avere una lunghezza minima di 4 caratteri");
+    if (scritta.contains(u' '))
+        return QStringLiteral("Non è permesso inserire spazi nella password");
+    return {};
+}
+
+QString fmOperatore::proprietario() const
+{
+    return contatto() ? proprieta.VoceLocale : QString();
+}
+
+void fmOperatore::completa()
+{
+    adoDettagli.Assegna(QStringLiteral("Tipo"), contatto() ? Contatto : Trascrittore);
+}
+
+// Il contatto è legato al record da cui è nato; degli altri si annota chi li ha registrati.
+void fmOperatore::collegaOperatore()
+{
+    if (contatto())
+        CollegaOperatore(connessione(), adoDettagli.Testo(QStringLiteral("Codice")),
+                         proprieta.VoceLocale);
+    else
+        fmEditor::collegaOperatore();
+}
+
+void fmOperatore::salvato()
+{
+    if (m_passwordDaControllare)
+        messaggi::avvisa(this, QStringLiteral("I dati sono stati registrati\n"
+                                              "Annotare nome e password"));
+}
