@@ -76,9 +76,14 @@ bool ApriFinestra(FinestraEditor &finestra, const QString &didascalia,
         if (prima)
             prima();
     });
-    if (caricata)
-        finestra.exec();
-    return caricata;
+    if (!caricata)
+        return false;
+    finestra.exec();
+    // Quando un messaggio e la finestra spariscono insieme, il gestore dello schermo può lasciare
+    // la tastiera a nessuno.
+    if (finestra.parentWidget() != nullptr)
+        finestra.parentWidget()->activateWindow();
+    return true;
 }
 
 bool FinestraGiaAperta(const QString &nome, const QString &codice)

@@ -35,6 +35,11 @@ PannelloCollegamenti::PannelloCollegamenti(QWidget *sopra) : QWidget(sopra)
     griglia->addWidget(Command3[Apri], 2, 1);
     griglia->addWidget(Command3[Elimina], 3, 1);
     griglia->setRowStretch(4, 1);
+    // Si tabula come si legge, non nell'ordine in cui le parti sono nate.
+    setTabOrder(ImageCombo1, Command3[Nuovo]);
+    setTabOrder(Command3[Nuovo], ListView1);
+    setTabOrder(ListView1, Command3[Apri]);
+    setTabOrder(Command3[Apri], Command3[Elimina]);
 }
 
 QWidget *PannelloCollegamenti::inserimento()
