@@ -312,6 +312,17 @@ private slots:
                 preme(luogo, u"Command3_0"_s);
                 persona->avviso(senzaVoci);
                 nuovo(luogo, u"Nota"_s);
+                // Basta una voce, qualunque sia.
+                for (int i = 0; i < 7; ++i) {
+                    riempie(luogo, QStringList(7, u" "_s));
+                    compila(luogo, u"Text1_%1"_s.arg(i), u"x"_s);
+                    persona->poi([](QWidget *testo) {
+                        QCOMPARE(testo->objectName(), u"fmTxtL"_s);
+                        preme(testo, u"Command4"_s);
+                    });
+                    nuovo(luogo, u"Nota"_s);
+                    QVERIFY(persona->finita());
+                }
                 luogo->close();
             });
             apri(archivi, u"L1"_s);
