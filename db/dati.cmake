@@ -12,6 +12,8 @@ target_sources(
           db/elenco.h
           db/eliminazione.cpp
           db/eliminazione.h
+          db/famiglie.cpp
+          db/famiglie.h
           db/generi.h
           db/modello.cpp
           db/modello.h

@@ -5,6 +5,8 @@ namespace modTarvola
 {
 
 enum Genere {
+    Marito = 6,
+    Moglie = 7,
     FamigliaConiuge = 8,
     RegistroBattesimi = 9,
     RegistroMatrimoni = 10,
@@ -16,7 +18,10 @@ enum Genere {
     Battesimo = 21,
     Morte = 26,
     Sepoltura = 27,
+    Padrino = 34,
     FamigliaGenitori = 35,
+    Padre = 36,
+    Madre = 37,
     Contatto = 41,
     Trascrittore = 42,
     Indirizzo = 43,
@@ -43,6 +48,22 @@ constexpr bool eIndividuo(int genere)
 {
     return (genere >= 1 && genere <= 7) || genere == 34 || genere == 36 || genere == 37 ||
            genere == 40;
+}
+
+// I ruoli della coppia: i primi in una famiglia di coniugi, gli altri in quella dei genitori.
+constexpr bool eConiuge(int genere)
+{
+    return genere == Marito || genere == Moglie;
+}
+
+constexpr bool eGenitore(int genere)
+{
+    return genere == Padre || genere == Madre;
+}
+
+constexpr bool eRuoloDiCoppia(int genere)
+{
+    return eConiuge(genere) || eGenitore(genere);
 }
 
 constexpr bool eFamiglia(int genere)

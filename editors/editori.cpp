@@ -3,6 +3,7 @@
 #include "app/finestre.h"
 #include "editors/fmArchivio.h"
 #include "editors/fmEvento.h"
+#include "editors/fmFamiglia.h"
 #include "editors/fmIndividuo.h"
 #include "editors/fmLuogo.h"
 #include "editors/fmOperatore.h"
@@ -27,10 +28,11 @@ struct Voce {
 };
 
 constexpr Voce editori[] = {
-    {"fmArchivio", crea<fmArchivio>}, {"fmRegistro", crea<fmRegistro>},
-    {"fmVoce", crea<fmVoce>},         {"fmIndividuo", crea<fmIndividuo>},
-    {"fmEvento", crea<fmEvento>},     {"fmLuogo", crea<fmLuogo>},
-    {"fmRecapito", crea<fmRecapito>}, {"fmOperatore", crea<fmOperatore>},
+    {"fmArchivio", crea<fmArchivio>},   {"fmRegistro", crea<fmRegistro>},
+    {"fmVoce", crea<fmVoce>},           {"fmIndividuo", crea<fmIndividuo>},
+    {"fmFamiglia", crea<fmFamiglia>},   {"fmEvento", crea<fmEvento>},
+    {"fmLuogo", crea<fmLuogo>},         {"fmRecapito", crea<fmRecapito>},
+    {"fmOperatore", crea<fmOperatore>},
 };
 
 } // namespace

@@ -12,6 +12,8 @@ target_sources(
           editors/fmEditor.h
           editors/fmEvento.cpp
           editors/fmEvento.h
+          editors/fmFamiglia.cpp
+          editors/fmFamiglia.h
           editors/fmIndividuo.cpp
           editors/fmIndividuo.h
           editors/fmLuogo.cpp

@@ -306,17 +306,25 @@ void fmEditor::elimina()
     CaricaCollegamenti();
 }
 
-void fmEditor::apreFiglio(const QString &nome, const QString &didascalia,
-                          const std::function<void(FinestraEditor &)> &imposta)
+std::unique_ptr<modTarvola::FinestraEditor>
+fmEditor::apreFiglio(const QString &nome, const QString &didascalia,
+                     const std::function<void(FinestraEditor &)> &imposta,
+                     const std::function<void(FinestraEditor &)> &caricato)
 {
-    const auto figlia = NuovaFinestra(nome, this);
+    auto figlia = NuovaFinestra(nome, this);
     if (figlia == nullptr)
-        return;
+        return {};
     figlia->proprieta.Percorso = proprieta.Percorso;
     figlia->proprieta.ConOperatore = proprieta.ConOperatore;
     figlia->proprieta.TipoLock = proprieta.TipoLock;
     imposta(*figlia);
-    ApriFinestra(*figlia, didascalia);
+    const bool aperta = ApriFinestra(*figlia, didascalia, [&] {
+        if (caricato)
+            caricato(*figlia);
+    });
+    if (!aperta)
+        figlia.reset();
+    return figlia;
 }
 
 void fmEditor::controllaCasella(int indice)

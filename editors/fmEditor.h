@@ -64,9 +64,12 @@ protected:
     bool solaLettura() const { return proprieta.TipoLock == ado::adLockReadOnly; }
     QString &codice() { return proprieta.*m_descrizione.codice; }
     const QString &codice() const { return proprieta.*m_descrizione.codice; }
-    // Apre un editore figlio con le proprietà comuni; `imposta` dà le altre.
-    void apreFiglio(const QString &nome, const QString &didascalia,
-                    const std::function<void(FinestraEditor &)> &imposta);
+    // Apre un editore figlio con le proprietà comuni; `imposta` dà le altre, `caricato` gira prima
+    // che si mostri. Rende la finestra chiusa, nulla se non si è potuta aprire.
+    std::unique_ptr<FinestraEditor>
+    apreFiglio(const QString &nome, const QString &didascalia,
+               const std::function<void(FinestraEditor &)> &imposta,
+               const std::function<void(FinestraEditor &)> &caricato = {});
     // Registra il record e lo lega all'operatore in una sola transazione. Un rifiuto mostra il suo
     // messaggio e segna SalvataggioRifiutato; un guasto lancia ado::Errore e non cambia nulla.
     void SalvaDettagli();
