@@ -2,6 +2,8 @@ target_sources(
   tarvola_dati
   PRIVATE db/ambiti.cpp
           db/ambiti.h
+          db/binari.cpp
+          db/binari.h
           db/codici.cpp
           db/codici.h
           db/collegamenti.cpp

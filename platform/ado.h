@@ -108,6 +108,7 @@ public:
 
 private:
     friend class Istruzione;
+    friend class Stream;
     void apriBase(const QString &percorso, int modi);
     void verificaFormato(const QString &password);
     sqlite3_stmt *prepara(const QString &testo);

@@ -1,4 +1,5 @@
 target_sources(
   tarvola_dati
-  PRIVATE platform/ado.cpp platform/ado.h platform/italiano.cpp platform/italiano.h
+  PRIVATE platform/ado.cpp platform/ado.h platform/flusso.cpp platform/flusso.h
+          platform/italiano.cpp platform/italiano.h
           platform/recordset.cpp platform/recordset.h platform/shell.cpp platform/shell.h)

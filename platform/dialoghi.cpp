@@ -21,8 +21,13 @@ QString mostra(QFileDialog &dialogo, const SceltaFile &scelta)
                    dialogo.fontMetrics().height() * 32);
     if (auto *colonne = dialogo.findChild<QHeaderView *>())
         colonne->setSectionResizeMode(QHeaderView::ResizeToContents);
-    if (!scelta.filtro.isEmpty())
+    // Per il toolkit "*.*" vuole un punto nel nome: si mostra com'è scritto, ma vale ogni file.
+    if (scelta.filtro.endsWith(QStringLiteral("(*.*)"))) {
+        dialogo.setOption(QFileDialog::HideNameFilterDetails);
+        dialogo.setNameFilter(scelta.filtro + QStringLiteral(" (*)"));
+    } else if (!scelta.filtro.isEmpty()) {
         dialogo.setNameFilter(scelta.filtro);
+    }
     if (dialogo.exec() != QDialog::Accepted || dialogo.selectedFiles().isEmpty())
         return {};
     return dialogo.selectedFiles().constFirst();

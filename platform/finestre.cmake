@@ -1,3 +1,4 @@
 target_sources(
   tarvola_finestre
-  PRIVATE platform/dialoghi.cpp platform/dialoghi.h platform/messaggi.cpp platform/messaggi.h)
+  PRIVATE platform/avanzamento.cpp platform/avanzamento.h platform/desktop.cpp platform/desktop.h
+          platform/dialoghi.cpp platform/dialoghi.h platform/messaggi.cpp platform/messaggi.h)

@@ -1,13 +1,162 @@
 #include "texts/allegati.h"
 
+#include "db/binari.h"
+#include "db/connessioni.h"
+#include "platform/avanzamento.h"
+#include "platform/desktop.h"
+#include "platform/dialoghi.h"
+#include "platform/messaggi.h"
+#include "platform/shell.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QLocale>
+#include <QSaveFile>
+
 namespace modTarvola
 {
 
-bool NuovoAllegato(QWidget * /*sopra*/, const QString & /*proprietario*/, int /*genere*/)
+namespace
 {
-    return false;
+
+constexpr qint64 blocco = qint64{1} << 20;
+
+ado::Errore illeggibile(const QFile &file)
+{
+    return {ado::Causa::Altro, QStringLiteral("il file %1 non può essere letto (%2)")
+                                   .arg(file.fileName(), file.errorString())};
 }
 
-void ApriAllegato(QWidget * /*sopra*/, const QString & /*codice*/) {}
+ado::Errore cambiato(const QFile &file)
+{
+    return {ado::Causa::Altro,
+            QStringLiteral("il file %1 è cambiato mentre si leggeva").arg(file.fileName())};
+}
+
+ado::Errore nonScrivibile(const QFileDevice &file)
+{
+    return {ado::Causa::Altro, QStringLiteral("il file %1 non può essere scritto (%2)")
+                                   .arg(file.fileName(), file.errorString())};
+}
+
+// Falso se annullato a metà.
+bool riempie(ado::Stream &flusso, QFile &file, const avanzamento::Passo &passo)
+{
+    const qint64 totale = flusso.Size();
+    for (qint64 fatto = 0; fatto < totale;) {
+        const QByteArray pezzo = file.read(qMin(blocco, totale - fatto));
+        if (pezzo.isEmpty())
+            throw file.error() == QFileDevice::NoError ? cambiato(file) : illeggibile(file);
+        flusso.Write(pezzo);
+        fatto += pezzo.size();
+        if (!passo(fatto, totale))
+            return false;
+    }
+    // Anche un file che intanto è cresciuto non è quello che si voleva conservare.
+    if (!file.read(1).isEmpty())
+        throw cambiato(file);
+    return true;
+}
+
+void registra(const NuovoFile &nuovo, QFile &file, const avanzamento::Passo &passo)
+{
+    ado::Transazione transazione(connessione());
+    auto flusso = aggiungeFile(connessione(), nuovo);
+    const bool pieno = riempie(*flusso, file, passo);
+    // Un flusso aperto terrebbe aperta la transazione.
+    flusso.reset();
+    if (pieno)
+        transazione.conferma();
+}
+
+// Scrive accanto e poi dà il nome: nella cartella non resta mai un file a metà.
+void scrive(ado::Stream *flusso, const QString &percorso, const avanzamento::Passo &passo)
+{
+    QSaveFile file(percorso);
+    if (!file.open(QIODevice::WriteOnly))
+        throw nonScrivibile(file);
+    const qint64 totale = flusso == nullptr ? 0 : flusso->Size();
+    for (qint64 fatto = 0; fatto < totale;) {
+        const QByteArray pezzo = flusso->Read(blocco);
+        if (file.write(pezzo) != pezzo.size())
+            throw nonScrivibile(file);
+        fatto += pezzo.size();
+        if (!passo(fatto, totale))
+            return;
+    }
+    if (!file.commit())
+        throw nonScrivibile(file);
+}
+
+// L'ultima parte del nome registrato, che può venire da un archivio altrui; il codice se non resta
+// un nome.
+QString nomeSuDisco(const QString &nome, const QString &codice)
+{
+    const QString ultima = shell::NomeFileDaPercorso(nome);
+    const bool buono = !ultima.trimmed().isEmpty() && ultima != QStringLiteral(".") &&
+                       ultima != QStringLiteral("..");
+    return buono ? ultima : codice;
+}
+
+bool sovrascrive(QWidget *sopra, const QString &nome, const QString &cartella)
+{
+    return messaggi::chiede(sopra, QStringLiteral("Il file ") + nome +
+                                       QStringLiteral("\nè già presente nella cartella ") +
+                                       cartella +
+                                       QStringLiteral("\nSi per sovrascriverlo No per aprire il "
+                                                      "file esistente"));
+}
+
+} // namespace
+
+bool NuovoAllegato(QWidget *sopra, const QString &proprietario, int genere)
+{
+    const QString percorso = dialoghi::apriFile(sopra, {QStringLiteral("Seleziona un file"),
+                                                        shell::cartellaApplicazione(),
+                                                        QStringLiteral("Tutti i file(*.*)"),
+                                                        {}});
+    if (percorso.isEmpty())
+        return false;
+    QFile file(percorso);
+    if (!file.open(QIODevice::ReadOnly)) {
+        messaggi::riferisceErrore(sopra, illeggibile(file).testo());
+        return false;
+    }
+    const qint64 massimo = fileMassimo(connessione());
+    if (file.size() > massimo) {
+        messaggi::avvisa(
+            sopra, QStringLiteral("Il file è troppo grande: l'archivio accetta file fino a ") +
+                       QLocale().formattedDataSize(massimo, 0, QLocale::DataSizeSIFormat));
+        return false;
+    }
+    const NuovoFile nuovo{genere, proprietario, shell::NomeFileDaPercorso(percorso), file.size()};
+    return avanzamento::compie(
+        sopra, QStringLiteral("Aggiunta di ") + nuovo.nome,
+        [&](const avanzamento::Passo &passo) { registra(nuovo, file, passo); });
+}
+
+void ApriAllegato(QWidget *sopra, const QString &codice)
+{
+    const auto registrato = nomeDiFile(connessione(), codice);
+    if (!registrato)
+        throw ado::Errore(ado::Causa::Altro,
+                          QStringLiteral("il record %1 non esiste più").arg(codice));
+    const QString cartella = shell::cartellaApplicazione() + QStringLiteral("/File/");
+    const QString nome = nomeSuDisco(*registrato, codice);
+    const QString percorso = cartella + nome;
+    if (!QDir().mkpath(cartella))
+        throw ado::Errore(ado::Causa::Altro,
+                          QStringLiteral("la cartella %1 non si può creare").arg(cartella));
+    bool pronto = true;
+    if (!QFileInfo::exists(percorso) || sovrascrive(sopra, nome, cartella)) {
+        pronto = avanzamento::compie(
+            sopra, QStringLiteral("Scrittura di ") + nome, [&](const avanzamento::Passo &passo) {
+                scrive(contenutoDiFile(connessione(), codice).get(), percorso, passo);
+            });
+    }
+    if (pronto)
+        desktop::apre(percorso);
+}
 
 } // namespace modTarvola

@@ -1,0 +1,42 @@
+#include "platform/avanzamento.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QProgressDialog>
+
+namespace avanzamento
+{
+
+namespace
+{
+
+constexpr int parti = 1000;
+constexpr int momento = 500;   // millisecondi prima di mostrarsi
+constexpr int intervallo = 40; // millisecondi fra due aggiornamenti
+
+} // namespace
+
+bool compie(QWidget *sopra, const QString &titolo, const std::function<void(const Passo &)> &lavoro)
+{
+    QProgressDialog finestra(titolo, QStringLiteral("Annulla"), 0, parti,
+                             sopra != nullptr ? sopra->window() : nullptr);
+    finestra.setObjectName(QStringLiteral("Avanzamento"));
+    finestra.setWindowTitle(QApplication::applicationDisplayName());
+    finestra.setWindowModality(Qt::ApplicationModal);
+    finestra.setMinimumDuration(momento);
+    finestra.setAutoClose(false);
+    finestra.setAutoReset(false);
+    finestra.setValue(0);
+    QElapsedTimer dallUltimo;
+    dallUltimo.start();
+    lavoro([&](qint64 fatto, qint64 totale) {
+        if (dallUltimo.elapsed() >= intervallo && totale > 0) {
+            finestra.setValue(static_cast<int>(fatto * parti / totale));
+            dallUltimo.restart();
+        }
+        return !finestra.wasCanceled();
+    });
+    return !finestra.wasCanceled();
+}
+
+} // namespace avanzamento

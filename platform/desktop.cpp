@@ -1,0 +1,14 @@
+#include "platform/desktop.h"
+
+#include <QDesktopServices>
+#include <QUrl>
+
+namespace desktop
+{
+
+void apre(const QString &percorso)
+{
+    QDesktopServices::openUrl(QUrl::fromLocalFile(percorso));
+}
+
+} // namespace desktop
