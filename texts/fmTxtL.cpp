@@ -1,6 +1,8 @@
 #include "texts/fmTxtL.h"
 
 #include "app/contesto.h"
+#include "platform/messaggi.h"
+#include "texts/ortografia.h"
 
 #include <QFormLayout>
 #include <QGroupBox>
@@ -8,6 +10,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMainWindow>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
@@ -22,6 +25,47 @@ constexpr int puntiMinimi = 6;
 constexpr int puntiMassimi = 20;
 constexpr int puntiPerPasso = 2;
 constexpr int lunghezzaTitolo = 60;
+
+// I punti fra cui si sceglie vanno di due in due.
+int aPassi(int punti)
+{
+    const int ammessi = qBound(puntiMinimi, punti, puntiMassimi);
+    return ammessi - (ammessi - puntiMinimi) % puntiPerPasso;
+}
+
+// Mentre l'elaboratore lavora la finestra principale è ridotta a icona e questa non risponde; poi
+// tornano com'erano.
+class DaParte
+{
+public:
+    explicit DaParte(QWidget *finestra) : m_finestra(finestra)
+    {
+        QWidget *sopra = finestra;
+        while (sopra->parentWidget() != nullptr)
+            sopra = sopra->parentWidget();
+        m_principale = qobject_cast<QMainWindow *>(sopra);
+        m_finestra->setEnabled(false);
+        if (m_principale == nullptr)
+            return;
+        m_stato = m_principale->windowState();
+        m_principale->setWindowState(m_stato | Qt::WindowMinimized);
+    }
+    ~DaParte()
+    {
+        if (m_principale != nullptr)
+            m_principale->setWindowState(m_stato);
+        m_finestra->setEnabled(true);
+        m_finestra->raise();
+        m_finestra->activateWindow();
+    }
+    DaParte(const DaParte &) = delete;
+    DaParte &operator=(const DaParte &) = delete;
+
+private:
+    QWidget *m_finestra;
+    QMainWindow *m_principale = nullptr;
+    Qt::WindowStates m_stato;
+};
 
 } // namespace
 
@@ -65,16 +109,20 @@ QWidget *fmTxtL::fondo()
     HScroll1->setSingleStep(puntiPerPasso);
     HScroll1->setPageStep(puntiPerPasso);
     HScroll1->setMinimumWidth(fontMetrics().averageCharWidth() * 16);
-    HScroll1->setValue(qBound(puntiMinimi, font().pointSize(), puntiMassimi));
     connect(HScroll1, &QScrollBar::valueChanged, this, &fmTxtL::cambiaDimensione);
+    HScroll1->setValue(aPassi(font().pointSize()));
 
     Command1 = new QPushButton(QStringLiteral("&Salva"), Frame1);
     Command1->setObjectName(QStringLiteral("Command1"));
+    Command2 = new QPushButton(QStringLiteral("&Controlla"), Frame1);
+    Command2->setObjectName(QStringLiteral("Command2"));
     Command4 = new QPushButton(QStringLiteral("&Chiudi"), Frame1);
     Command4->setObjectName(QStringLiteral("Command4"));
-    for (QPushButton *bottone : {Command1, Command4})
+    for (QPushButton *bottone : {Command1, Command2, Command4})
         bottone->setAutoDefault(false);
     connect(Command1, &QPushButton::clicked, this, &fmTxtL::salva);
+    connect(Command2, &QPushButton::clicked, this,
+            [this] { messaggi::protetto(this, [this] { controlla(); }); });
     connect(Command4, &QPushButton::clicked, this, &QDialog::accept);
 
     auto *riga = new QHBoxLayout(Frame1);
@@ -86,6 +134,7 @@ QWidget *fmTxtL::fondo()
     riga->addWidget(HScroll1);
     riga->addStretch();
     riga->addWidget(Command1);
+    riga->addWidget(Command2);
     riga->addWidget(Command4);
     return Frame1;
 }
@@ -101,6 +150,7 @@ void fmTxtL::Form_Load(const QString &proprietario)
     contesto().NomeModificato = false;
     const bool sola = TipoLock == 1;
     Command1->setEnabled(!sola);
+    Command2->setEnabled(!sola);
     Text1->setReadOnly(sola);
     Text2->setReadOnly(sola);
     Text1->setFocus();
@@ -112,8 +162,24 @@ void fmTxtL::salva()
     contesto().NomeCampoLungo = Text2->text();
 }
 
+// Che l'elaboratore manchi si dice prima di mettersi da parte.
+void fmTxtL::controlla()
+{
+    if (!modTarvola::WordTrovato(this))
+        return;
+    {
+        const DaParte daParte(this);
+        modTarvola::ControlloOrtografico(*Text1);
+    }
+    Text1->setFocus();
+}
+
 void fmTxtL::cambiaDimensione(int punti)
 {
+    if (punti != aPassi(punti)) {
+        HScroll1->setValue(aPassi(punti));
+        return;
+    }
     QFont carattere = Text1->font();
     carattere.setPointSize(punti);
     Text1->setFont(carattere);

@@ -31,12 +31,14 @@ protected:
 private:
     QWidget *fondo();
     void salva();
+    void controlla();
     void cambiaDimensione(int punti);
 
     QLineEdit *Text2;
     QPlainTextEdit *Text1;
     QLabel *Label1[2] = {};
     QPushButton *Command1 = nullptr;
+    QPushButton *Command2 = nullptr;
     QPushButton *Command4 = nullptr;
     QScrollBar *HScroll1 = nullptr;
 };
