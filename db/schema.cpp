@@ -114,6 +114,10 @@ void creaSchema(ado::Connection &connessione)
         connessione.Execute({QString::fromUtf8(istruzione), {}, {}});
     // Il numero più alto di una tabella è così una ricerca nell'indice, non una lettura intera.
     for (const QString &tabella : tabelleConCodice()) {
+        // In una tabella con indici di espressioni il motore non scrive un campo a pezzi, e i file
+        // si scrivono così: per loro si legge l'indice dei codici.
+        if (tabella == QStringLiteral("Binari"))
+            continue;
         connessione.Execute({QStringLiteral("CREATE INDEX %1Numero ON %1 "
                                             "(CAST(substr(Codice, 2) AS INTEGER))")
                                  .arg(tabella),

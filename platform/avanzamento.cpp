@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QProgressDialog>
+#include <QWindow>
 
 namespace avanzamento
 {
@@ -14,19 +15,33 @@ constexpr int parti = 1000;
 constexpr int momento = 500;   // millisecondi prima di mostrarsi
 constexpr int intervallo = 40; // millisecondi fra due aggiornamenti
 
+// Lascia che la finestra sia sullo schermo prima che il lavoro cominci.
+void mostraSubito(QProgressDialog &finestra)
+{
+    finestra.show();
+    QElapsedTimer attesa;
+    attesa.start();
+    while (!finestra.windowHandle()->isExposed() && attesa.elapsed() < momento)
+        QApplication::processEvents(QEventLoop::AllEvents, intervallo);
+    QApplication::processEvents();
+}
+
 } // namespace
 
-bool compie(QWidget *sopra, const QString &titolo, const std::function<void(const Passo &)> &lavoro)
+bool compie(QWidget *sopra, const QString &titolo, const std::function<void(const Passo &)> &lavoro,
+            Compare quando)
 {
     QProgressDialog finestra(titolo, QStringLiteral("Annulla"), 0, parti,
                              sopra != nullptr ? sopra->window() : nullptr);
     finestra.setObjectName(QStringLiteral("Avanzamento"));
     finestra.setWindowTitle(QApplication::applicationDisplayName());
     finestra.setWindowModality(Qt::ApplicationModal);
-    finestra.setMinimumDuration(momento);
+    finestra.setMinimumDuration(quando == Compare::Subito ? 0 : momento);
     finestra.setAutoClose(false);
     finestra.setAutoReset(false);
     finestra.setValue(0);
+    if (quando == Compare::Subito)
+        mostraSubito(finestra);
     QElapsedTimer dallUltimo;
     dallUltimo.start();
     lavoro([&](qint64 fatto, qint64 totale) {

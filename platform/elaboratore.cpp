@@ -4,6 +4,10 @@
 #include "platform/messaggi.h"
 #include "platform/registro.h"
 
+#include <utility>
+
+using registro::Radice;
+
 namespace elaboratore
 {
 
@@ -12,21 +16,40 @@ namespace
 
 const QString estensione = QStringLiteral(".doc");
 const QString classe = QStringLiteral("Tarvola.Documento");
-const QString comando = QStringLiteral("Tarvola.Documento\\Shell\\Open\\Command");
+const std::pair<QString, QString> chiavi[] = {
+    {estensione, classe},
+    {classe, QStringLiteral("Documento")},
+    {classe + QStringLiteral("\\Shell\\Open\\Command"),
+     QStringLiteral("\"WinWord.Exe\" /Automation")},
+};
+
+// Vero se l'estensione è già di un'altra classe: allora non la si porta via.
+bool diAltri()
+{
+    registro::Chiave chiave;
+    if (registro::RegOpenKeyEx(Radice::HKEY_CLASSES_ROOT, estensione, registro::KEY_READ, chiave) !=
+        registro::ERROR_SUCCESS)
+        return false;
+    QString valore(classe.size() + 1, QChar(u'\0'));
+    const bool nostra = registro::RegQueryValueEx(chiave, valore) == registro::ERROR_SUCCESS &&
+                        valore == classe + QChar(u'\0');
+    registro::RegCloseKey(chiave);
+    return !nostra;
+}
 
 } // namespace
 
 void registra()
 {
-    using namespace registro;
-    if (dizionario::percorso().isEmpty()) {
-        for (const QString &chiave : {estensione, classe, comando})
-            togli(Radice::HKEY_CLASSES_ROOT, chiave);
+    if (diAltri())
         return;
+    const bool installato = !dizionario::percorso().isEmpty();
+    for (const auto &[chiave, valore] : chiavi) {
+        if (installato)
+            registro::scrivi(Radice::HKEY_CLASSES_ROOT, chiave, valore);
+        else
+            registro::togli(Radice::HKEY_CLASSES_ROOT, chiave);
     }
-    scrivi(Radice::HKEY_CLASSES_ROOT, estensione, classe);
-    scrivi(Radice::HKEY_CLASSES_ROOT, classe, QStringLiteral("Documento"));
-    scrivi(Radice::HKEY_CLASSES_ROOT, comando, QStringLiteral("\"WinWord.Exe\" /Automation"));
 }
 
 void Applicazione::Documents_Add()

@@ -8,8 +8,9 @@
 namespace elaboratore
 {
 
-// Registra la classe ".doc", che porta al programma di questo elaboratore, quando il dizionario
-// italiano è installato; quando non lo è la toglie.
+// Registra la classe dell'estensione ".doc", che porta al programma di questo elaboratore, quando
+// il dizionario italiano è installato; quando non lo è la toglie. Un'estensione già di altri resta
+// loro.
 void registra();
 
 class Applicazione

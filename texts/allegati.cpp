@@ -21,6 +21,8 @@ namespace
 {
 
 constexpr qint64 blocco = qint64{1} << 20;
+// Oltre questa lunghezza il posto nell'archivio si fa aspettare, prima che si cominci a copiare.
+constexpr qint64 fileLungo = qint64{64} << 20;
 
 ado::Errore illeggibile(const QFile &file)
 {
@@ -56,6 +58,8 @@ bool riempie(ado::Stream &flusso, QFile &file, const avanzamento::Passo &passo)
     // Anche un file che intanto è cresciuto non è quello che si voleva conservare.
     if (!file.read(1).isEmpty())
         throw cambiato(file);
+    if (file.error() != QFileDevice::NoError)
+        throw illeggibile(file);
     return true;
 }
 
@@ -119,10 +123,8 @@ bool NuovoAllegato(QWidget *sopra, const QString &proprietario, int genere)
     if (percorso.isEmpty())
         return false;
     QFile file(percorso);
-    if (!file.open(QIODevice::ReadOnly)) {
-        messaggi::riferisceErrore(sopra, illeggibile(file).testo());
-        return false;
-    }
+    if (!file.open(QIODevice::ReadOnly))
+        throw illeggibile(file);
     const qint64 massimo = fileMassimo(connessione());
     if (file.size() > massimo) {
         messaggi::avvisa(
@@ -133,7 +135,8 @@ bool NuovoAllegato(QWidget *sopra, const QString &proprietario, int genere)
     const NuovoFile nuovo{genere, proprietario, shell::NomeFileDaPercorso(percorso), file.size()};
     return avanzamento::compie(
         sopra, QStringLiteral("Aggiunta di ") + nuovo.nome,
-        [&](const avanzamento::Passo &passo) { registra(nuovo, file, passo); });
+        [&](const avanzamento::Passo &passo) { registra(nuovo, file, passo); },
+        nuovo.lunghezza > fileLungo ? avanzamento::Compare::Subito : avanzamento::Compare::SeDura);
 }
 
 void ApriAllegato(QWidget *sopra, const QString &codice)

@@ -8,7 +8,8 @@ namespace modTarvola
 {
 
 // Fa scegliere un file e lo aggiunge, col suo nome senza cartella, al proprietario. Falso se non se
-// n'è scelto nessuno o non si è potuto leggere (allora dopo un messaggio). Lancia ado::Errore.
+// n'è scelto nessuno, si è annullato o, dopo un messaggio, è troppo grande. Lancia ado::Errore se il
+// file non si può leggere o l'archivio non lo accetta: allora non è aggiunto nulla.
 bool NuovoAllegato(QWidget *sopra, const QString &proprietario, int genere);
 
 // Scrive il file del codice nella cartella File dell'applicazione, chiedendo se c'è già, e lo apre
