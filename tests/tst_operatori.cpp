@@ -46,16 +46,16 @@ class TstOperatori : public QObject
 
     // Apre un editore legato all'archivio A1, fa il passo e, se è ancora aperto, lo chiude dalla
     // cornice.
-    void apre(const QString &nome, int tipo, const QString &operatore, const Persona::Passo &passo,
-              int blocco = 3)
+    void apre(const QString &nome, int tipo, const QString &codice, const Persona::Passo &passo)
     {
         const auto finestra = NuovaFinestra(nome, nullptr);
         finestra->proprieta.Percorso = archivio->percorso();
         finestra->proprieta.ConOperatore = u"O9"_s;
-        finestra->proprieta.TipoLock = blocco;
+        finestra->proprieta.TipoLock = 3;
         finestra->proprieta.VoceLocale = u"A1"_s;
         finestra->proprieta.TipoOperatore = tipo;
-        finestra->proprieta.OperatoreLocale = operatore;
+        finestra->proprieta.OperatoreLocale = codice;
+        finestra->proprieta.ArchivioLocale = codice;
         persona->poi([&](QWidget *aperta) {
             QCOMPARE(aperta->objectName(), nome);
             passo(aperta);
@@ -64,6 +64,27 @@ class TstOperatori : public QObject
         QVERIFY(ApriFinestra(*finestra, {}));
         QVERIFY(persona->finita());
         QVERIFY(FinestreAperte().empty());
+    }
+
+    // In sola lettura non si scrive, non si crea, non si elimina; "Salva" chiude soltanto.
+    static void soloGuarda(QWidget *finestra)
+    {
+        QVERIFY(!parte<QPushButton>(finestra, u"Command3_0"_s)->isEnabled());
+        QVERIFY(!parte<QPushButton>(finestra, u"Command3_1"_s)->isEnabled());
+        const QString scritto = casella(finestra, 0)->text();
+        batte(casella(finestra, 0), u"altro"_s);
+        QCOMPARE(casella(finestra, 0)->text(), scritto);
+        salva(finestra);
+        QVERIFY(!finestra->isVisible());
+    }
+    void guardaTesto(const QWidget *luogo)
+    {
+        persona->poi([](QWidget *testo) {
+            QVERIFY(parte<QPlainTextEdit>(testo, u"Text1"_s)->isReadOnly());
+            QVERIFY(!parte<QPushButton>(testo, u"Command1"_s)->isEnabled());
+            preme(testo, u"Command4"_s);
+        });
+        apri(luogo, u"B1"_s);
     }
 
 private slots:
@@ -243,61 +264,31 @@ private slots:
         esegui(u"INSERT INTO Binari (Codice, Tipo, IdProprietario, Campolungo) VALUES "
                "('B1', 12, 'L1', 'nota')"_s);
         const QStringList prima = fotografia();
-        const auto soloGuarda = [](QWidget *finestra) {
-            QVERIFY(!parte<QPushButton>(finestra, u"Command3_0"_s)->isEnabled());
-            QVERIFY(!parte<QPushButton>(finestra, u"Command3_1"_s)->isEnabled());
-            const QString scritto = casella(finestra, 0)->text();
-            batte(casella(finestra, 0), u"altro"_s);
-            QCOMPARE(casella(finestra, 0)->text(), scritto);
-        };
-        persona->poi([&](QWidget *archivi) {
+        apre(u"fmArchivio"_s, 0, u"A1"_s, [this](QWidget *archivi) {
             persona->avviso(nonModificabili);
-            persona->poi([&](QWidget *operatore) {
+            persona->poi([this](QWidget *operatore) {
                 QCOMPARE(operatore->windowTitle(), u"Trascrittore"_s);
                 QVERIFY(!parte<QGroupBox>(operatore, u"Frame3"_s)->isVisible());
-                soloGuarda(operatore);
-                persona->poi([&](QWidget *luogo) {
+                persona->poi([this](QWidget *luogo) {
+                    guardaTesto(luogo);
                     soloGuarda(luogo);
-                    persona->poi([](QWidget *testo) {
-                        QVERIFY(parte<QPlainTextEdit>(testo, u"Text1"_s)->isReadOnly());
-                        QVERIFY(!parte<QPushButton>(testo, u"Command1"_s)->isEnabled());
-                        preme(testo, u"Command4"_s);
-                    });
-                    apri(luogo, u"B1"_s);
-                    salva(luogo);
                 });
                 apri(operatore, u"L1"_s);
-                persona->poi([&](QWidget *recapito) {
-                    soloGuarda(recapito);
-                    salva(recapito);
-                });
-                apri(operatore, u"C1"_s);
-                persona->poi([&](QWidget *contatto) {
-                    QCOMPARE(contatto->windowTitle(), u"Contatto"_s);
-                    soloGuarda(contatto);
-                    salva(contatto);
-                    QVERIFY(!contatto->isVisible());
-                });
-                apri(operatore, u"O2"_s);
-                salva(operatore);
-                QVERIFY(!operatore->isVisible());
+                for (const QString &codice : {u"C1"_s, u"O2"_s}) {
+                    persona->poi(soloGuarda);
+                    apri(operatore, codice);
+                }
+                soloGuarda(operatore);
             });
             apri(archivi, u"O1"_s);
-            archivi->close();
         });
-        const auto finestra = NuovaFinestra(u"fmArchivio"_s, nullptr);
-        finestra->proprieta.ArchivioLocale = u"A1"_s;
-        finestra->proprieta.ConOperatore = u"O2"_s;
-        finestra->proprieta.TipoLock = 3;
-        QVERIFY(ApriFinestra(*finestra, {}));
-        QVERIFY(persona->finita());
         QCOMPARE(fotografia(), prima);
     }
 
     void indirizzi()
     {
         esegui(u"INSERT INTO Archivi (Codice, Nome) VALUES ('A1', 'Duomo')"_s);
-        persona->poi([&](QWidget *archivi) {
+        apre(u"fmArchivio"_s, 0, u"A1"_s, [this](QWidget *archivi) {
             persona->poi([](QWidget *luogo) {
                 QCOMPARE(luogo->windowTitle(), u"Indirizzo"_s);
                 compila(luogo, u"Text1_2"_s, u"  "_s);
@@ -306,28 +297,8 @@ private slots:
                 QVERIFY(!luogo->isVisible());
             });
             nuovo(archivi, u"Indirizzo"_s);
-            persona->poi([&](QWidget *luogo) {
-                compila(luogo, u"Text1_3"_s, u"  "_s);
-                persona->avviso(u"Selezionare una voce"_s);
-                preme(luogo, u"Command3_0"_s);
-                persona->avviso(senzaVoci);
-                nuovo(luogo, u"Nota"_s);
-                // Basta una voce, qualunque sia.
-                for (int i = 0; i < 7; ++i) {
-                    riempie(luogo, QStringList(7, u" "_s));
-                    compila(luogo, u"Text1_%1"_s.arg(i), u"x"_s);
-                    persona->poi([](QWidget *testo) {
-                        QCOMPARE(testo->objectName(), u"fmTxtL"_s);
-                        preme(testo, u"Command4"_s);
-                    });
-                    nuovo(luogo, u"Nota"_s);
-                    QVERIFY(persona->finita());
-                }
-                luogo->close();
-            });
-            apri(archivi, u"L1"_s);
-            // "Salva" invece registra anche un indirizzo vuoto.
-            persona->poi([&](QWidget *luogo) {
+            // Il vuoto non ha collegamenti, ma "Salva" lo registra.
+            persona->poi([this](QWidget *luogo) {
                 persona->avviso(senzaVoci);
                 nuovo(luogo, u"Contatto"_s);
                 QCOMPARE(righe(u"Luoghi"_s), 1);
@@ -335,20 +306,36 @@ private slots:
                 QVERIFY(!luogo->isVisible());
             });
             nuovo(archivi, u"Indirizzo"_s);
-            archivi->close();
         });
-        const auto finestra = NuovaFinestra(u"fmArchivio"_s, nullptr);
-        finestra->proprieta.ArchivioLocale = u"A1"_s;
-        finestra->proprieta.ConOperatore = u"O9"_s;
-        finestra->proprieta.TipoLock = 3;
-        QVERIFY(ApriFinestra(*finestra, {}));
-        QVERIFY(persona->finita());
         QCOMPARE(colonna(u"SELECT Codice || IdProprietario || coalesce(Città, '-') FROM Luoghi "
                          "WHERE coalesce(Indirizzo1, Indirizzo2, Indirizzo3, Stato, Nazione, "
                          "CodicePostale) IS NULL AND Modifica IS NOT NULL ORDER BY Codice"_s),
                  QStringList({u"L1A1Città d'Òrsi"_s, u"L2A1-"_s}));
         QCOMPARE(legami(), QStringList({u"O9L1"_s, u"O9L2"_s}));
-        QCOMPARE(righe(u"Binari"_s), 0);
+    }
+
+    void collegamentiDegliIndirizzi()
+    {
+        esegui(u"INSERT INTO Archivi (Codice, Nome) VALUES ('A1', 'Duomo')"_s);
+        apre(u"fmLuogo"_s, 0, {}, [this](QWidget *luogo) {
+            persona->avviso(u"Selezionare una voce"_s);
+            preme(luogo, u"Command3_0"_s);
+            // Basta una voce, qualunque sia.
+            for (int i = 0; i < 7; ++i) {
+                riempie(luogo, QStringList(7, u" "_s));
+                persona->avviso(senzaVoci);
+                nuovo(luogo, u"Nota"_s);
+                QCOMPARE(righe(u"Luoghi"_s), i == 0 ? 0 : 1);
+                compila(luogo, u"Text1_%1"_s.arg(i), u"x"_s);
+                persona->poi([](QWidget *testo) {
+                    QCOMPARE(testo->objectName(), u"fmTxtL"_s);
+                    preme(testo, u"Command4"_s);
+                });
+                nuovo(luogo, u"Nota"_s);
+                QVERIFY(persona->finita());
+            }
+        });
+        QCOMPARE(colonna(u"SELECT Indirizzo1 FROM Luoghi"_s), QStringList(u"x"_s));
     }
 
     void recapiti()
