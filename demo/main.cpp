@@ -1,0 +1,100 @@
+#include "app/avvio.h"
+#include "app/MDITras.h"
+#include "demo/copione.h"
+#include "demo/verifica.h"
+#include "platform/ado.h"
+#include "platform/italiano.h"
+#include "platform/shell.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QTextStream>
+#include <QTimer>
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace
+{
+
+constexpr auto tempoMassimo = 10min;
+
+QTextStream &uscita()
+{
+    static QTextStream flusso(stdout);
+    return flusso;
+}
+
+// Recita il copione; se si guasta lo dice, fotografa lo schermo com'è e lascia il programma.
+Passo recita(Copione &copione, const Mani &mani, bool &riuscita)
+{
+    try {
+        co_await copione.recita();
+        riuscita = true;
+    } catch (const std::exception &guasto) {
+        uscita() << "FAILED: " << guasto.what() << Qt::endl;
+        mani.salvaImmagine(u"guasto"_s, true);
+        QCoreApplication::exit(1);
+    }
+}
+
+bool lavora(const std::vector<esempi::Archivio> &archivi, const QString &cartella)
+{
+    MDITras finestra;
+    finestra.show();
+    Mani mani(finestra, cartella);
+    Copione copione(mani, archivi, cartella);
+    bool riuscita = false;
+    const QString inizio = italiano::adesso();
+    Passo passo = recita(copione, mani, riuscita);
+    QTimer::singleShot(0, qApp, [&passo] { passo.comincia(); });
+    QTimer::singleShot(tempoMassimo, qApp, [] {
+        uscita() << "FAILED: it takes too long" << Qt::endl;
+        QCoreApplication::exit(1);
+    });
+    if (QApplication::exec() != 0 || !riuscita)
+        return false;
+
+    uscita() << "\nScreenshots: " << mani.fotografie().join(u", "_s) << "\n\n";
+    const verifica::Esito esito =
+        verifica::confronta(copione.percorso(), shell::fileDelProgramma(u"tarvola.mod"_s),
+                            verifica::attese(archivi), inizio, italiano::adesso());
+    uscita() << "Records in " << copione.percorso() << ":\n";
+    for (auto tabella = esito.righe.begin(); tabella != esito.righe.end(); ++tabella)
+        uscita() << "  " << tabella.key().leftJustified(20) << tabella.value() << '\n';
+    for (const QString &differenza : esito.differenze)
+        uscita() << "DIFFERENT: " << differenza << '\n';
+    return esito.differenze.isEmpty();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication applicazione(argc, argv);
+    preparaApplicazione(applicazione);
+    if (argc != 2) {
+        uscita() << "Usage: dimostrazione FOLDER\n"
+                    "Transcribes a few well-known acts into FOLDER/esempi.tvd by keys and clicks\n"
+                    "on the program's windows, and leaves their screenshots in FOLDER.\n";
+        return 2;
+    }
+    const QString cartella = QDir(QString::fromLocal8Bit(argv[1])).absolutePath();
+    QElapsedTimer orologio;
+    orologio.start();
+    try {
+        if (!QDir().mkpath(cartella))
+            throw Guasto(u"cannot make the folder "_s + cartella);
+        const bool riuscita = lavora(esempi::leggi(), cartella);
+        uscita() << (riuscita ? "What was typed stands in the file." : "The demonstration FAILED.")
+                 << " It took " << orologio.elapsed() / 1000 << " s.\n";
+        return riuscita ? 0 : 1;
+    } catch (const ado::Errore &errore) {
+        uscita() << "FAILED: " << errore.testo() << '\n';
+    } catch (const std::exception &guasto) {
+        uscita() << "FAILED: " << guasto.what() << '\n';
+    }
+    return 1;
+}
