@@ -76,24 +76,26 @@ Passo Copione::creaArchivi()
 
 Passo Copione::trascriveArchivio(const Archivio &archivio, bool ultimo)
 {
-    co_await m_mani.appareElenco(u"Archivi"_s);
-    co_await m_mani.cliccaRiga(archivio.nome);
+    co_await m_mani.mostraElenco(u"Archivi"_s);
+    co_await m_mani.vaiAllaRiga(archivio.nome);
     co_await m_mani.cliccaBarra(u"Seleziona"_s);
     co_await m_mani.appareElenco(u"Registri"_s);
     for (const Registro &registro : archivio.registri) {
         co_await creaRegistro(registro);
-        co_await m_mani.cliccaRiga(registro.titolo);
+        co_await m_mani.vaiAllaRiga(registro.titolo);
         co_await m_mani.cliccaBarra(u"Seleziona"_s);
+        co_await m_mani.appareElenco(u"Voci"_s);
+        co_await m_mani.scegliMenu(u"Finestre"_s, u"Cascata"_s);
         co_await m_mani.appareElenco(u"Voci"_s);
         for (const Atto &atto : registro.atti)
             co_await trascriveAtto(registro, atto);
         if (ultimo)
             continue;
-        co_await chiudeElenco();
-        co_await m_mani.appareElenco(u"Registri"_s);
+        co_await m_mani.chiudiElenco();
+        co_await m_mani.mostraElenco(u"Registri"_s);
     }
     if (!ultimo)
-        co_await chiudeElenco();
+        co_await m_mani.chiudiElenco();
 }
 
 Passo Copione::creaRegistro(const Registro &registro)
@@ -227,13 +229,6 @@ Passo Copione::scriveTesto(const Atto &atto)
     co_await m_mani.appare(u"fmVoce"_s);
 }
 
-Passo Copione::chiudeElenco()
-{
-    const QPointer<QWidget> elenco = m_mani.visualizzatore();
-    co_await m_mani.premi(Qt::Key_W, Qt::ControlModifier);
-    co_await m_mani.scompare(elenco, u"a list closed with Ctrl+W"_s);
-}
-
 Passo Copione::chiudeProgramma()
 {
     co_await m_mani.scegliMenu(u"Finestre"_s, u"Affianca in verticale"_s);
@@ -241,6 +236,7 @@ Passo Copione::chiudeProgramma()
     co_await m_mani.chiudiPrincipale();
     co_await m_mani.appare(u"fmChiudi"_s);
     co_await m_mani.fotografa(u"chiudi"_s);
+    m_finito = true;
     co_await m_mani.chiudi(u"Command1_0"_s);
 }
 

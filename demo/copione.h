@@ -13,6 +13,8 @@ public:
     // Crea esempi.tvd nella cartella, vi trascrive gli atti e chiude il programma; lancia Guasto.
     Passo recita();
 
+    // Vero dall'ultimo clic in poi: quello chiude il programma, e il copione con lui.
+    bool finito() const { return m_finito; }
     // Il percorso del file creato.
     QString percorso() const;
 
@@ -33,7 +35,6 @@ private:
     Passo scriveTesto(const esempi::Atto &atto);
     Passo sbagliaData();
     Passo nuovoCollegamento(QString genere, QString finestra);
-    Passo chiudeElenco();
     Passo chiudeProgramma();
 
     QString scrittura(const QString &data);
@@ -45,4 +46,5 @@ private:
     int m_date = 0;
     int m_atti = 0;
     bool m_dataSbagliata = false;
+    bool m_finito = false;
 };

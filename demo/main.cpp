@@ -28,11 +28,10 @@ QTextStream &uscita()
 }
 
 // Recita il copione; se si guasta lo dice, fotografa lo schermo com'è e lascia il programma.
-Passo recita(Copione &copione, const Mani &mani, bool &riuscita)
+Passo recita(Copione &copione, const Mani &mani)
 {
     try {
         co_await copione.recita();
-        riuscita = true;
     } catch (const std::exception &guasto) {
         uscita() << "FAILED: " << guasto.what() << Qt::endl;
         mani.salvaImmagine(u"guasto"_s, true);
@@ -46,15 +45,14 @@ bool lavora(const std::vector<esempi::Archivio> &archivi, const QString &cartell
     finestra.show();
     Mani mani(finestra, cartella);
     Copione copione(mani, archivi, cartella);
-    bool riuscita = false;
     const QString inizio = italiano::adesso();
-    Passo passo = recita(copione, mani, riuscita);
+    Passo passo = recita(copione, mani);
     QTimer::singleShot(0, qApp, [&passo] { passo.comincia(); });
     QTimer::singleShot(tempoMassimo, qApp, [] {
         uscita() << "FAILED: it takes too long" << Qt::endl;
         QCoreApplication::exit(1);
     });
-    if (QApplication::exec() != 0 || !riuscita)
+    if (QApplication::exec() != 0 || !copione.finito() || finestra.isVisible())
         return false;
 
     uscita() << "\nScreenshots: " << mani.fotografie().join(u", "_s) << "\n\n";

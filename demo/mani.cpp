@@ -7,6 +7,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QRadioButton>
+#include <QStyleOptionTitleBar>
 #include <QTableView>
 #include <QTest>
 #include <QToolBar>
@@ -30,14 +31,27 @@ QString senzaMnemonica(QString testo)
     return testo.remove(u'&');
 }
 
-QAction *azioneDi(const QWidget *dove, const QString &comando)
+// Il comando col nome dato, o che comincia così.
+QAction *azioneDi(const QWidget *dove, const QString &comando, bool inizio = false)
 {
     const auto azioni = dove->actions();
     for (QAction *azione : azioni) {
-        if (senzaMnemonica(azione->text()) == comando && azione->isEnabled())
+        const QString nome = senzaMnemonica(azione->text());
+        if ((inizio ? nome.startsWith(comando) : nome == comando) && azione->isEnabled())
             return azione;
     }
     throw Guasto(u"no command "_s + comando);
+}
+
+int rigaCon(const QAbstractItemModel &modello, const QString &testo)
+{
+    for (int colonna = 0; colonna < modello.columnCount(); ++colonna) {
+        const auto trovati =
+            modello.match(modello.index(0, colonna), Qt::DisplayRole, testo, 1, Qt::MatchExactly);
+        if (!trovati.isEmpty())
+            return trovati.constFirst().row();
+    }
+    throw Guasto(u"no row shows "_s + testo);
 }
 
 Attesa sposta(const QPointer<QWindow> &finestra, QPoint posto)
@@ -112,22 +126,43 @@ Passo Mani::cliccaBarra(QString comando)
     co_await clicca(barra->widgetForAction(azioneDi(barra, comando)));
 }
 
-Passo Mani::cliccaRiga(QString testo)
+Passo Mani::vaiAllaRiga(QString testo)
 {
     auto *griglia = qobject_cast<QTableView *>(cerca(u"DataGrid1"_s));
     const QAbstractItemModel *modello = griglia->model();
-    for (int riga = 0; riga < modello->rowCount(); ++riga) {
-        for (int colonna = 0; colonna < modello->columnCount(); ++colonna) {
-            if (modello->index(riga, colonna).data().toString() != testo)
-                continue;
-            const QRect cella = griglia->visualRect(modello->index(riga, 0));
-            co_await clicca(griglia->viewport(), cella.center());
-            if (griglia->currentIndex().row() != riga)
-                throw Guasto(u"a click did not select the row "_s + testo);
-            co_return;
-        }
-    }
-    throw Guasto(u"no row shows "_s + testo);
+    const int riga = rigaCon(*modello, testo);
+    co_await clicca(griglia->viewport(), griglia->visualRect(griglia->currentIndex()).center());
+    for (int i = 0; i < modello->rowCount() && griglia->currentIndex().row() != riga; ++i)
+        co_await premi(griglia->currentIndex().row() < riga ? Qt::Key_Down : Qt::Key_Up);
+    if (griglia->currentIndex().row() != riga)
+        throw Guasto(u"the arrow keys do not reach the row "_s + testo);
+}
+
+Passo Mani::mostraElenco(QString tabella)
+{
+    co_await scegliMenu(u"Finestre"_s, u"Mostra"_s);
+    co_await appare(u"Mostra"_s);
+    const QPointer<QWidget> elenco = davanti();
+    auto *menu = qobject_cast<QMenu *>(elenco);
+    co_await clicca(menu,
+                    menu->actionGeometry(azioneDi(menu, tabella + u" File "_s, true)).center());
+    co_await scompare(elenco, u"Mostra"_s);
+    co_await appareElenco(tabella);
+}
+
+Passo Mani::chiudiElenco()
+{
+    const QPointer<QWidget> elenco = visualizzatore();
+    QWidget *cornice = elenco->parentWidget();
+    QStyleOptionTitleBar titolo;
+    titolo.initFrom(cornice);
+    titolo.titleBarFlags = cornice->windowFlags();
+    titolo.rect.setHeight(cornice->style()->pixelMetric(QStyle::PM_TitleBarHeight, &titolo));
+    co_await clicca(cornice, cornice->style()
+                                 ->subControlRect(QStyle::CC_TitleBar, &titolo,
+                                                  QStyle::SC_TitleBarCloseButton, cornice)
+                                 .center());
+    co_await scompare(elenco, u"a list"_s);
 }
 
 Attesa Mani::premi(Qt::Key tasto, Qt::KeyboardModifiers modi) const

@@ -16,8 +16,12 @@ public:
     Passo scegliMenu(QString titolo, QString comando);
     // Un bottone della barra del visualizzatore attivo.
     Passo cliccaBarra(QString comando);
-    // La riga del visualizzatore attivo che ha il testo dato in una delle colonne.
-    Passo cliccaRiga(QString testo);
+    // Con un clic e le frecce, alla riga del visualizzatore attivo che mostra il testo dato.
+    Passo vaiAllaRiga(QString testo);
+    // Porta davanti il visualizzatore di una tabella, dal menu delle finestre.
+    Passo mostraElenco(QString tabella);
+    // Chiude il visualizzatore attivo dal bottone della sua cornice.
+    Passo chiudiElenco();
 
     Attesa premi(Qt::Key tasto, Qt::KeyboardModifiers modi = Qt::NoModifier) const;
     // Batte un testo dove sta il fuoco.
