@@ -1,5 +1,6 @@
 #include "demo/attesa.h"
 
+#include <QCoreApplication>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
@@ -9,6 +10,17 @@ namespace
 
 constexpr int millisecondiFraGesti = 2;
 constexpr int millisecondiMassimi = 30'000;
+
+void fraPoco(const std::function<void()> &funzione)
+{
+    auto *sveglia = new QTimer(qApp);
+    sveglia->setSingleShot(true);
+    QObject::connect(sveglia, &QTimer::timeout, sveglia, [sveglia, funzione] {
+        sveglia->deleteLater();
+        funzione();
+    });
+    sveglia->start(millisecondiFraGesti);
+}
 
 } // namespace
 
@@ -21,10 +33,10 @@ void Attesa::await_suspend(std::coroutine_handle<> seguito)
 {
     m_seguito = seguito;
     m_orologio.start();
-    QTimer::singleShot(millisecondiFraGesti, [this, compiuto = std::move(m_gesto)] {
+    fraPoco([this, compiuto = std::move(m_gesto)] {
         // Prima del gesto: se apre una finestra modale torna solo quando quella si chiude, e
         // allora questa attesa non c'è più.
-        QTimer::singleShot(millisecondiFraGesti, [this] { guarda(); });
+        fraPoco([this] { guarda(); });
         if (compiuto)
             compiuto();
     });
@@ -36,7 +48,7 @@ void Attesa::guarda()
     if (m_riuscita || m_orologio.hasExpired(millisecondiMassimi))
         m_seguito.resume();
     else
-        QTimer::singleShot(millisecondiFraGesti, [this] { guarda(); });
+        fraPoco([this] { guarda(); });
 }
 
 void Attesa::await_resume() const

@@ -24,7 +24,7 @@ class Attesa
 public:
     Attesa(QString che, std::function<void()> gesto, std::function<bool()> condizione);
 
-    static bool await_ready() { return false; }
+    bool await_ready() const { return false; }
     void await_suspend(std::coroutine_handle<> seguito);
     void await_resume() const;
 

@@ -158,7 +158,8 @@ Passo Copione::scriveIndividuo(const Individuo &individuo)
         co_await scriveFamiglia(famiglia);
         co_await m_mani.appare(u"fmIndividuo"_s);
     }
-    co_await m_mani.fotografa(u"individuo"_s);
+    if (!individuo.famiglie.empty())
+        co_await m_mani.fotografa(u"individuo"_s);
     co_await m_mani.chiudi(u"Command1"_s);
 }
 
@@ -240,7 +241,7 @@ Passo Copione::chiudeProgramma()
     co_await m_mani.chiudi(u"Command1_0"_s);
 }
 
-void Copione::racconta(const Registro &registro, const Atto &atto, qint64 millisecondi)
+void Copione::racconta(const Registro &registro, const Atto &atto, qint64 millisecondi) const
 {
     const Conto conto = conta(atto.persone);
     QTextStream(stdout) << u"%1. %2 (%3, %4): persons %5, families %6, events %7, texts 1; %8 s\n"_s

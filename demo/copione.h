@@ -38,7 +38,8 @@ private:
     Passo chiudeProgramma();
 
     QString scrittura(const QString &data);
-    void racconta(const esempi::Registro &registro, const esempi::Atto &atto, qint64 millisecondi);
+    void racconta(const esempi::Registro &registro, const esempi::Atto &atto,
+                  qint64 millisecondi) const;
 
     Mani &m_mani;
     const std::vector<esempi::Archivio> &m_archivi;

@@ -28,7 +28,13 @@ class Lettore
 public:
     explicit Lettore(const QJsonValue &valore) : m_oggetto(valore.toObject()) {}
 
-    QString testo(const QString &chiave) { return m_oggetto.take(chiave).toString(); }
+    QString testo(const QString &chiave)
+    {
+        const QJsonValue valore = m_oggetto.take(chiave);
+        if (!valore.isString() && !valore.isUndefined())
+            rifiuta(chiave + u" is not a text"_s);
+        return valore.toString();
+    }
     QString obbligo(const QString &chiave)
     {
         const QString letto = testo(chiave);
@@ -40,8 +46,11 @@ public:
     std::vector<T> elenco(const QString &chiave, T (*uno)(const QJsonValue &))
     {
         std::vector<T> letti;
-        const QJsonArray valori = m_oggetto.take(chiave).toArray();
-        for (const QJsonValue &valore : valori)
+        const QJsonValue elenco = m_oggetto.take(chiave);
+        if (!elenco.isArray() && !elenco.isUndefined())
+            rifiuta(chiave + u" is not a list"_s);
+        const QJsonArray valori = elenco.toArray();
+        for (const auto &valore : valori)
             letti.push_back(uno(valore));
         return letti;
     }
@@ -150,7 +159,7 @@ std::vector<Archivio> leggi()
         rifiuta(errore.errorString());
     std::vector<Archivio> letti;
     const QJsonArray valori = documento.array();
-    for (const QJsonValue &valore : valori)
+    for (const auto &valore : valori)
         letti.push_back(archivio(valore));
     return letti;
 }
@@ -165,7 +174,7 @@ QString scritturaData(const QString &data, int volta)
     const QString anno = data.left(4);
     const int mese = data.mid(5, 2).toInt();
     const int giorno = data.mid(8, 2).toInt();
-    const QString nome = mesi.at(mese - 1);
+    const QString &nome = mesi.at(mese - 1);
     switch (volta % 6) {
     case 0:
         return u"%1 %2 %3"_s.arg(giorno).arg(nome, anno);

@@ -12,6 +12,7 @@
 #include <QTimer>
 
 #include <chrono>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -19,7 +20,9 @@ using namespace std::chrono_literals;
 namespace
 {
 
+// Quanto può durare tutto; e quanto di più se il ciclo degli eventi è fermo.
 constexpr auto tempoMassimo = 10min;
+constexpr auto proroga = 1min;
 
 QTextStream &uscita()
 {
@@ -82,6 +85,7 @@ int main(int argc, char **argv)
     const QString cartella = QDir(QString::fromLocal8Bit(argv[1])).absolutePath();
     QElapsedTimer orologio;
     orologio.start();
+    ::alarm(static_cast<unsigned>(std::chrono::seconds(tempoMassimo + proroga).count()));
     try {
         if (!QDir().mkpath(cartella))
             throw Guasto(u"cannot make the folder "_s + cartella);

@@ -16,8 +16,8 @@ public:
     {
     public:
         Passo get_return_object() { return Passo(Maniglia::from_promise(*this)); }
-        static std::suspend_always initial_suspend() noexcept { return {}; }
-        static auto final_suspend() noexcept { return Fine{}; }
+        std::suspend_always initial_suspend() noexcept { return {}; }
+        auto final_suspend() noexcept { return Fine{}; }
         void return_void() {}
         void unhandled_exception() { m_errore = std::current_exception(); }
 
@@ -39,7 +39,7 @@ public:
     // Per il primo passo, che nessuno aspetta.
     void comincia() { m_maniglia.resume(); }
 
-    static bool await_ready() noexcept { return false; }
+    bool await_ready() const noexcept { return false; }
     std::coroutine_handle<> await_suspend(std::coroutine_handle<> seguito) noexcept
     {
         m_maniglia.promise().m_seguito = seguito;
@@ -55,12 +55,12 @@ private:
     using Maniglia = std::coroutine_handle<promise_type>;
 
     struct Fine {
-        static bool await_ready() noexcept { return false; }
-        static std::coroutine_handle<> await_suspend(Maniglia finita) noexcept
+        bool await_ready() const noexcept { return false; }
+        std::coroutine_handle<> await_suspend(Maniglia finita) noexcept
         {
             return finita.promise().m_seguito;
         }
-        static void await_resume() noexcept {}
+        void await_resume() const noexcept {}
     };
 
     explicit Passo(Maniglia maniglia) : m_maniglia(maniglia) {}
