@@ -45,6 +45,10 @@ Passo Copione::creaFile()
     co_await m_mani.scompare(dialogo, u"the file dialog"_s);
     if (presente)
         co_await sostituisce();
+    // Si lavora senza dire chi si è: gli atti non hanno un trascrittore da nominare.
+    co_await m_mani.appare(u"fmLogin"_s);
+    co_await m_mani.fotografa(u"accesso"_s);
+    co_await m_mani.chiudi(u"cmdCancel"_s);
     co_await m_mani.appareElenco(u"Archivi"_s);
 }
 
@@ -84,8 +88,6 @@ Passo Copione::trascriveArchivio(const Archivio &archivio, bool ultimo)
         co_await creaRegistro(registro);
         co_await m_mani.vaiAllaRiga(registro.titolo);
         co_await m_mani.cliccaBarra(u"Seleziona"_s);
-        co_await m_mani.appareElenco(u"Voci"_s);
-        co_await m_mani.scegliMenu(u"Finestre"_s, u"Cascata"_s);
         co_await m_mani.appareElenco(u"Voci"_s);
         for (const Atto &atto : registro.atti)
             co_await trascriveAtto(registro, atto);
