@@ -48,14 +48,13 @@ class TstDati : public QObject
 
     std::unique_ptr<ArchivioDiProva> archivio;
 
-    // I codici di un elenco, nell'ordine in cui li mostra.
-    static QString codiciDi(const Richiesta &richiesta, int colonnaOrdine = -1)
+    // I codici di un elenco, nell'ordine di una colonna.
+    static QString codiciDi(const Richiesta &richiesta, const QString &colonnaOrdine)
     {
         const Elenco elenco(richiesta, connessione());
+        const auto posto = static_cast<int>(elenco.colonne().indexOf(colonnaOrdine));
         QStringList codici;
-        const auto chiavi =
-            colonnaOrdine < 0 ? elenco.chiaviDopo(-1, 1000) : elenco.chiaviOrdinate(colonnaOrdine);
-        for (const qint64 chiave : chiavi)
+        for (const qint64 chiave : elenco.chiaviOrdinate(posto))
             codici.append(elenco.riga(chiave).value(0).toString());
         return codici.join(u' ');
     }
@@ -380,10 +379,8 @@ private slots:
         const Richiesta voci{u"Voci"_s, 7, false, {}, {}, {}};
         const Elenco elenco(voci, connessione());
         // Null davanti; le maiuscole sono pari, e fra pari resta l'ordine di scrittura.
-        QCOMPARE(codiciDi(voci, static_cast<int>(elenco.colonne().indexOf(u"Volume"_s))),
-                 u"V3 V7 V8 V10 V4 V6 V9 V2 V5 V1"_s);
-        QCOMPARE(codiciDi(voci, static_cast<int>(elenco.colonne().indexOf(u"PaginaIniziale"_s))),
-                 u"V5 V1 V8 V3 V7 V2 V9 V4 V6 V10"_s);
+        QCOMPARE(codiciDi(voci, u"Volume"_s), u"V3 V7 V8 V10 V4 V6 V9 V2 V5 V1"_s);
+        QCOMPARE(codiciDi(voci, u"PaginaIniziale"_s), u"V5 V1 V8 V3 V7 V2 V9 V4 V6 V10"_s);
         QVERIFY(elenco.ordinabile(0));
         QVERIFY(!elenco.ordinabile(-1));
         QVERIFY(!elenco.ordinabile(7));
