@@ -26,7 +26,7 @@ public:
     // Se vero anche l'accesso vuole il suo passo; altrimenti lo si lascia senza entrare.
     bool entra = false;
 
-    void poi(Passo passo) { m_passi.enqueue(std::move(passo)); }
+    void poi(const Passo &passo) { m_passi.enqueue(passo); }
     bool finita() const { return m_passi.isEmpty(); }
     const QStringList &inattese() const { return m_inattese; }
 

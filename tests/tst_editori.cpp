@@ -16,6 +16,22 @@ class TstEditori : public QObject, private ProvaEditori
 {
     Q_OBJECT
 
+    // Con un valore rifiutato nella casella "Salva" lo ripete, non salva e non chiude; a chi passa
+    // a un altro programma non si dice nulla. Alla fine la casella è vuota.
+    void insiste(QWidget *finestra, QLineEdit *casella, const QString &messaggio)
+    {
+        const QString testo = casella->text();
+        QFocusEvent altrove(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+        QApplication::sendEvent(casella, &altrove);
+        QCoreApplication::processEvents();
+        persona->avviso(messaggio);
+        preme(finestra, u"Command1"_s);
+        QCoreApplication::processEvents();
+        QVERIFY(finestra->isVisible());
+        QCOMPARE(casella->text(), testo);
+        compila(finestra, casella->objectName(), {});
+    }
+
 private slots:
     void init() { comincia(); }
     void cleanup() { finisce(); }
@@ -126,28 +142,33 @@ private slots:
     {
         QTest::addColumn<QString>("nome");
         QTest::addColumn<int>("casella");
+        QTest::addColumn<QString>("campo");
         QTest::addColumn<QString>("testo");
         QTest::addColumn<QString>("scritto");
-        const auto righe = [](const char *nome, int casella, const char *coppie) {
+        const auto righe = [](const char *nome, int casella, const char *campo,
+                              const char *coppie) {
             for (const QString &coppia : QString::fromUtf8(coppie).split(u'|'))
                 QTest::addRow("%s %d [%s]", nome, casella, qUtf8Printable(coppia))
-                    << QString::fromLatin1(nome) << casella << coppia.section(u">"_s, 0, 0)
-                    << coppia.section(u">"_s, 1, 1);
+                    << QString::fromLatin1(nome) << casella << QString::fromLatin1(campo)
+                    << coppia.section(u">"_s, 0, 0) << coppia.section(u">"_s, 1, 1);
         };
-        righe("fmRegistro", 4, "1 1 100>0100-01-01|29/2/1900|ieri|  >(Null)|31.12.1899>1899-12-31");
-        righe("fmRegistro", 5, "1.1.99|2 2 2000>2000-02-02");
-        righe("fmVoce", 3, "4 mar 1750>1750-03-04|31 4 1750|   >(Null)");
-        righe("fmVoce", 1, "0>0|2147483647>2147483647|2147483648|-1|dodici|  >(Null)|1.000>1000");
-        righe("fmEvento", 4, "30/2/1750|1750-03-04>1750-03-04|  >(Null)");
+        righe("fmRegistro", 4, "DataIniziale FROM Registri",
+              "1 1 100>0100-01-01|29/2/1900|ieri|  >(Null)|31.12.1899>1899-12-31");
+        righe("fmRegistro", 5, "DataFinale FROM Registri", "1.1.99|2 2 2000>2000-02-02");
+        righe("fmVoce", 3, "Data FROM Voci", "4 mar 1750>1750-03-04|31 4 1750|   >(Null)");
+        righe("fmVoce", 1, "PaginaIniziale FROM Voci",
+              "0>0|2147483647>2147483647|2147483648|-1|dodici|  >(Null)|1.000>1000");
+        righe("fmEvento", 4, "Data FROM Eventi", "30/2/1750|1750-03-04>1750-03-04|  >(Null)");
     }
     void caselleControllate()
     {
         QFETCH(QString, nome);
         QFETCH(int, casella);
+        QFETCH(QString, campo);
         QFETCH(QString, testo);
         QFETCH(QString, scritto);
         const QString nomeCasella = u"Text1_%1"_s.arg(casella);
-        const QString messaggio = nome == u"fmVoce" && casella == 1 ? nonPagina : nonData;
+        const QString messaggio = campo.startsWith(u"Pagina") ? nonPagina : nonData;
         apre(nome, {}, [&](QWidget *finestra) {
             riempie(finestra, nome == u"fmRegistro" ? u"0=Libro|T=Morti"_s : u"0=x"_s);
             compila(finestra, nomeCasella, testo);
@@ -158,32 +179,13 @@ private slots:
             auto *quella = parte<QLineEdit>(finestra, nomeCasella);
             QCOMPARE(finestra->focusWidget() == quella, scritto.isEmpty());
             QCOMPARE(quella->text(), testo.trimmed());
-            if (scritto.isEmpty()) {
-                // A chi passa a un altro programma non si dice nulla; "Salva" non salva né chiude.
-                QFocusEvent altrove(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
-                QApplication::sendEvent(quella, &altrove);
-                QCoreApplication::processEvents();
-                persona->avviso(messaggio);
-                preme(finestra, u"Command1"_s);
-                QCoreApplication::processEvents();
-                QVERIFY(finestra->isVisible());
-                QCOMPARE(quella->text(), testo);
-                compila(finestra, nomeCasella, {});
-            }
+            if (scritto.isEmpty())
+                insiste(finestra, quella, messaggio);
             preme(finestra, u"Command1"_s);
             QVERIFY(!finestra->isVisible());
         });
-        const QHash<QString, QStringList> campi{
-            {u"fmRegistro"_s, {u"DataIniziale"_s, u"DataFinale"_s}},
-            {u"fmVoce"_s, {u"PaginaIniziale"_s, {}, u"Data"_s}},
-            {u"fmEvento"_s, {u"Data"_s}}};
-        const QString tabella = nome == u"fmRegistro" ? u"Registri"_s
-                                : nome == u"fmVoce"   ? u"Voci"_s
-                                                      : u"Eventi"_s;
-        const QString campo = campi.value(nome).value(casella - (nome == u"fmVoce" ? 1 : 4));
-        const QStringList letti =
-            colonna(u"SELECT %1 FROM %2 ORDER BY rowid DESC LIMIT 1"_s.arg(campo, tabella));
-        QCOMPARE(letti, QStringList(scritto.isEmpty() ? u"(Null)"_s : scritto));
+        QCOMPARE(colonna(u"SELECT %1 ORDER BY rowid DESC LIMIT 1"_s.arg(campo)),
+                 QStringList(scritto.isEmpty() ? u"(Null)"_s : scritto));
     }
 
     void oraRifiutata()

@@ -44,7 +44,16 @@ private slots:
         va(voci, 1);
         QCOMPARE(voci->proprieta.VoceLocale, u"V2"_s);
         QCOMPARE(contesto().VoceCorrente, u"V1"_s);
+    }
 
+    void attivazioni()
+    {
+        const QString suo = percorso(u"esempio.tvd"_s);
+        const fmTabella *archiviAperti = apreEsempio();
+        va(archiviAperti, 1);
+        comando(archiviAperti, 1);
+        fmTabella *registri = ultimo();
+        comando(registri, 1);
         // Attivare un'altra finestra rende corrente la sua riga, e non tocca la voce.
         va(registri, 1);
         principale->findChild<QMdiArea *>()->setActiveSubWindow(cornice(registri));
