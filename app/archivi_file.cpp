@@ -24,6 +24,20 @@ dialoghi::SceltaFile sceltaArchivio(const QString &titolo)
             QStringLiteral("tvd")};
 }
 
+// Il file della cartella che ha quel nome, maiuscole e minuscole alla pari; vuoto se non c'è.
+QString fileEsistente(const QString &percorso)
+{
+    const QFileInfo info(percorso);
+    if (info.exists())
+        return percorso;
+    const QFileInfoList vicini = info.dir().entryInfoList(QDir::Files | QDir::Hidden);
+    for (const QFileInfo &vicino : vicini) {
+        if (vicino.fileName().compare(info.fileName(), Qt::CaseInsensitive) == 0)
+            return vicino.filePath();
+    }
+    return {};
+}
+
 } // namespace
 
 ArchiviFile::ArchiviFile(QWidget *finestra, std::function<void()> apreArchivi,
@@ -69,12 +83,13 @@ void ArchiviFile::nuovo()
     if (percorso.isEmpty())
         return;
     QString vecchio;
-    if (QFileInfo::exists(percorso)) {
+    const QString presente = fileEsistente(percorso);
+    if (!presente.isEmpty()) {
         if (!messaggi::chiede(
                 m_finestra, QStringLiteral("Il file esiste, cancellare il vecchio file?"), true) ||
-            !consenteLoSpostamento(percorso))
+            !consenteLoSpostamento(presente))
             return;
-        vecchio = nelCestino(percorso);
+        vecchio = nelCestino(presente);
         if (vecchio.isEmpty())
             return;
     }
@@ -83,7 +98,7 @@ void ArchiviFile::nuovo()
     if (copia.stato != 0) {
         // Il vecchio archivio torna al suo posto: senza il nuovo, non era da sostituire.
         if (!vecchio.isEmpty())
-            shell::OperazioneFile(QStringLiteral("Muovi"), vecchio, percorso, false);
+            shell::OperazioneFile(QStringLiteral("Muovi"), vecchio, presente, false);
         messaggi::riferisceErrore(m_finestra, percorso + u'\n' + copia.motivo);
         return;
     }

@@ -8,6 +8,7 @@
 #include "editors/eliminazione.h"
 #include "platform/messaggi.h"
 #include "platform/recordset.h"
+#include "platform/shell.h"
 #include "texts/allegati.h"
 #include "texts/testi.h"
 
@@ -174,7 +175,7 @@ void fmTabella::ApriBinario(const QString &codice, int tipo)
         ApriTesto(window(), codice, ado::adLockOptimistic, QStringLiteral("Testo riportato"));
         break;
     case FileAllegato:
-        ApriAllegato(window(), codice);
+        ApriAllegato(window(), codice, shell::cartellaApplicazione());
         break;
     default:
         break;

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace
 {
@@ -136,8 +137,13 @@ bool ModelloTabella::ordina(int colonna)
 {
     if (!m_elenco.ordinabile(colonna))
         return false;
-    m_colonnaOrdine = colonna;
-    rilegge();
+    const int prima = std::exchange(m_colonnaOrdine, colonna);
+    try {
+        rilegge();
+    } catch (...) {
+        m_colonnaOrdine = prima;
+        throw;
+    }
     return true;
 }
 

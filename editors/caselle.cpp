@@ -12,6 +12,7 @@ namespace
 {
 
 constexpr int lunghezzaMassima = 60;
+constexpr int caratteriInVista = 48;
 
 QString mostrato(const QVariant &valore, Formato formato)
 {
@@ -45,6 +46,13 @@ QVariant letto(const QString &testo, Formato formato, const QString &giorno)
     }
 }
 
+// Vero se ogni casella ha una riga per sé.
+bool unaPerRiga(const std::vector<DescrizioneCasella> &descrizioni)
+{
+    return std::none_of(descrizioni.begin(), descrizioni.end(),
+                        [](const DescrizioneCasella &una) { return una.colonna > 0; });
+}
+
 } // namespace
 
 void Casella::focusOutEvent(QFocusEvent *evento)
@@ -68,6 +76,9 @@ Caselle::Caselle(std::vector<DescrizioneCasella> descrizioni, QWidget *cornice)
         auto *casella = new Casella(cornice);
         casella->setObjectName(QStringLiteral("Text1_%1").arg(descrizione.indice));
         casella->setMaxLength(lunghezzaMassima);
+        // Sola nella sua riga, una casella lascia leggere un nome intero.
+        if (unaPerRiga(m_descrizioni))
+            casella->setMinimumWidth(casella->fontMetrics().averageCharWidth() * caratteriInVista);
         if (descrizione.formato == Formato::Password)
             nascondeCaratteri(casella);
         Text1.push_back(casella);

@@ -6,7 +6,9 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QPushButton>
+#include <QStyle>
 #include <QTreeWidget>
+#include <QVBoxLayout>
 
 namespace
 {
@@ -30,7 +32,7 @@ PannelloCollegamenti::PannelloCollegamenti(QWidget *sopra) : QWidget(sopra)
     auto *griglia = new QGridLayout(this);
     griglia->setContentsMargins({});
     griglia->addWidget(inserimento(), 0, 0, 2, 1);
-    griglia->addWidget(Command3[Nuovo], 1, 1, Qt::AlignVCenter);
+    griglia->addLayout(accantoAlCombo(Command3[Nuovo]), 0, 1, 2, 1);
     griglia->addWidget(inseriti(), 2, 0, 3, 1);
     griglia->addWidget(Command3[Apri], 2, 1);
     griglia->addWidget(Command3[Elimina], 3, 1);
@@ -40,6 +42,17 @@ PannelloCollegamenti::PannelloCollegamenti(QWidget *sopra) : QWidget(sopra)
     setTabOrder(Command3[Nuovo], ListView1);
     setTabOrder(ListView1, Command3[Apri]);
     setTabOrder(Command3[Apri], Command3[Elimina]);
+}
+
+// Il bottone sta all'altezza del combo, che la cornice tiene un margine più in su del proprio
+// fondo.
+QLayout *PannelloCollegamenti::accantoAlCombo(QWidget *bottone)
+{
+    auto *colonna = new QVBoxLayout;
+    colonna->addStretch();
+    colonna->addWidget(bottone);
+    colonna->addSpacing(style()->pixelMetric(QStyle::PM_LayoutBottomMargin, nullptr, this));
+    return colonna;
 }
 
 QWidget *PannelloCollegamenti::inserimento()

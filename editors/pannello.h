@@ -48,6 +48,7 @@ signals:
 
 private:
     QWidget *inserimento();
+    QLayout *accantoAlCombo(QWidget *bottone);
     QWidget *inseriti();
 
     QComboBox *ImageCombo1 = nullptr;

@@ -283,11 +283,20 @@ void Connection::verificaFormato(const QString &password)
 {
     if (valore({QStringLiteral("PRAGMA application_id"), {}, {}}).toLongLong() != identificativo)
         throw Errore(Causa::NonArchivio, spiegazione(Causa::NonArchivio));
-    const QVariant protetto =
-        valore({QStringLiteral("SELECT Valore FROM Protezione WHERE Nome = 'password'"), {}, {}});
+    const QVariant protetto = passwordDelFile();
     if (protetto.isValid() && protetto.toString() != impronta(password))
         throw Errore(Causa::PasswordErrata, QStringLiteral("la password del file è un'altra"));
     Execute({QStringLiteral("PRAGMA synchronous = FULL"), {}, {}});
+}
+
+// Un file senza la tavola non ha mai avuto una password.
+QVariant Connection::passwordDelFile()
+{
+    if (!valore({QStringLiteral("SELECT 1 FROM sqlite_schema WHERE name = 'Protezione'"), {}, {}})
+             .isValid())
+        return {};
+    return valore(
+        {QStringLiteral("SELECT Valore FROM Protezione WHERE Nome = 'password'"), {}, {}});
 }
 
 void Connection::Close()

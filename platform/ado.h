@@ -111,6 +111,7 @@ private:
     friend class Stream;
     void apriBase(const QString &percorso, int modi);
     void verificaFormato(const QString &password);
+    QVariant passwordDelFile();
     sqlite3_stmt *prepara(const QString &testo);
     void restituisci(const QString &testo, sqlite3_stmt *istruzione);
     [[noreturn]] void fallisci(int esito) const;

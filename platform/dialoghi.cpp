@@ -19,8 +19,12 @@ QString mostra(QFileDialog &dialogo, const SceltaFile &scelta)
     dialogo.setViewMode(QFileDialog::Detail);
     dialogo.resize(dialogo.fontMetrics().averageCharWidth() * 120,
                    dialogo.fontMetrics().height() * 32);
-    if (auto *colonne = dialogo.findChild<QHeaderView *>())
+    if (auto *colonne = dialogo.findChild<QHeaderView *>()) {
         colonne->setSectionResizeMode(QHeaderView::ResizeToContents);
+        // Il catalogo italiano del toolkit non traduce il tipo delle cartelle.
+        constexpr int colonnaTipo = 2;
+        colonne->hideSection(colonnaTipo);
+    }
     // Per il toolkit "*.*" vuole un punto nel nome: si mostra com'è scritto, ma vale ogni file.
     if (scelta.filtro.endsWith(QStringLiteral("(*.*)"))) {
         dialogo.setOption(QFileDialog::HideNameFilterDetails);

@@ -74,6 +74,14 @@ QString muovi(const QString &origine, const QString &destinazione)
     return motivo;
 }
 
+Esito cancella(const QString &percorso)
+{
+    QFile file(percorso);
+    if (file.moveToTrash())
+        return {};
+    return {1, {}, file.errorString()};
+}
+
 } // namespace
 
 QString cartellaApplicazione()
@@ -101,6 +109,12 @@ QString fileDelProgramma(const QString &nome)
 Esito OperazioneFile(const QString &operazione, const QString &origine, const QString &destinazione,
                      bool rinominaSePreso)
 {
+    if (operazione == QStringLiteral("Cancella"))
+        return cancella(origine);
+    const bool copiare = operazione == QStringLiteral("Copia");
+    if (!copiare && operazione != QStringLiteral("Muovi") &&
+        operazione != QStringLiteral("Rinomina"))
+        return {1, {}, QStringLiteral("l'operazione %1 non esiste").arg(operazione)};
     Esito esito;
     QString arrivo = destinazione;
     if (QFileInfo::exists(destinazione)) {
@@ -109,8 +123,7 @@ Esito OperazioneFile(const QString &operazione, const QString &origine, const QS
         arrivo = liberoDa(destinazione);
         esito.nuovoNome = arrivo;
     }
-    esito.motivo =
-        operazione == QStringLiteral("Copia") ? copia(origine, arrivo) : muovi(origine, arrivo);
+    esito.motivo = copiare ? copia(origine, arrivo) : muovi(origine, arrivo);
     if (!esito.motivo.isEmpty()) {
         esito.stato = 1;
         esito.nuovoNome.clear();

@@ -19,9 +19,9 @@ struct Esito {
     QString motivo;    // perché non è riuscito, in parole
 };
 
-// "Muovi", "Copia" o "Rinomina" un file. Un nome già preso nella destinazione non è mai
-// sovrascritto: con `rinominaSePreso` il file arriva come "nome (2).tvd" e così via, altrimenti
-// l'operazione non riesce. Se non riesce il file resta dov'era.
+// "Muovi", "Copia" o "Rinomina" un file, o "Cancella" (nel cestino del desktop). Un nome già preso
+// nella destinazione non è mai sovrascritto: con `rinominaSePreso` il file arriva come "nome
+// (2).tvd" e così via, altrimenti l'operazione non riesce. Se non riesce il file resta dov'era.
 Esito OperazioneFile(const QString &operazione, const QString &origine, const QString &destinazione,
                      bool rinominaSePreso);
 // La parte del percorso che è nome di file.

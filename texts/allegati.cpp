@@ -8,6 +8,7 @@
 #include "platform/messaggi.h"
 #include "platform/shell.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -103,6 +104,17 @@ QString nomeSuDisco(const QString &nome, const QString &codice)
     return buono ? ultima : codice;
 }
 
+// Il programma, il suo modello e gli archivi non si sostituiscono con un allegato.
+bool protetto(const QString &percorso)
+{
+    const QFileInfo info(percorso);
+    return info.exists() &&
+           (info.suffix().compare(QStringLiteral("tvd"), Qt::CaseInsensitive) == 0 ||
+            info.fileName().compare(QStringLiteral("tarvola.mod"), Qt::CaseInsensitive) == 0 ||
+            info.canonicalFilePath() ==
+                QFileInfo(QCoreApplication::applicationFilePath()).canonicalFilePath());
+}
+
 bool sovrascrive(QWidget *sopra, const QString &nome, const QString &cartella)
 {
     return messaggi::chiede(sopra, QStringLiteral("Il file ") + nome +
@@ -139,15 +151,23 @@ bool NuovoAllegato(QWidget *sopra, const QString &proprietario, int genere)
         nuovo.lunghezza > fileLungo ? avanzamento::Compare::Subito : avanzamento::Compare::SeDura);
 }
 
-void ApriAllegato(QWidget *sopra, const QString &codice)
+QString cartellaDeiFile()
+{
+    return shell::cartellaApplicazione() + QStringLiteral("/File/");
+}
+
+void ApriAllegato(QWidget *sopra, const QString &codice, const QString &cartella)
 {
     const auto registrato = nomeDiFile(connessione(), codice);
     if (!registrato)
         throw ado::Errore(ado::Causa::Altro,
                           QStringLiteral("il record %1 non esiste più").arg(codice));
-    const QString cartella = shell::cartellaApplicazione() + QStringLiteral("/File/");
     const QString nome = nomeSuDisco(*registrato, codice);
-    const QString percorso = cartella + nome;
+    const QString percorso = QDir(cartella).filePath(nome);
+    if (protetto(percorso))
+        throw ado::Errore(
+            ado::Causa::Altro,
+            QStringLiteral("il file %1 non va sostituito con un allegato").arg(percorso));
     if (!QDir().mkpath(cartella))
         throw ado::Errore(ado::Causa::Altro,
                           QStringLiteral("la cartella %1 non si può creare").arg(cartella));
