@@ -149,15 +149,22 @@ void dimentica(ado::Connection &connessione, const Pulizia &pulizia, const QStri
 
 } // namespace
 
-void elimina(ado::Connection &connessione, const QString &codice, const QString &operatore)
+void elimina(ado::Connection &connessione, const QString &codice, const QString &operatore,
+             const Avanzata &avanza)
 {
     for (const Pulizia &pulizia : pulizie) {
         if (codice.isEmpty() || codice.front().toUpper() != QLatin1Char(pulizia.lettera))
             continue;
+        int compiuti = 0;
+        const int totale = static_cast<int>(pulizia.passi.size()) + 1;
         ado::Transazione transazione(connessione);
+        const ado::Sorveglianza sorveglianza(connessione,
+                                             [&] { return !avanza || avanza(compiuti, totale); });
         eliminaConIContenuti(connessione, tabellaDiCodice(codice), codice);
-        for (const int passo : pulizia.passi)
+        for (const int passo : pulizia.passi) {
+            ++compiuti;
             esegue(connessione, passo, operatore);
+        }
         dimentica(connessione, pulizia, operatore);
         transazione.conferma();
         return;

@@ -9,6 +9,10 @@ namespace modTarvola
 // un archivio vanno i suoi registri, con un registro le sue voci. Un codice di lettera sconosciuta
 // non elimina nulla. Tutto in una transazione: se lancia ado::Errore non è eliminato nulla.
 // `operatore` è chi sta lavorando: non è mai tolto perché senza collegamenti.
-void elimina(ado::Connection &connessione, const QString &codice, const QString &operatore);
+// `avanza`, se data, è chiamata ogni tanto con i passi compiuti e il loro totale; se rende falso
+// l'eliminazione è annullata e lancia Errore con la causa Interrotto.
+using Avanzata = std::function<bool(int compiuti, int totale)>;
+void elimina(ado::Connection &connessione, const QString &codice, const QString &operatore,
+             const Avanzata &avanza = {});
 
 } // namespace modTarvola

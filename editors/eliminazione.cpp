@@ -3,6 +3,7 @@
 #include "app/contesto.h"
 #include "db/connessioni.h"
 #include "db/eliminazione.h"
+#include "platform/avanzamento.h"
 #include "platform/messaggi.h"
 
 namespace modTarvola
@@ -16,8 +17,18 @@ void EliminaVoce(QWidget *sopra, const QString &codice)
                        "Si consiglia di annullare l'operazione e di effettuare, prima,\n"
                        "un back-up dell'archivio\n") +
         contesto().PercorsoCorrente;
-    if (messaggi::avverte(sopra, avvertimento))
-        elimina(connessione(), codice, contesto().OperatoreCorrente);
+    if (!messaggi::avverte(sopra, avvertimento))
+        return;
+    try {
+        avanzamento::compie(sopra, QStringLiteral("Eliminazione di ") + codice,
+                            [&](const avanzamento::Passo &passo) {
+                                elimina(connessione(), codice, contesto().OperatoreCorrente, passo);
+                            });
+    } catch (const ado::Errore &errore) {
+        // Chi annulla a metà sa che non è stato eliminato nulla.
+        if (errore.causa() != ado::Causa::Interrotto)
+            throw;
+    }
 }
 
 } // namespace modTarvola

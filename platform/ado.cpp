@@ -32,6 +32,8 @@ Causa causaDi(int esito)
         return Causa::SolaLettura;
     case SQLITE_FULL:
         return Causa::DiscoPieno;
+    case SQLITE_INTERRUPT:
+        return Causa::Interrotto;
     case SQLITE_CANTOPEN:
     case SQLITE_PERM:
     case SQLITE_AUTH:
@@ -357,6 +359,8 @@ sqlite3_stmt *Connection::prepara(const QString &testo)
 {
     if (m_base == nullptr)
         throw Errore(Causa::Chiusa, QStringLiteral("l'archivio è chiuso"));
+    if (m_sospesa)
+        throw Errore(Causa::Occupato, QStringLiteral("l'archivio sta lavorando"));
     if (sqlite3_stmt *pronta = m_pronte.take(testo))
         return pronta;
     const QByteArray utf8 = testo.toUtf8();
@@ -383,6 +387,28 @@ void Connection::fallisci(int esito) const
 {
     throw erroreDi(esito, QString::fromUtf8(m_base == nullptr ? sqlite3_errstr(esito)
                                                               : sqlite3_errmsg(m_base)));
+}
+
+Sorveglianza::Sorveglianza(Connection &connessione, std::function<bool()> procede)
+    : m_connessione(connessione), m_procede(std::move(procede))
+{
+    constexpr int istruzioniFraDueDomande = 10000;
+    sqlite3_progress_handler(
+        connessione.base(), istruzioniFraDueDomande,
+        [](void *questa) { return static_cast<Sorveglianza *>(questa)->chiede(); }, this);
+}
+
+Sorveglianza::~Sorveglianza()
+{
+    sqlite3_progress_handler(m_connessione.base(), 0, nullptr, nullptr);
+}
+
+int Sorveglianza::chiede()
+{
+    m_connessione.m_sospesa = true;
+    const bool procedere = m_procede();
+    m_connessione.m_sospesa = false;
+    return procedere ? 0 : 1;
 }
 
 Transazione::Transazione(Connection &connessione) : m_connessione(connessione)

@@ -27,7 +27,8 @@ enum class Causa {
     Danneggiato,
     SolaLettura,
     DiscoPieno,
-    Chiusa
+    Chiusa,
+    Interrotto
 };
 
 // Il solo tipo di errore dei dati; porta il testo del motore.
@@ -108,6 +109,7 @@ public:
 
 private:
     friend class Istruzione;
+    friend class Sorveglianza;
     friend class Stream;
     void apriBase(const QString &percorso, int modi);
     void verificaFormato(const QString &password);
@@ -119,6 +121,25 @@ private:
     sqlite3 *m_base = nullptr;
     QString m_percorso;
     QHash<QString, sqlite3_stmt *> m_pronte;
+    bool m_sospesa = false;
+};
+
+// Finché vive, la funzione è chiamata ogni tanto mentre il motore lavora; se rende falso
+// l'istruzione in corso fallisce con la causa Interrotto. Dentro la funzione la connessione non
+// accetta altre istruzioni: chi intanto ridisegna un elenco trova le righe occupate.
+class Sorveglianza
+{
+public:
+    Sorveglianza(Connection &connessione, std::function<bool()> procede);
+    ~Sorveglianza();
+    Sorveglianza(const Sorveglianza &) = delete;
+    Sorveglianza &operator=(const Sorveglianza &) = delete;
+
+private:
+    int chiede();
+
+    Connection &m_connessione;
+    std::function<bool()> m_procede;
 };
 
 // Cambiamenti che stanno insieme: o tutti o nessuno. Chi la lascia senza conferma li annulla.

@@ -273,6 +273,7 @@ private slots:
     // seguente.
     void comeAllaLettera();
     void unGuastoNonEliminaNulla();
+    void annullataAMetaNonEliminaNulla();
 };
 
 void TestEliminazione::comeAllaLettera()
@@ -335,6 +336,32 @@ void TestEliminazione::unGuastoNonEliminaNulla()
     QVERIFY_THROWS_EXCEPTION(ado::Errore, elimina(connessione, QStringLiteral("A1"), {}));
     QCOMPARE(contenuto(connessione), prima);
     QVERIFY(!connessione.inTransazione());
+}
+
+void TestEliminazione::annullataAMetaNonEliminaNulla()
+{
+    ado::Connection connessione;
+    connessione.Open(stringaDiConnessione(m_modello.filePath(QStringLiteral("modello"))));
+    esegue(connessione, QStringLiteral("INSERT INTO Registri (Codice) VALUES ('R1')"));
+    esegue(
+        connessione,
+        QStringLiteral("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n LIMIT 5000) "
+                       "INSERT INTO Voci (Codice, Registro) SELECT 'V' || i, 'R1' FROM n"));
+    QList<int> detti;
+    try {
+        elimina(connessione, QStringLiteral("R1"), {}, [&detti](int compiuti, int totale) {
+            detti.append(compiuti);
+            return compiuti < totale / 2;
+        });
+        QFAIL("l'eliminazione non si è fermata");
+    } catch (const ado::Errore &errore) {
+        QCOMPARE(errore.causa(), ado::Causa::Interrotto);
+    }
+    QVERIFY(!detti.isEmpty() && !connessione.inTransazione());
+    QCOMPARE(connessione.valore({QStringLiteral("SELECT count(*) FROM Voci"), {}, {}}).toInt(),
+             5000);
+    elimina(connessione, QStringLiteral("R1"), {});
+    QCOMPARE(connessione.valore({QStringLiteral("SELECT count(*) FROM Voci"), {}, {}}).toInt(), 0);
 }
 
 QTEST_GUILESS_MAIN(TestEliminazione)
