@@ -114,12 +114,7 @@ void MDITras::apre(const ProprietaTabella &proprieta)
     tabella->Form_Load();
     QMdiSubWindow *finestra = m_area->addSubWindow(tabella.release());
     finestra->setAttribute(Qt::WA_DeleteOnClose);
-    // Ogni finestra nuova scala di una didascalia dalla precedente, senza uscire dall'area.
-    const QSize area = m_area->viewport()->size();
-    const int passo = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this);
-    const int gradini = qMax(1, qMin(area.width(), area.height()) / 4 / passo);
-    const int gradino = static_cast<int>(m_area->subWindowList().size() - 1) % gradini;
-    finestra->setGeometry(QRect(QPoint(passo, passo) * gradino, area * 3 / 4));
+    finestra->setGeometry(gradino(static_cast<int>(m_area->subWindowList().size()) - 1));
     finestra->show();
 }
 
@@ -167,7 +162,7 @@ void MDITras::SubFinestreItem_Click(int voce)
             affianca(Qt::Vertical);
             break;
         case 3:
-            m_area->cascadeSubWindows();
+            cascata();
             break;
         default:
             mostra();
@@ -192,6 +187,27 @@ void MDITras::affianca(Qt::Orientation verso)
         else
             finestra->setGeometry(0, area.height() * i / quante, area.width(),
                                   area.height() / quante);
+    }
+}
+
+// Ogni finestra scala di una didascalia dalla precedente, senza uscire dall'area.
+QRect MDITras::gradino(int numero) const
+{
+    const QSize area = m_area->viewport()->size();
+    const int passo = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this);
+    const int gradini = qMax(1, qMin(area.width(), area.height()) / 4 / passo);
+    return {QPoint(passo, passo) * (numero % gradini), area * 3 / 4};
+}
+
+// La cascata del toolkit rimpicciolisce le finestre fino a non mostrare nulla.
+void MDITras::cascata()
+{
+    const auto finestre = m_area->subWindowList(QMdiArea::StackingOrder);
+    int numero = 0;
+    for (QMdiSubWindow *finestra : finestre) {
+        finestra->showNormal();
+        finestra->setGeometry(gradino(numero++));
+        finestra->raise();
     }
 }
 

@@ -37,6 +37,8 @@ private:
     void chiudeFinestre(const ado::Connection *connessione);
     void SubFinestreItem_Click(int voce);
     void affianca(Qt::Orientation verso);
+    QRect gradino(int numero) const;
+    void cascata();
     void mostra();
 
     QMdiArea *m_area;

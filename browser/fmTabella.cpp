@@ -90,7 +90,7 @@ void fmTabella::Form_Load()
 void fmTabella::adattaColonne()
 {
     constexpr int righeGuardate = 40;
-    const int massima = fontMetrics().averageCharWidth() * 40;
+    const int massima = fontMetrics().averageCharWidth() * 60;
     const int bordo = fontMetrics().averageCharWidth() * 3;
     for (int colonna = 0; colonna < adoTabella->columnCount(); ++colonna) {
         int larga = DataGrid1->horizontalHeader()->sectionSizeHint(colonna);
