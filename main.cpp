@@ -1,13 +1,25 @@
-#include "app/avvio.h"
 #include "app/MDITras.h"
+#include "app/avvio.h"
+#include "app/richieste.h"
 
 #include <QApplication>
+#include <QFileInfo>
 
 int main(int argc, char **argv)
 {
     QApplication applicazione(argc, argv);
     preparaApplicazione(applicazione);
+    QStringList richiesti;
+    const QStringList argomenti = QApplication::arguments().mid(1);
+    for (const QString &argomento : argomenti)
+        richiesti.append(QFileInfo(argomento).absoluteFilePath());
+    if (!richiesti.isEmpty() && Richieste::affida(richiesti))
+        return 0;
     MDITras finestra;
+    Richieste richieste(&finestra,
+                        [&finestra](const QString &percorso) { finestra.apreArchivio(percorso); });
+    richieste.ascolta();
     finestra.show();
+    richieste.accoda(richiesti);
     return QApplication::exec();
 }

@@ -1,11 +1,13 @@
 #include "app/MDITras.h"
 
+#include "app/aiuto.h"
 #include "app/contesto.h"
 #include "app/fmChiudi.h"
 #include "platform/messaggi.h"
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
@@ -146,9 +148,17 @@ void MDITras::SubFileItem_Click(int voce)
     });
 }
 
-void MDITras::SubAiutoItem_Click(int /*voce*/)
+void MDITras::apreArchivio(const QString &percorso)
 {
-    messaggi::avvisa(this, QStringLiteral("Questo comando non è ancora disponibile"));
+    messaggi::protetto(this, [this, &percorso] {
+        if (QFileInfo(percorso).isFile())
+            m_archivi.apreCorrente(percorso);
+    });
+}
+
+void MDITras::SubAiutoItem_Click(int voce)
+{
+    messaggi::protetto(this, [this, voce] { ComandoAiuto(this, voce); });
 }
 
 void MDITras::SubFinestreItem_Click(int voce)

@@ -22,6 +22,8 @@ public:
     void SubFileItem_Click(int voce);
     void SubAiutoItem_Click(int voce);
 
+    // Come "Apri" dopo la scelta del file, che se manca non si apre.
+    void apreArchivio(const QString &percorso);
     // Apre un visualizzatore; lancia ado::Errore se il suo elenco non si può leggere.
     void apre(const ProprietaTabella &proprieta);
     // I visualizzatori aperti.

@@ -17,6 +17,8 @@ public:
 
     void apri();
     void nuovo();
+    // Apre l'archivio, lo rende corrente e ne mostra gli archivi; un guasto diventa un messaggio.
+    void apreCorrente(const QString &percorso);
 
 private:
     // Chiude il file se è aperto: -1 non lo era, -2 l'utente lo tiene aperto, altrimenti il posto
@@ -26,7 +28,6 @@ private:
     // nel Cestino.
     QString nelCestino(const QString &percorso);
     bool consenteLoSpostamento(const QString &percorso);
-    void apreCorrente(const QString &percorso);
 
     QWidget *m_finestra;
     std::function<void()> m_apreArchivi;

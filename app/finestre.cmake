@@ -1,6 +1,8 @@
 target_sources(
   tarvola_finestre
-  PRIVATE app/avvio.cpp
+  PRIVATE app/aiuto.cpp
+          app/aiuto.h
+          app/avvio.cpp
           app/avvio.h
           app/archivi_file.cpp
           app/archivi_file.h
@@ -14,5 +16,7 @@ target_sources(
           app/fmLogin.h
           app/MDITras.cpp
           app/MDITras.h
+          app/richieste.cpp
+          app/richieste.h
           icone/icone.qrc
           )

@@ -3,4 +3,5 @@ target_sources(
   PRIVATE platform/ado.cpp platform/ado.h platform/flusso.cpp platform/flusso.h
           platform/italiano.cpp platform/italiano.h platform/parole.cpp platform/parole.h
           platform/registro.cpp platform/registro.h
-          platform/recordset.cpp platform/recordset.h platform/shell.cpp platform/shell.h)
+          platform/recordset.cpp platform/recordset.h platform/shell.cpp platform/shell.h
+          platform/sistema.cpp platform/sistema.h)

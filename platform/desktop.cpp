@@ -11,4 +11,9 @@ void apre(const QString &percorso)
     QDesktopServices::openUrl(QUrl::fromLocalFile(percorso));
 }
 
+bool apreCollegamento(const QString &collegamento)
+{
+    return QDesktopServices::openUrl(QUrl(collegamento));
+}
+
 } // namespace desktop

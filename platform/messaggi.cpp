@@ -23,6 +23,18 @@ int mostra(QWidget *sopra, const QString &testo, QMessageBox::Icon icona,
     return scatola.exec();
 }
 
+// Quante funzioni protette sono cominciate e non finite: una può aprirne un'altra.
+int cominciate = 0;
+
+class Comincia
+{
+public:
+    Comincia() { ++cominciate; }
+    ~Comincia() { --cominciate; }
+    Comincia(const Comincia &) = delete;
+    Comincia &operator=(const Comincia &) = delete;
+};
+
 } // namespace
 
 void avvisa(QWidget *sopra, const QString &testo)
@@ -50,6 +62,7 @@ void riferisceErrore(QWidget *sopra, const QString &motivo)
 
 bool protetto(QWidget *sopra, const std::function<void()> &funzione)
 {
+    const Comincia funzioneInCorso;
     QString motivo;
     try {
         funzione();
@@ -61,6 +74,11 @@ bool protetto(QWidget *sopra, const std::function<void()> &funzione)
     }
     riferisceErrore(sopra, motivo);
     return false;
+}
+
+bool inCorso()
+{
+    return cominciate > 0;
 }
 
 } // namespace messaggi

@@ -21,5 +21,7 @@ void riferisceErrore(QWidget *sopra, const QString &motivo);
 // Ogni funzione che il toolkit chiama gira qui dentro: un guasto diventa un messaggio e non
 // attraversa mai il toolkit. Rende vero se la funzione è arrivata in fondo.
 bool protetto(QWidget *sopra, const std::function<void()> &funzione);
+// Vero mentre una di quelle funzioni non è ancora finita.
+bool inCorso();
 
 } // namespace messaggi

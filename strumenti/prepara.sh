@@ -4,6 +4,7 @@
 #   build    what compiles the program
 #   use      what the program looks for while it runs
 #   screen   the virtual display of the demonstration
+#   package  what builds, checks and tries the Debian package
 #   checks   the format and lint checks
 # With apt-get the missing packages are installed, with sudo when not root; where nothing is
 # missing apt-get is not called. Without apt-get what is missing is named, and the status is 1.
@@ -13,12 +14,14 @@ declare -A pacchetti=(
     [build]="g++ cmake ninja-build pkg-config qt6-base-dev libsqlite3-dev libhunspell-dev"
     [use]="libqt6svg6 qt6-translations-l10n hunspell-it fonts-dejavu-core"
     [screen]="xvfb openbox"
+    [package]="dpkg-dev file desktop-file-utils appstream shared-mime-info libxml2-utils mandoc libglib2.0-bin xdotool procps"
     [checks]="clang-format-14 clang-tidy-14 git python3"
 )
 declare -A programmi=(
     [build]="g++ cmake ninja pkg-config"
     [use]=""
     [screen]="Xvfb openbox"
+    [package]="dpkg-shlibdeps file desktop-file-validate appstreamcli update-mime-database xmllint mandoc gio xdotool pgrep"
     [checks]="clang-format-14 clang-tidy-14 git python3"
 )
 
@@ -59,7 +62,7 @@ cose_mancanti()
     case $1 in
     build)
         command -v pkg-config >/dev/null || return 0
-        for libreria in Qt6Core Qt6Gui Qt6Widgets Qt6Test sqlite3 hunspell; do
+        for libreria in Qt6Core Qt6Gui Qt6Network Qt6Widgets Qt6Test sqlite3 hunspell; do
             pkg-config --exists "$libreria" || echo "$libreria (library and headers)"
         done
         ;;
