@@ -1,5 +1,6 @@
 #include "app/avvio.h"
 #include "app/MDITras.h"
+#include "platform/memoria_finestre.h"
 
 #include <QApplication>
 
@@ -7,6 +8,7 @@ int main(int argc, char **argv)
 {
     QApplication applicazione(argc, argv);
     preparaApplicazione(applicazione);
+    memoria::usaFile(memoria::fileDellUtente());
     MDITras finestra;
     finestra.show();
     return QApplication::exec();

@@ -6,7 +6,7 @@
 #include <QMainWindow>
 #include <QPointer>
 
-class QMdiArea;
+class Area;
 class QMdiSubWindow;
 
 // La finestra principale: i visualizzatori e i menu di quello attivo.
@@ -39,7 +39,7 @@ private:
     void affianca(Qt::Orientation verso);
     void mostra();
 
-    QMdiArea *m_area;
+    Area *m_area;
     QMenu *FileItem = nullptr;
     QMenu *AiutoItem = nullptr;
     QPointer<QMdiSubWindow> m_attiva;

@@ -1,5 +1,6 @@
 #include "app/avvio.h"
 
+#include "app/fmGuida.h"
 #include "editors/editori.h"
 
 #include <QApplication>
@@ -28,4 +29,5 @@ void preparaApplicazione(QApplication &applicazione)
                          QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QApplication::installTranslator(traduzioni);
     registraEditori();
+    installaTastoGuida(applicazione);
 }

@@ -1,6 +1,8 @@
 target_sources(
   tarvola_finestre
-  PRIVATE app/avvio.cpp
+  PRIVATE app/area.cpp
+          app/area.h
+          app/avvio.cpp
           app/avvio.h
           app/archivi_file.cpp
           app/archivi_file.h
@@ -12,6 +14,10 @@ target_sources(
           app/fmChiudi.h
           app/fmLogin.cpp
           app/fmLogin.h
+          app/fmGuida.cpp
+          app/fmGuida.h
+          app/guida_pagine.cpp
+          app/guida_pagine.h
           app/MDITras.cpp
           app/MDITras.h
           icone/icone.qrc

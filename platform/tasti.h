@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QKeySequence>
+#include <QString>
+
+class QAbstractButton;
+class QWidget;
+
+// I tasti dei comandi, che chi usa il programma legge nei suggerimenti.
+namespace tasti
+{
+
+// Il testo di un suggerimento col suo tasto: "Nuovo (Ins)".
+QString conTasto(const QString &testo, const QKeySequence &tasto);
+// Il tasto preme il bottone quando il fuoco è in `dove` o in ciò che contiene, e il suggerimento
+// del bottone lo dice. Un bottone spento resta tale.
+void assegna(QWidget *dove, const QKeySequence &tasto, QAbstractButton *bottone);
+
+// Il tasto di un comando dei menu di servizio ("Manuale"); vuoto se non ne ha.
+QKeySequence delMenu(const QString &comando);
+
+} // namespace tasti
