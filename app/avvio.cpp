@@ -1,6 +1,7 @@
 #include "app/avvio.h"
 
 #include "app/fmGuida.h"
+#include "app/stile.h"
 #include "editors/editori.h"
 
 #include <QApplication>
@@ -18,6 +19,7 @@ static void caricaIcone()
 void preparaApplicazione(QApplication &applicazione)
 {
     caricaIcone();
+    QApplication::setStyle(new Stile);
     QApplication::setApplicationName(QStringLiteral("Tarvola"));
     QApplication::setApplicationVersion(QStringLiteral(TARVOLA_VERSIONE));
     QApplication::setDesktopFileName(QStringLiteral("tarvola"));

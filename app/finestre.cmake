@@ -20,5 +20,7 @@ target_sources(
           app/guida_pagine.h
           app/MDITras.cpp
           app/MDITras.h
+          app/stile.cpp
+          app/stile.h
           icone/icone.qrc
           )

@@ -15,9 +15,7 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QMenuBar>
 #include <QPainter>
-#include <QStyleFactory>
 #include <QTextStream>
 #include <QTimer>
 
@@ -194,7 +192,6 @@ int main(int argc, char **argv)
                "Writes a sheet with a picture of every window. QT_SCALE_FACTOR gives the density.\n";
         return 2;
     }
-    QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
     if (argomenti.value(4) == u"dark"_s)
         QApplication::setPalette(scura());
     if (argomenti.size() > 5) {
