@@ -55,7 +55,10 @@ void Area::creaTasti()
     assegna({Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab, Qt::CTRL | Qt::SHIFT | Qt::Key_Tab,
              Qt::CTRL | Qt::SHIFT | Qt::Key_F6},
             &QMdiArea::activatePreviousSubWindow);
-    assegna({Qt::CTRL | Qt::Key_F4}, &QMdiArea::closeActiveSubWindow);
+    // Dove è già del menu della finestra, due volte lo stesso tasto non farebbe nulla.
+    const QKeySequence chiusura = Qt::CTRL | Qt::Key_F4;
+    if (!QKeySequence::keyBindings(QKeySequence::Close).contains(chiusura))
+        assegna({chiusura}, &QMdiArea::closeActiveSubWindow);
 }
 
 bool Area::viewportEvent(QEvent *evento)

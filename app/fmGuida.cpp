@@ -129,6 +129,7 @@ fmGuida::fmGuida(const QString &cartella, QWidget *sopra)
 void fmGuida::creaBarra()
 {
     auto *barra = addToolBar(u"Comandi del manuale"_s);
+    tasti::chiama(barra, barra->windowTitle());
     barra->setObjectName(u"Barra"_s);
     barra->setMovable(false);
     barra->setContextMenuPolicy(Qt::PreventContextMenu);

@@ -30,6 +30,7 @@ void fmTabella::creaBarra()
 {
     Toolbar1 = new QToolBar(this);
     Toolbar1->setObjectName(QStringLiteral("Toolbar1"));
+    tasti::chiama(Toolbar1, QStringLiteral("Comandi"));
     Toolbar1->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     for (const Comando &comando : comandi) {
         const ComandoTabella numero = comando.numero;

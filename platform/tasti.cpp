@@ -2,6 +2,8 @@
 
 #include <QAbstractButton>
 #include <QShortcut>
+#include <QToolBar>
+#include <QToolButton>
 
 namespace tasti
 {
@@ -30,6 +32,16 @@ QKeySequence delMenu(const QString &comando)
     if (comando == QStringLiteral("Back up"))
         return Qt::CTRL | Qt::Key_B;
     return comando == QStringLiteral("Manuale") ? QKeySequence(Qt::Key_F1) : QKeySequence();
+}
+
+void chiama(QToolBar *barra, const QString &nome)
+{
+    barra->setAccessibleName(nome);
+    const auto bottoni = barra->findChildren<QToolButton *>(QStringLiteral("qt_toolbar_ext_button"));
+    for (QToolButton *bottone : bottoni) {
+        bottone->setAccessibleName(QStringLiteral("Altri comandi"));
+        bottone->setToolTip(bottone->accessibleName());
+    }
 }
 
 } // namespace tasti

@@ -4,9 +4,10 @@
 #include <QString>
 
 class QAbstractButton;
+class QToolBar;
 class QWidget;
 
-// I tasti dei comandi, che chi usa il programma legge nei suggerimenti.
+// I tasti e i nomi dei comandi, che chi usa il programma legge nei suggerimenti.
 namespace tasti
 {
 
@@ -18,5 +19,8 @@ void assegna(QWidget *dove, const QKeySequence &tasto, QAbstractButton *bottone)
 
 // Il tasto di un comando dei menu di servizio ("Manuale"); vuoto se non ne ha.
 QKeySequence delMenu(const QString &comando);
+
+// Nome della barra e del bottone che, quando è stretta, ne mostra il resto.
+void chiama(QToolBar *barra, const QString &nome);
 
 } // namespace tasti

@@ -85,6 +85,7 @@ fmTxtL::fmTxtL(QWidget *sopra)
 
     auto *titolo = new QFormLayout;
     auto *Label2 = new QLabel(QStringLiteral("Titolo"), this);
+    Label2->setBuddy(Text2);
     titolo->addRow(Label2, Text2);
     auto *colonna = new QVBoxLayout(this);
     colonna->addLayout(titolo);
