@@ -1,6 +1,7 @@
-#include "app/MDITras.h"
 #include "app/avvio.h"
+#include "app/MDITras.h"
 #include "app/richieste.h"
+#include "platform/memoria_finestre.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -15,6 +16,7 @@ int main(int argc, char **argv)
         richiesti.append(QFileInfo(argomento).absoluteFilePath());
     if (!richiesti.isEmpty() && Richieste::affida(richiesti))
         return 0;
+    memoria::usaFile(memoria::fileDellUtente());
     MDITras finestra;
     Richieste richieste(&finestra,
                         [&finestra](const QString &percorso) { finestra.apreArchivio(percorso); });

@@ -1,23 +1,24 @@
 #include "app/MDITras.h"
 
 #include "app/aiuto.h"
+#include "app/area.h"
 #include "app/contesto.h"
 #include "app/fmChiudi.h"
+#include "platform/memoria_finestre.h"
 #include "platform/messaggi.h"
+#include "platform/tasti.h"
 
 #include <QAction>
 #include <QCloseEvent>
 #include <QFileInfo>
-#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QScreen>
-#include <QStyle>
 
 using namespace modTarvola;
 
 MDITras::MDITras()
-    : m_area(new QMdiArea(this)),
+    : m_area(new Area(this)),
       m_archivi(
           this,
           [this] {
@@ -33,12 +34,11 @@ MDITras::MDITras()
     setObjectName(QStringLiteral("MDITras"));
     setWindowTitle(QStringLiteral("Tarvola"));
     setCentralWidget(m_area);
-    m_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    m_area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     creaMenu();
     mostraMenu(nullptr);
     connect(m_area, &QMdiArea::subWindowActivated, this, &MDITras::attivata);
     resize(screen()->availableSize() * 4 / 5);
+    memoria::ricordaFinestra(this, objectName());
 }
 
 MDITras::~MDITras()
@@ -56,8 +56,9 @@ void MDITras::creaMenu()
     int voce = 0;
     for (const QString &comando : comandi) {
         ++voce;
-        connect(FileItem->addAction(comando), &QAction::triggered, this,
-                [this, voce] { SubFileItem_Click(voce); });
+        QAction *azione = FileItem->addAction(comando);
+        azione->setShortcut(tasti::delMenu(comando));
+        connect(azione, &QAction::triggered, this, [this, voce] { SubFileItem_Click(voce); });
     }
     AiutoItem = new QMenu(QStringLiteral("&Aiuto"), this);
     const QString aiuti[] = {QStringLiteral("Manuale"), QStringLiteral("Home page"),
@@ -65,8 +66,9 @@ void MDITras::creaMenu()
     voce = 0;
     for (const QString &aiuto : aiuti) {
         ++voce;
-        connect(AiutoItem->addAction(aiuto), &QAction::triggered, this,
-                [this, voce] { SubAiutoItem_Click(voce); });
+        QAction *azione = AiutoItem->addAction(aiuto);
+        azione->setShortcut(tasti::delMenu(aiuto));
+        connect(azione, &QAction::triggered, this, [this, voce] { SubAiutoItem_Click(voce); });
     }
 }
 
@@ -116,8 +118,7 @@ void MDITras::apre(const ProprietaTabella &proprieta)
     tabella->Form_Load();
     QMdiSubWindow *finestra = m_area->addSubWindow(tabella.release());
     finestra->setAttribute(Qt::WA_DeleteOnClose);
-    finestra->setGeometry(gradino(static_cast<int>(m_area->subWindowList().size()) - 1));
-    finestra->show();
+    m_area->colloca(finestra, proprieta.TipoTabella);
 }
 
 void MDITras::chiudeFinestre(const ado::Connection *connessione)
@@ -172,7 +173,7 @@ void MDITras::SubFinestreItem_Click(int voce)
             affianca(Qt::Vertical);
             break;
         case 3:
-            cascata();
+            m_area->cascata();
             break;
         default:
             mostra();
@@ -197,27 +198,6 @@ void MDITras::affianca(Qt::Orientation verso)
         else
             finestra->setGeometry(0, area.height() * i / quante, area.width(),
                                   area.height() / quante);
-    }
-}
-
-// Ogni finestra scala di una didascalia dalla precedente, senza uscire dall'area.
-QRect MDITras::gradino(int numero) const
-{
-    const QSize area = m_area->viewport()->size();
-    const int passo = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this);
-    const int gradini = qMax(1, qMin(area.width(), area.height()) / 4 / passo);
-    return {QPoint(passo, passo) * (numero % gradini), area * 3 / 4};
-}
-
-// La cascata del toolkit rimpicciolisce le finestre fino a non mostrare nulla.
-void MDITras::cascata()
-{
-    const auto finestre = m_area->subWindowList(QMdiArea::StackingOrder);
-    int numero = 0;
-    for (QMdiSubWindow *finestra : finestre) {
-        finestra->showNormal();
-        finestra->setGeometry(gradino(numero++));
-        finestra->raise();
     }
 }
 
@@ -248,4 +228,6 @@ void MDITras::closeEvent(QCloseEvent *evento)
             SubFileItem_Click(4);
     } while (contesto().SceltaChiusura == ChiusuraBackUp);
     evento->setAccepted(contesto().SceltaChiusura == ChiusuraChiudi);
+    if (evento->isAccepted())
+        m_area->ricordaPosti();
 }

@@ -6,7 +6,7 @@
 #include <QMainWindow>
 #include <QPointer>
 
-class QMdiArea;
+class Area;
 class QMdiSubWindow;
 
 // La finestra principale: i visualizzatori e i menu di quello attivo.
@@ -39,11 +39,9 @@ private:
     void chiudeFinestre(const ado::Connection *connessione);
     void SubFinestreItem_Click(int voce);
     void affianca(Qt::Orientation verso);
-    QRect gradino(int numero) const;
-    void cascata();
     void mostra();
 
-    QMdiArea *m_area;
+    Area *m_area;
     QMenu *FileItem = nullptr;
     QMenu *AiutoItem = nullptr;
     QPointer<QMdiSubWindow> m_attiva;

@@ -1,5 +1,7 @@
 #include "app/avvio.h"
 
+#include "app/fmGuida.h"
+#include "app/stile.h"
 #include "editors/editori.h"
 
 #include <QApplication>
@@ -17,6 +19,7 @@ static void caricaIcone()
 void preparaApplicazione(QApplication &applicazione)
 {
     caricaIcone();
+    QApplication::setStyle(new Stile);
     QApplication::setApplicationName(QStringLiteral("Tarvola"));
     QApplication::setApplicationVersion(QStringLiteral(TARVOLA_VERSIONE));
     QApplication::setDesktopFileName(QStringLiteral("tarvola"));
@@ -28,4 +31,5 @@ void preparaApplicazione(QApplication &applicazione)
                          QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QApplication::installTranslator(traduzioni);
     registraEditori();
+    installaTastoGuida(applicazione);
 }

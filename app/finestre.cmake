@@ -2,6 +2,8 @@ target_sources(
   tarvola_finestre
   PRIVATE app/aiuto.cpp
           app/aiuto.h
+          app/area.cpp
+          app/area.h
           app/avvio.cpp
           app/avvio.h
           app/archivi_file.cpp
@@ -14,9 +16,15 @@ target_sources(
           app/fmChiudi.h
           app/fmLogin.cpp
           app/fmLogin.h
+          app/fmGuida.cpp
+          app/fmGuida.h
+          app/guida_pagine.cpp
+          app/guida_pagine.h
           app/MDITras.cpp
           app/MDITras.h
           app/richieste.cpp
           app/richieste.h
+          app/stile.cpp
+          app/stile.h
           icone/icone.qrc
           )

@@ -1,6 +1,7 @@
 #include "app/finestre.h"
 
 #include "app/contesto.h"
+#include "platform/memoria_finestre.h"
 #include "platform/messaggi.h"
 
 #include <QEvent>
@@ -71,6 +72,7 @@ bool ApriFinestra(FinestraEditor &finestra, const QString &didascalia,
     const PostoInPila posto(finestra);
     const bool caricata = messaggi::protetto(finestra.parentWidget(), [&] {
         finestra.Form_Load();
+        memoria::ricordaFinestra(&finestra, finestra.objectName());
         if (!didascalia.isEmpty())
             finestra.setWindowTitle(didascalia);
         if (prima)

@@ -3,6 +3,8 @@
 #include "app/contesto.h"
 #include "browser/modello_tabella.h"
 #include "db/connessioni.h"
+#include "editors/icone_generi.h"
+#include "platform/memoria_finestre.h"
 #include "platform/messaggi.h"
 
 #include <QAction>
@@ -31,6 +33,7 @@ fmTabella::fmTabella(ProprietaTabella dalle, ServiziTabella servizi, QWidget *so
     : QWidget(sopra), proprieta(std::move(dalle)), m_servizi(std::move(servizi))
 {
     setObjectName(QStringLiteral("fmTabella"));
+    setWindowIcon(iconaDellaTabella(proprieta.TipoTabella));
     creaBarra();
     creaMenu();
     creaGriglia();
@@ -84,6 +87,7 @@ void fmTabella::Form_Load()
     adoTabella->apre();
     vaiAllaRiga(0);
     adattaColonne();
+    memoria::ricordaColonne(DataGrid1->horizontalHeader(), proprieta.TipoTabella);
 }
 
 // Le colonne si adattano alle prime righe, mai a tutte; un testo lungo non caccia le altre.

@@ -1,5 +1,6 @@
 #include "browser/fmTabella.h"
 #include "platform/messaggi.h"
+#include "platform/tasti.h"
 
 #include <QAction>
 #include <QMenu>
@@ -12,14 +13,15 @@ struct Comando {
     ComandoTabella numero;
     const char *nome;
     const char *icona;
+    QKeyCombination tasto;
 };
 
 constexpr Comando comandi[] = {
-    {Seleziona, "Seleziona", ":/icone/seleziona.svg"},
-    {ApriRiga, "Apri", ":/icone/apri.svg"},
-    {NuovaRiga, "Nuovo", ":/icone/nuovo.svg"},
-    {Aggiorna, "Aggiorna", ":/icone/aggiorna.svg"},
-    {EliminaRiga, "Elimina", ":/icone/elimina.svg"},
+    {Seleziona, "Seleziona", ":/icone/seleziona.svg", Qt::CTRL | Qt::Key_Return},
+    {ApriRiga, "Apri", ":/icone/apri.svg", Qt::Key_Return},
+    {NuovaRiga, "Nuovo", ":/icone/nuovo.svg", Qt::Key_Insert},
+    {Aggiorna, "Aggiorna", ":/icone/aggiorna.svg", Qt::Key_F5},
+    {EliminaRiga, "Elimina", ":/icone/elimina.svg", Qt::Key_Delete},
 };
 
 } // namespace
@@ -28,12 +30,14 @@ void fmTabella::creaBarra()
 {
     Toolbar1 = new QToolBar(this);
     Toolbar1->setObjectName(QStringLiteral("Toolbar1"));
+    tasti::chiama(Toolbar1, QStringLiteral("Comandi"));
     Toolbar1->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     for (const Comando &comando : comandi) {
         const ComandoTabella numero = comando.numero;
         auto *azione = new QAction(QIcon(QString::fromUtf8(comando.icona)),
                                    QString::fromUtf8(comando.nome), this);
         azione->setObjectName(QStringLiteral("Toolbar1_%1").arg(numero));
+        azione->setToolTip(tasti::conTasto(azione->text(), comando.tasto));
         connect(azione, &QAction::triggered, this, [this, numero] { esegue(numero); });
         Toolbar1->addAction(azione);
         m_bottoni[numero] = azione;
@@ -69,6 +73,7 @@ QMenu *fmTabella::menuServizio(const QString &titolo, const QStringList &voci,
     auto *menu = new QMenu(titolo, this);
     for (int i = 0; i < voci.size(); ++i) {
         QAction *azione = menu->addAction(voci.at(i));
+        azione->setShortcut(tasti::delMenu(voci.at(i)));
         // Accodato: il comando può chiudere questo stesso visualizzatore.
         connect(
             azione, &QAction::triggered, window(), [servizio, i] { servizio(i + 1); },
@@ -85,11 +90,9 @@ QMenu *fmTabella::menuComandi()
         const ComandoTabella numero = comando.numero;
         XsubItem[numero] = menu->addAction(QIcon(QString::fromUtf8(comando.icona)),
                                            QString::fromUtf8(comando.nome));
+        XsubItem[numero]->setShortcut(comando.tasto);
         connect(XsubItem[numero], &QAction::triggered, this, [this, numero] { esegue(numero); });
     }
-    XsubItem[NuovaRiga]->setShortcut(Qt::Key_Insert);
-    XsubItem[Aggiorna]->setShortcut(Qt::Key_F5);
-    XsubItem[EliminaRiga]->setShortcut(Qt::Key_Delete);
     return menu;
 }
 

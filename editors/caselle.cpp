@@ -87,10 +87,14 @@ Caselle::Caselle(std::vector<DescrizioneCasella> descrizioni, QWidget *cornice)
 
 void Caselle::disponi(QGridLayout *griglia, QWidget *cornice, const QString &chiamata)
 {
+    const bool affiancate = std::any_of(m_descrizioni.begin(), m_descrizioni.end(),
+                                        [](const auto &d) { return d.colonna > 0; });
+    const int larghezza = cornice->fontMetrics().averageCharWidth() * (affiancate ? 14 : 46);
     for (size_t i = 0; i < Text1.size(); ++i) {
         const DescrizioneCasella &descrizione = m_descrizioni[i];
         if (descrizione.cornice != chiamata)
             continue;
+        Text1[i]->setMinimumWidth(larghezza);
         const int riga = descrizione.riga < 0 ? static_cast<int>(i) : descrizione.riga;
         auto *etichetta = new QLabel(descrizione.etichetta, cornice);
         etichetta->setObjectName(QStringLiteral("Label1_%1").arg(descrizione.indice));

@@ -26,6 +26,8 @@ target_sources(
           editors/fmRegistro.h
           editors/fmVoce.cpp
           editors/fmVoce.h
+          editors/icone_generi.cpp
+          editors/icone_generi.h
           editors/pannello.cpp
           editors/pannello.h)
 

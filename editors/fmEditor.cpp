@@ -4,8 +4,10 @@
 #include "db/codici.h"
 #include "db/connessioni.h"
 #include "editors/eliminazione.h"
+#include "editors/icone_generi.h"
 #include "platform/italiano.h"
 #include "platform/messaggi.h"
+#include "platform/tasti.h"
 #include "texts/allegati.h"
 #include "texts/testi.h"
 
@@ -27,12 +29,19 @@ fmEditor::fmEditor(DescrizioneEditor descrizione, QWidget *sopra)
       m_descrizione(std::move(descrizione))
 {
     setWindowTitle(m_descrizione.didascalia);
+    setWindowIcon(iconaDellaTabella(m_descrizione.tabella));
     connect(pannello, &PannelloCollegamenti::nuovo, this,
             [this] { messaggi::protetto(this, [this] { nuovo(); }); });
     connect(pannello, &PannelloCollegamenti::elimina, this,
             [this] { messaggi::protetto(this, [this] { elimina(); }); });
     connect(pannello, &PannelloCollegamenti::apri, this,
             [this] { messaggi::protetto(this, [this] { apri(); }); });
+    connect(pannello, &PannelloCollegamenti::aggiorna, this, [this] {
+        messaggi::protetto(this, [this] {
+            if (!codice().isEmpty())
+                CaricaCollegamenti();
+        });
+    });
 }
 
 void fmEditor::costruisce()
@@ -45,6 +54,8 @@ void fmEditor::costruisce()
         salvaChiudendo() ? QStringLiteral("Salva") : QStringLiteral("Chiudi"), this);
     Command1->setObjectName(QStringLiteral("Command1"));
     Command1->setAutoDefault(false);
+    if (salvaChiudendo())
+        tasti::assegna(this, QKeySequence::Save, Command1);
     connect(Command1, &QPushButton::clicked, this,
             [this] { messaggi::protetto(this, [this] { Command1_Click(); }); });
     riga->addStretch();

@@ -56,6 +56,12 @@ void fmIndividuo::completaFinestra(QVBoxLayout *colonna)
     aggiungeEtichetta(colonna, QStringLiteral("Ruolo"));
     fmEditor::completaFinestra(colonna);
     colonna->addWidget(scelte());
+    // Il pannello dei collegamenti è nato prima: si tabula come si legge.
+    QWidget *prima = Text1[5];
+    for (QWidget *opzione : Option1) {
+        setTabOrder(prima, opzione);
+        prima = opzione;
+    }
 }
 
 QWidget *fmIndividuo::scelte()

@@ -2,6 +2,7 @@
 
 #include "app/contesto.h"
 #include "db/connessioni.h"
+#include "editors/icone_generi.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -59,7 +60,8 @@ void fmRegistro::caricato()
     ado::Recordset adoTipi;
     adoTipi.Open(tipiDiRegistro(), connessione(), proprieta.TipoLock);
     for (; !adoTipi.Eof(); adoTipi.MoveNext())
-        ImageCombo2->addItem(adoTipi.Campo(2).toString(), adoTipi.Campo(0).toInt());
+        ImageCombo2->addItem(iconaDelGenere(adoTipi.Campo(0).toInt()), adoTipi.Campo(2).toString(),
+                             adoTipi.Campo(0).toInt());
     const QVariant tipo = adoDettagli.Campo(QStringLiteral("Tipo"));
     ImageCombo2->setCurrentIndex(tipo.isValid() ? ImageCombo2->findData(tipo.toInt()) : -1);
     ImageCombo2->setEnabled(codice().isEmpty() && !solaLettura());

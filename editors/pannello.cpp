@@ -1,11 +1,15 @@
 #include "editors/pannello.h"
 
+#include "editors/icone_generi.h"
+#include "platform/tasti.h"
+
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QPushButton>
+#include <QShortcut>
 #include <QStyle>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -28,6 +32,7 @@ PannelloCollegamenti::PannelloCollegamenti(QWidget *sopra) : QWidget(sopra)
     connect(Command3[Nuovo], &QPushButton::clicked, this, &PannelloCollegamenti::nuovo);
     connect(Command3[Elimina], &QPushButton::clicked, this, &PannelloCollegamenti::elimina);
     connect(Command3[Apri], &QPushButton::clicked, this, &PannelloCollegamenti::apri);
+    tasti::assegna(this, Qt::Key_Insert, Command3[Nuovo]);
     // Il combo è solo nella sua cornice, che così gli fa da nome per i lettori di schermo.
     auto *griglia = new QGridLayout(this);
     griglia->setContentsMargins({});
@@ -42,6 +47,12 @@ PannelloCollegamenti::PannelloCollegamenti(QWidget *sopra) : QWidget(sopra)
     setTabOrder(Command3[Nuovo], ListView1);
     setTabOrder(ListView1, Command3[Apri]);
     setTabOrder(Command3[Apri], Command3[Elimina]);
+    // Canc e Invio nelle caselle hanno il loro significato: qui valgono solo nell'elenco.
+    tasti::assegna(ListView1, Qt::Key_Delete, Command3[Elimina]);
+    Command3[Apri]->setToolTip(tasti::conTasto(Command3[Apri]->text(), Qt::Key_Return));
+    auto *rilettura = new QShortcut(Qt::Key_F5, this);
+    rilettura->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(rilettura, &QShortcut::activated, this, &PannelloCollegamenti::aggiorna);
 }
 
 // Il bottone sta all'altezza del combo, che la cornice tiene un margine più in su del proprio
@@ -82,7 +93,7 @@ QWidget *PannelloCollegamenti::inseriti()
 void PannelloCollegamenti::offre(const Elemento &genere)
 {
     m_generi.push_back(genere);
-    ImageCombo1->addItem(genere.Text, genere.Key);
+    ImageCombo1->addItem(iconaDelGenere(genere.Tag), genere.Text, genere.Key);
     ImageCombo1->setCurrentIndex(-1);
 }
 
@@ -104,6 +115,7 @@ void PannelloCollegamenti::aggiunge(const Elemento &collegamento)
 {
     m_collegamenti.push_back(collegamento);
     auto *elemento = new QTreeWidgetItem(ListView1, {collegamento.Text});
+    elemento->setIcon(0, iconaDelGenere(collegamento.Tag));
     elemento->setToolTip(0, collegamento.Key);
 }
 

@@ -45,6 +45,8 @@ signals:
     void nuovo();
     void elimina();
     void apri();
+    // L'elenco va riletto.
+    void aggiorna();
 
 private:
     QWidget *inserimento();

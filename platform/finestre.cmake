@@ -4,4 +4,5 @@ target_sources(
           platform/correttore.h platform/desktop.cpp platform/desktop.h platform/dialoghi.cpp
           platform/dialoghi.h platform/dizionario.cpp platform/dizionario.h
           platform/elaboratore.cpp platform/elaboratore.h platform/finestra_ortografia.cpp
-          platform/finestra_ortografia.h platform/messaggi.cpp platform/messaggi.h)
+          platform/finestra_ortografia.h platform/memoria_finestre.cpp platform/memoria_finestre.h
+          platform/messaggi.cpp platform/messaggi.h platform/tasti.cpp platform/tasti.h)

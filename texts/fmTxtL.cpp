@@ -1,7 +1,9 @@
 #include "texts/fmTxtL.h"
 
 #include "app/contesto.h"
+#include "platform/memoria_finestre.h"
 #include "platform/messaggi.h"
+#include "platform/tasti.h"
 #include "texts/ortografia.h"
 
 #include <QFormLayout>
@@ -83,6 +85,7 @@ fmTxtL::fmTxtL(QWidget *sopra)
 
     auto *titolo = new QFormLayout;
     auto *Label2 = new QLabel(QStringLiteral("Titolo"), this);
+    Label2->setBuddy(Text2);
     titolo->addRow(Label2, Text2);
     auto *colonna = new QVBoxLayout(this);
     colonna->addLayout(titolo);
@@ -92,6 +95,8 @@ fmTxtL::fmTxtL(QWidget *sopra)
     connect(Text1, &QPlainTextEdit::textChanged, this, [] { contesto().TestoModificato = true; });
     connect(Text2, &QLineEdit::textChanged, this, [] { contesto().NomeModificato = true; });
     resize(fontMetrics().averageCharWidth() * 90, fontMetrics().height() * 28);
+    ricordaCarattere();
+    memoria::ricordaFinestra(this, objectName());
 }
 
 QWidget *fmTxtL::fondo()
@@ -123,6 +128,8 @@ QWidget *fmTxtL::fondo()
     connect(Command1, &QPushButton::clicked, this, &fmTxtL::salva);
     connect(Command2, &QPushButton::clicked, this,
             [this] { messaggi::protetto(this, [this] { controlla(); }); });
+    tasti::assegna(this, QKeySequence::Save, Command1);
+    tasti::assegna(this, Qt::Key_F7, Command2);
     connect(Command4, &QPushButton::clicked, this, &QDialog::accept);
 
     auto *riga = new QHBoxLayout(Frame1);
@@ -172,6 +179,16 @@ void fmTxtL::controlla()
         modTarvola::ControlloOrtografico(*Text1);
     }
     Text1->setFocus();
+}
+
+void fmTxtL::ricordaCarattere()
+{
+    const QString chiave = QStringLiteral("fmTxtL/punti");
+    const QVariant punti = memoria::valore(chiave);
+    if (punti.isValid())
+        HScroll1->setValue(punti.toInt());
+    connect(HScroll1, &QScrollBar::valueChanged, this,
+            [chiave](int scelti) { memoria::ricorda(chiave, scelti); });
 }
 
 void fmTxtL::cambiaDimensione(int punti)

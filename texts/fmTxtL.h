@@ -33,6 +33,7 @@ private:
     void salva();
     void controlla();
     void cambiaDimensione(int punti);
+    void ricordaCarattere();
 
     QLineEdit *Text2;
     QPlainTextEdit *Text1;

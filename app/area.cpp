@@ -1,0 +1,146 @@
+#include "app/area.h"
+
+#include "platform/memoria_finestre.h"
+
+#include <QEvent>
+#include <QLabel>
+#include <QMdiSubWindow>
+#include <QShortcut>
+#include <QStyle>
+
+#include <algorithm>
+
+namespace
+{
+
+const QString invito = QStringLiteral("Per cominciare, dal menu File:\n"
+                                      "Nuovo (Ctrl+N) crea un archivio,\n"
+                                      "Apri (Ctrl+O) ne riprende uno.\n\n"
+                                      "Il manuale (F1) accompagna nella prima trascrizione.");
+
+QString chiave(const QMdiSubWindow *finestra)
+{
+    return QStringLiteral("elenchi/") + finestra->property("posto").toString();
+}
+
+void ricordaPosto(const QMdiSubWindow *finestra)
+{
+    memoria::ricorda(chiave(finestra) + QStringLiteral("-massima"), finestra->isMaximized());
+    if (!finestra->isMaximized() && !finestra->isMinimized())
+        memoria::ricorda(chiave(finestra), finestra->geometry());
+}
+
+} // namespace
+
+Area::Area(QWidget *sopra) : QMdiArea(sopra), m_invito(new QLabel(invito, viewport()))
+{
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_invito->setObjectName(QStringLiteral("Invito"));
+    m_invito->setTextFormat(Qt::PlainText);
+    m_invito->setAlignment(Qt::AlignCenter);
+    m_invito->setWordWrap(true);
+    m_invito->setAttribute(Qt::WA_TransparentForMouseEvents);
+    creaTasti();
+}
+
+void Area::creaTasti()
+{
+    const auto assegna = [this](const QList<QKeySequence> &tasti, void (QMdiArea::*comando)()) {
+        auto *scorciatoia = new QShortcut(this);
+        scorciatoia->setKeys(tasti);
+        connect(scorciatoia, &QShortcut::activated, this, comando);
+    };
+    assegna({Qt::CTRL | Qt::Key_Tab, Qt::CTRL | Qt::Key_F6}, &QMdiArea::activateNextSubWindow);
+    assegna({Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab, Qt::CTRL | Qt::SHIFT | Qt::Key_Tab,
+             Qt::CTRL | Qt::SHIFT | Qt::Key_F6},
+            &QMdiArea::activatePreviousSubWindow);
+    // Dove è già del menu della finestra, due volte lo stesso tasto non farebbe nulla.
+    const QKeySequence chiusura = Qt::CTRL | Qt::Key_F4;
+    if (!QKeySequence::keyBindings(QKeySequence::Close).contains(chiusura))
+        assegna({chiusura}, &QMdiArea::closeActiveSubWindow);
+}
+
+bool Area::viewportEvent(QEvent *evento)
+{
+    const bool esito = QMdiArea::viewportEvent(evento);
+    if (evento->type() == QEvent::Resize || evento->type() == QEvent::ChildPolished ||
+        evento->type() == QEvent::ChildRemoved)
+        disponiInvito();
+    return esito;
+}
+
+void Area::disponiInvito()
+{
+    m_invito->setGeometry(viewport()->rect());
+    m_invito->setVisible(subWindowList().isEmpty());
+}
+
+void Area::colloca(QMdiSubWindow *finestra, const QString &nome)
+{
+    m_invito->hide();
+    const QRect nuovo = scalino(static_cast<int>(subWindowList().size()) - 1);
+    finestra->setProperty("posto", nome);
+    QRect posto = memoria::valore(chiave(finestra)).toRect();
+    posto = posto.isValid() && !occupato(posto) ? dentro(posto) : nuovo;
+    finestra->setGeometry(posto);
+    if (memoria::valore(chiave(finestra) + QStringLiteral("-massima")).toBool())
+        finestra->showMaximized();
+    else
+        finestra->show();
+}
+
+// Ogni finestra scala di una didascalia dalla precedente, senza uscire dall'area.
+QRect Area::scalino(int numero) const
+{
+    const QSize area = viewport()->size();
+    const int passo = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, this);
+    const int gradini = qMax(1, qMin(area.width(), area.height()) / 4 / passo);
+    return {QPoint(passo, passo) * (numero % gradini), area * 3 / 4};
+}
+
+// La cascata del toolkit rimpicciolisce le finestre fino a non mostrare nulla.
+void Area::cascata()
+{
+    const auto finestre = subWindowList(StackingOrder);
+    int numero = 0;
+    for (QMdiSubWindow *finestra : finestre) {
+        finestra->showNormal();
+        finestra->setGeometry(scalino(numero++));
+        finestra->raise();
+    }
+}
+
+// L'area può essere più piccola di quando il posto fu ricordato.
+QRect Area::dentro(QRect posto) const
+{
+    const QRect area = viewport()->rect();
+    posto.setSize(posto.size().boundedTo(area.size()));
+    posto.moveLeft(qBound(0, posto.left(), area.width() - posto.width()));
+    posto.moveTop(qBound(0, posto.top(), area.height() - posto.height()));
+    return posto;
+}
+
+bool Area::occupato(const QRect &posto) const
+{
+    const auto finestre = subWindowList();
+    return std::any_of(finestre.begin(), finestre.end(), [&posto](const QMdiSubWindow *altra) {
+        return altra->isVisible() && altra->geometry() == posto;
+    });
+}
+
+bool Area::eventFilter(QObject *oggetto, QEvent *evento)
+{
+    if (evento->type() == QEvent::Close) {
+        if (const auto *finestra = qobject_cast<QMdiSubWindow *>(oggetto))
+            ricordaPosto(finestra);
+    }
+    return QMdiArea::eventFilter(oggetto, evento);
+}
+
+void Area::ricordaPosti() const
+{
+    const auto finestre = subWindowList();
+    for (const QMdiSubWindow *finestra : finestre)
+        ricordaPosto(finestra);
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+// Le pagine del manuale, come le elenca indice.xml nella cartella della guida.
+class GuidaPagine
+{
+public:
+    struct Pagina {
+        QString file; // relativo alla cartella, come "htm/inizio.htm"
+        QString titolo;
+        QString sezione;
+        QString testo;
+    };
+
+    // Le pagine che mancano o non si leggono non ci sono; senza indice non ce n'è nessuna.
+    explicit GuidaPagine(const QString &cartella);
+
+    const std::vector<Pagina> &pagine() const { return m_pagine; }
+    // I posti delle pagine che contengono tutte le parole, senza badare a maiuscole e accenti;
+    // prima quelle che le hanno nel titolo. Nessuno se non ci sono parole.
+    std::vector<size_t> cerca(const QString &parole) const;
+    // Le prime parole attorno alla prima delle parole cercate.
+    QString attorno(size_t pagina, const QString &parole) const;
+
+private:
+    std::vector<Pagina> m_pagine;
+};
+
+// Il testo della pagina senza le figure la cui immagine manca nella cartella data.
+QString senzaFigureMancanti(const QString &html, const QString &cartella);

@@ -1,0 +1,71 @@
+#include "app/stile.h"
+
+#include <QApplication>
+#include <QFontMetrics>
+#include <QPainter>
+#include <QStyleOption>
+
+namespace
+{
+
+// L'altezza del carattere per cui gli stili sono disegnati.
+constexpr double altezzaUsuale = 17.0;
+
+double ingrandimento()
+{
+    return qMax(1.0, QFontMetrics(QApplication::font()).height() / altezzaUsuale);
+}
+
+} // namespace
+
+int Stile::pixelMetric(PixelMetric misura, const QStyleOption *opzione,
+                       const QWidget *finestra) const
+{
+    const int sua = QProxyStyle::pixelMetric(misura, opzione, finestra);
+    switch (misura) {
+    case PM_LayoutHorizontalSpacing:
+    case PM_LayoutVerticalSpacing:
+    case PM_LayoutLeftMargin:
+    case PM_LayoutTopMargin:
+    case PM_LayoutRightMargin:
+    case PM_LayoutBottomMargin:
+    case PM_SmallIconSize:
+    case PM_ButtonIconSize:
+    case PM_ListViewIconSize:
+    case PM_ToolBarIconSize:
+    case PM_TitleBarHeight:
+    case PM_TitleBarButtonIconSize:
+    case PM_TitleBarButtonSize:
+    case PM_IndicatorWidth:
+    case PM_IndicatorHeight:
+    case PM_ExclusiveIndicatorWidth:
+    case PM_ExclusiveIndicatorHeight:
+    case PM_RadioButtonLabelSpacing:
+    case PM_ScrollBarExtent:
+        // Negativo vuol dire che lo stile decide secondo ciò che sta accanto.
+        return sua < 0 ? sua : qRound(sua * ingrandimento());
+    default:
+        return sua;
+    }
+}
+
+// Un'icona scelta resta dei suoi colori, su un fondo che la stacca da quello della scelta.
+QPixmap Stile::generatedIconPixmap(QIcon::Mode modo, const QPixmap &icona,
+                                   const QStyleOption *opzione) const
+{
+    if (modo != QIcon::Selected)
+        return QProxyStyle::generatedIconPixmap(modo, icona, opzione);
+    QPixmap scelta(icona.size());
+    scelta.setDevicePixelRatio(icona.devicePixelRatio());
+    scelta.fill(Qt::transparent);
+    QColor fondo = opzione->palette.color(QPalette::HighlightedText);
+    fondo.setAlpha(200);
+    const QRectF tutto(QPointF(), icona.deviceIndependentSize());
+    QPainter pittore(&scelta);
+    pittore.setRenderHint(QPainter::Antialiasing);
+    pittore.setPen(Qt::NoPen);
+    pittore.setBrush(fondo);
+    pittore.drawRoundedRect(tutto, tutto.height() / 6, tutto.height() / 6);
+    pittore.drawPixmap(QPointF(), icona);
+    return scelta;
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QProxyStyle>
+
+// Lo stile del desktop, con spazi, icone e segni che crescono col carattere.
+class Stile : public QProxyStyle
+{
+    Q_OBJECT
+
+public:
+    using QProxyStyle::QProxyStyle;
+
+    int pixelMetric(PixelMetric misura, const QStyleOption *opzione,
+                    const QWidget *finestra) const override;
+    QPixmap generatedIconPixmap(QIcon::Mode modo, const QPixmap &icona,
+                                const QStyleOption *opzione) const override;
+};

@@ -1,0 +1,24 @@
+# Il manuale sta accanto al programma, com'è in questa cartella.
+file(GLOB_RECURSE sorgenti_guida CONFIGURE_DEPENDS RELATIVE ${CMAKE_CURRENT_LIST_DIR}
+     ${CMAKE_CURRENT_LIST_DIR}/*.css ${CMAKE_CURRENT_LIST_DIR}/*.htm
+     ${CMAKE_CURRENT_LIST_DIR}/*.png ${CMAKE_CURRENT_LIST_DIR}/*.xml)
+set(pagine_guida)
+foreach(pagina ${sorgenti_guida})
+  add_custom_command(
+    OUTPUT ${CMAKE_BINARY_DIR}/guida/${pagina}
+    COMMAND ${CMAKE_COMMAND} -E copy ${CMAKE_CURRENT_LIST_DIR}/${pagina}
+            ${CMAKE_BINARY_DIR}/guida/${pagina}
+    DEPENDS ${CMAKE_CURRENT_LIST_DIR}/${pagina}
+    VERBATIM)
+  list(APPEND pagine_guida ${CMAKE_BINARY_DIR}/guida/${pagina})
+endforeach()
+add_custom_target(manuale ALL DEPENDS ${pagine_guida})
+
+# Rinnova le figure del manuale con quelle che la dimostrazione ha lasciato nella cartella data.
+set(TARVOLA_FOTOGRAFIE ${CMAKE_BINARY_DIR}/dimostrazione
+    CACHE PATH "Dove la dimostrazione ha lasciato le sue immagini")
+add_custom_target(
+  figure
+  COMMAND ${CMAKE_COMMAND} -DDA=${TARVOLA_FOTOGRAFIE} -DGUIDA=${CMAKE_CURRENT_LIST_DIR} -P
+          ${CMAKE_CURRENT_LIST_DIR}/figure.cmake
+  VERBATIM)

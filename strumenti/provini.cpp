@@ -1,0 +1,210 @@
+// I provini: ogni finestra del programma fotografata su un archivio dato, e tutte insieme su un
+// foglio solo. Il tema, il carattere e la densità sono quelli che si chiedono qui.
+
+#include "app/MDITras.h"
+#include "app/avvio.h"
+#include "app/contesto.h"
+#include "app/finestre.h"
+#include "app/fmChiudi.h"
+#include "app/fmGuida.h"
+#include "browser/fmVisualizza.h"
+#include "db/connessioni.h"
+#include "platform/recordset.h"
+#include "platform/messaggi.h"
+#include "texts/fmTxtL.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QPainter>
+#include <QTextStream>
+#include <QTimer>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+using namespace modTarvola;
+
+namespace
+{
+
+struct Provino {
+    QString nome;
+    QImage immagine;
+};
+
+std::vector<Provino> &provini()
+{
+    static std::vector<Provino> tutti;
+    return tutti;
+}
+
+QPalette scura()
+{
+    QPalette tavolozza(QColor(45, 45, 48));
+    for (const auto &[ruolo, colore] :
+         {std::pair(QPalette::Window, QColor(45, 45, 48)), {QPalette::Base, QColor(30, 30, 32)},
+          {QPalette::AlternateBase, QColor(40, 40, 43)}, {QPalette::Button, QColor(58, 58, 62)},
+          {QPalette::Text, QColor(230, 230, 230)}, {QPalette::WindowText, QColor(230, 230, 230)},
+          {QPalette::ButtonText, QColor(230, 230, 230)}, {QPalette::ToolTipBase, QColor(60, 60, 60)},
+          {QPalette::ToolTipText, QColor(230, 230, 230)}, {QPalette::Highlight, QColor(61, 174, 233)},
+          {QPalette::HighlightedText, QColor(20, 20, 20)}, {QPalette::Link, QColor(80, 170, 240)}})
+        tavolozza.setColor(ruolo, colore);
+    for (const QPalette::ColorRole ruolo :
+         {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
+        tavolozza.setColor(QPalette::Disabled, ruolo, QColor(130, 130, 130));
+    return tavolozza;
+}
+
+void fotografa(QWidget &finestra, const QString &nome)
+{
+    for (int giro = 0; giro < 5; ++giro)
+        QApplication::processEvents();
+    provini().push_back({nome, finestra.grab().toImage()});
+}
+
+// Fotografa la finestra modale che si aprirà, poi la chiude.
+void fotografaModale(const QString &nome)
+{
+    QTimer::singleShot(150, qApp, [nome] {
+        if (auto *modale = qobject_cast<QDialog *>(QApplication::activeModalWidget())) {
+            fotografa(*modale, nome);
+            modale->reject();
+        }
+    });
+}
+
+void editore(const QString &nome, QWidget *sopra, const ProprietaFinestra &proprieta,
+             const Etichetta &etichetta)
+{
+    const auto finestra = NuovaFinestra(nome, sopra);
+    if (finestra == nullptr)
+        return;
+    finestra->proprieta = proprieta;
+    finestra->proprieta.TipoLock = ado::adLockOptimistic;
+    finestra->Label2 = etichetta;
+    fotografaModale(nome);
+    ApriFinestra(*finestra, {});
+}
+
+void editori(QWidget *sopra)
+{
+    ProprietaFinestra codici;
+    codici.ArchivioLocale = u"A1"_s;
+    codici.RegistroLocale = u"R1"_s;
+    codici.VoceLocale = u"V1"_s;
+    codici.VoceLocaleTipo = 9;
+    codici.IndividuoLocale = u"I1"_s;
+    codici.FamigliaLocale = u"F1"_s;
+    codici.TipoFamigliaLocale = 35;
+    codici.EventoLocale = u"E1"_s;
+    for (const char *nome : {"fmArchivio", "fmRegistro", "fmVoce", "fmIndividuo", "fmFamiglia",
+                             "fmEvento", "fmLuogo", "fmRecapito", "fmOperatore"})
+        editore(QString::fromLatin1(nome), sopra, codici, {u"Nascita"_s, 20});
+}
+
+void dialoghi(QWidget *sopra)
+{
+    fmVisualizza ambito(sopra);
+    ambito.setWindowTitle(u"Individui in Voci"_s);
+    ambito.show();
+    fotografa(ambito, u"fmVisualizza"_s);
+    fmChiudi chiudi(sopra);
+    chiudi.show();
+    fotografa(chiudi, u"fmChiudi"_s);
+    contesto().TestoCampoLungo =
+        u"Galileo, figlio di Vincenzo Galilei e di Giulia Ammannati, nacque a Pisa."_s;
+    contesto().NomeCampoLungo = u"Battesimo di Galileo Galilei"_s;
+    fmTxtL testo(sopra);
+    testo.setWindowTitle(u"Testo riportato"_s);
+    testo.Form_Load(u"V1"_s);
+    testo.show();
+    fotografa(testo, u"fmTxtL"_s);
+    fotografaModale(u"messaggio"_s);
+    messaggi::avverte(sopra, u"Attenzione! Il vecchio file\n/archivi/pieve.tvd\nsarà spostato "
+                             "nella cartella 'Cestino'"_s);
+}
+
+void finestre(const QString &archivio, const QString &guida)
+{
+    MDITras principale;
+    principale.show();
+    fotografa(principale, u"MDITras vuota"_s);
+    ApriArchivio(archivio);
+    ProprietaTabella elenco;
+    elenco.Percorso = archivio;
+    elenco.ArchivioLocale = u"A1"_s;
+    elenco.RegistroLocale = u"R1"_s;
+    elenco.VoceLocale = u"V1"_s;
+    for (const char *tabella : {"Archivi", "Registri", "Voci", "Individui", "Binari"}) {
+        elenco.TipoTabella = QString::fromLatin1(tabella);
+        principale.apre(elenco);
+    }
+    fotografa(principale, u"MDITras"_s);
+    editori(&principale);
+    dialoghi(&principale);
+    fmGuida manuale(guida, &principale);
+    manuale.vai(u"htm/inizio.htm"_s);
+    manuale.show();
+    fotografa(manuale, u"fmGuida"_s);
+}
+
+QImage foglio()
+{
+    constexpr int largo = 2400;
+    constexpr int spazio = 16;
+    constexpr int titolo = 22;
+    std::vector<QPoint> posti;
+    QPoint qui(spazio, spazio);
+    int riga = 0;
+    for (const Provino &provino : provini()) {
+        const QSize misure = provino.immagine.size();
+        if (qui.x() > spazio && qui.x() + misure.width() + spazio > largo) {
+            qui = QPoint(spazio, qui.y() + riga + spazio);
+            riga = 0;
+        }
+        posti.push_back(qui);
+        qui.rx() += misure.width() + spazio;
+        riga = qMax(riga, misure.height() + titolo);
+    }
+    QImage tutti(largo, qui.y() + riga + spazio, QImage::Format_RGB32);
+    tutti.fill(QColor(90, 110, 130));
+    QPainter pittore(&tutti);
+    pittore.setPen(Qt::white);
+    pittore.setFont(QFont(QStringLiteral("DejaVu Sans"), 10));
+    for (size_t i = 0; i < posti.size(); ++i) {
+        QImage immagine = provini()[i].immagine;
+        immagine.setDevicePixelRatio(1);
+        pittore.drawText(posti[i] + QPoint(0, titolo - 6), provini()[i].nome);
+        pittore.drawImage(posti[i] + QPoint(0, titolo), immagine);
+    }
+    return tutti;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication applicazione(argc, argv);
+    const QStringList argomenti = QApplication::arguments();
+    if (argomenti.size() < 4) {
+        QTextStream(stderr)
+            << "Usage: provini ARCHIVE.tvd GUIDE-FOLDER SHEET.png [light|dark] [POINTS]\n"
+               "Writes a sheet with a picture of every window. QT_SCALE_FACTOR gives the density.\n";
+        return 2;
+    }
+    if (argomenti.value(4) == u"dark"_s)
+        QApplication::setPalette(scura());
+    if (argomenti.size() > 5) {
+        QFont carattere = QApplication::font();
+        carattere.setPointSize(argomenti.at(5).toInt());
+        QApplication::setFont(carattere);
+    }
+    preparaApplicazione(applicazione);
+    try {
+        finestre(QDir().absoluteFilePath(argomenti.at(1)), argomenti.at(2));
+    } catch (const ado::Errore &errore) {
+        QTextStream(stderr) << errore.testo() << '\n';
+        return 1;
+    }
+    return foglio().save(argomenti.at(3)) ? 0 : 1;
+}
