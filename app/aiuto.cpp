@@ -1,7 +1,7 @@
 #include "app/aiuto.h"
 
+#include "app/fmGuida.h"
 #include "platform/desktop.h"
-#include "platform/shell.h"
 #include "platform/sistema.h"
 
 #include <QCoreApplication>
@@ -43,11 +43,9 @@ void ComandoAiuto(QWidget *sopra, int voce)
     }
 }
 
-void MostraGuida(QWidget * /*sopra*/, const QString &pagina)
+void MostraGuida(QWidget *sopra, const QString &pagina)
 {
-    const QString file = shell::fileDelProgramma(QStringLiteral("guida/") + pagina);
-    if (!file.isEmpty())
-        desktop::apre(file);
+    mostraGuida(sopra, pagina);
 }
 
 QString InKilobyte(quint64 byte)

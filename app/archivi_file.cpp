@@ -1,8 +1,10 @@
 #include "app/archivi_file.h"
 
 #include "app/contesto.h"
+#include "app/conversione_archivio.h"
 #include "app/fmLogin.h"
 #include "db/connessioni.h"
+#include "db/conversione.h"
 #include "platform/dialoghi.h"
 #include "platform/messaggi.h"
 #include "platform/shell.h"
@@ -58,6 +60,10 @@ void ArchiviFile::apri()
 
 void ArchiviFile::apreCorrente(const QString &percorso)
 {
+    if (diFormatoAnteriore(percorso) &&
+        !converteArchivio(m_finestra, percorso,
+                          [this](const QString &vecchio) { return nelCestino(vecchio); }))
+        return;
     try {
         ApriArchivio(percorso);
     } catch (const ado::Errore &errore) {

@@ -10,6 +10,8 @@ target_sources(
           app/archivi_file.h
           app/contesto.cpp
           app/contesto.h
+          app/conversione_archivio.cpp
+          app/conversione_archivio.h
           app/finestre.cpp
           app/finestre.h
           app/fmChiudi.cpp

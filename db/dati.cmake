@@ -8,8 +8,14 @@ target_sources(
           db/codici.h
           db/collegamenti.cpp
           db/collegamenti.h
+          db/confronto.cpp
+          db/confronto.h
           db/connessioni.cpp
           db/connessioni.h
+          db/conversione.cpp
+          db/conversione.h
+          db/corrispondenza.cpp
+          db/corrispondenza.h
           db/elenco.cpp
           db/elenco.h
           db/eliminazione.cpp
