@@ -41,6 +41,23 @@ void dice(const char *parola)
     std::fflush(stdout);
 }
 
+void aspettaTutteLeChiavi(const QTableView *griglia)
+{
+    for (int prima = -1; prima != griglia->model()->rowCount();) {
+        prima = griglia->model()->rowCount();
+        QApplication::processEvents();
+        QApplication::processEvents();
+    }
+}
+
+void ordinaESalta(QTableView *griglia)
+{
+    const Elenco elenco({QStringLiteral("Individui"), 7, false, {}, {}, {}}, connessione());
+    elenco.chiaviOrdinate(static_cast<int>(elenco.colonne().indexOf(QStringLiteral("Cognome"))));
+    griglia->scrollToBottom();
+    QApplication::processEvents();
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -52,14 +69,12 @@ int main(int argc, char **argv)
     MDITras principale;
     principale.resize(1200, 700);
     principale.show();
-    const QString percorso = QString::fromLocal8Bit(argv[1]);
-    const QByteArray modo = argv[2];
-    ApriArchivio(percorso);
-    contesto().PercorsoCorrente = percorso;
     ProprietaTabella proprieta;
     proprieta.TipoTabella = QStringLiteral("Individui");
-    proprieta.Percorso = percorso;
+    proprieta.Percorso = QString::fromLocal8Bit(argv[1]);
     proprieta.Ordinamento = argc > 3 ? 15 : 7;
+    ApriArchivio(proprieta.Percorso);
+    contesto().PercorsoCorrente = proprieta.Percorso;
     principale.apre(proprieta);
     auto *griglia = principale.findChild<QTableView *>(QStringLiteral("DataGrid1"));
     QEventLoop attesa;
@@ -68,20 +83,12 @@ int main(int argc, char **argv)
         attesa.quit();
     });
     attesa.exec();
+    const QByteArray modo = argv[2];
     if (modo == "prime")
         return 0;
-    for (int prima = -1; prima != griglia->model()->rowCount();) {
-        prima = griglia->model()->rowCount();
-        QApplication::processEvents();
-        QApplication::processEvents();
-    }
-    if (modo == "salta") {
-        Elenco elenco({QStringLiteral("Individui"), 7, false, {}, {}, {}}, connessione());
-        elenco.chiaviOrdinate(
-            static_cast<int>(elenco.colonne().indexOf(QStringLiteral("Cognome"))));
-        griglia->scrollToBottom();
-        QApplication::processEvents();
-    }
+    aspettaTutteLeChiavi(griglia);
+    if (modo == "salta")
+        ordinaESalta(griglia);
     std::printf("righe %d\n", griglia->model()->rowCount());
     dice("fine");
     return 0;

@@ -63,6 +63,7 @@ void ordinaIlMeno(const QString &percorso)
     sqlite3_finalize(lettura);
     QCollator collatore(QLocale(QLocale::Italian, QLocale::Italy));
     std::vector<QCollatorSortKey> segni;
+    segni.reserve(distinti.size());
     for (const QString &distinto : distinti)
         segni.push_back(collatore.sortKey(distinto));
     std::vector<quint32> ordine(distinti.size());

@@ -1,5 +1,7 @@
 #include "platform/correttore.h"
 
+#include <ranges>
+
 using parole::Parola;
 
 Correttore::Correttore(QString testo, const dizionario::Dizionario &dizionario,
@@ -53,8 +55,8 @@ void Correttore::cambiaLeAltre(const QString &vecchia, const QString &nuova)
         }
     }
     // Dal fondo, così i posti delle altre restano buoni.
-    for (auto uguale = uguali.rbegin(); uguale != uguali.rend(); ++uguale)
-        m_testo.replace(uguale->inizio, uguale->lunghezza, nuova);
+    for (const Parola &uguale : std::ranges::reverse_view(uguali))
+        m_testo.replace(uguale.inizio, uguale.lunghezza, nuova);
     // Chi vuole questa grafia la vuole dappertutto: non se ne chiede più.
     m_ignorate.insert(nuova);
 }

@@ -40,55 +40,57 @@ QString inNessuna(const QStringList &tabelle, const QString &codice)
     return condizioni.join(QStringLiteral(" AND "));
 }
 
+void togli(ado::Connection &connessione, const QString &tabella, const QStringList &proprietari,
+           const char *colonna)
+{
+    esegue(connessione,
+           QStringLiteral("DELETE FROM %1 WHERE %2")
+               .arg(tabella, inNessuna(proprietari, tabella + u'.' + QString::fromUtf8(colonna))));
+}
+
+// Le righe di una tabella che a quel passo si guardano, e chi ne può essere proprietario.
+struct Riguardo {
+    int passo;
+    const char *tabella;
+    const char *proprietari;
+    const char *colonna;
+};
+
+constexpr Riguardo riguardi[] = {
+    {1, "Individui", "Voci", "Voce"},
+    {2, "Famiglie", "Voci", "Voce"},
+    {3, "FamiglieConiugi", "Famiglie", "CodiceFamiglia"},
+    {3, "FamiglieGenitori", "Famiglie", "CodiceFamiglia"},
+    {4, "FamiglieConiugi", "Individui", "CodiceIndividuo"},
+    {4, "FamiglieGenitori", "Individui", "CodiceIndividuo"},
+    {5, "Eventi", "Individui Famiglie", "IdProprietario"},
+    {6, "OperatoriContesti", "", "CodiceContesto"},
+    {7, "Luoghi", "Operatori Archivi", "IdProprietario"},
+    {8, "Comunicazioni", "Operatori Archivi", "IdProprietario"},
+    {9, "Binari", "", "IdProprietario"},
+};
+
 // La pulizia come la si direbbe a voce: ogni passo guarda tutto l'archivio.
 void passo(ado::Connection &connessione, int numero, const QString &operatore)
 {
     QStringList nove = tabelleConCodice();
     nove.removeOne(QStringLiteral("Binari"));
-    const auto togli = [&](const QString &tabella, const QString &condizione) {
-        esegue(connessione, QStringLiteral("DELETE FROM %1 WHERE %2").arg(tabella, condizione));
-    };
-    const auto legami = [&](const QString &colonna, const QString &proprietari) {
-        for (const QString &tabella :
-             {QStringLiteral("FamiglieConiugi"), QStringLiteral("FamiglieGenitori")})
-            togli(tabella, inNessuna({proprietari}, tabella + u'.' + colonna));
-    };
-    switch (numero) {
-    case 1:
-        return togli(QStringLiteral("Individui"),
-                     inNessuna({QStringLiteral("Voci")}, QStringLiteral("Individui.Voce")));
-    case 2:
-        return togli(QStringLiteral("Famiglie"),
-                     inNessuna({QStringLiteral("Voci")}, QStringLiteral("Famiglie.Voce")));
-    case 3:
-        legami(QStringLiteral("CodiceFamiglia"), QStringLiteral("Famiglie"));
-        return togli(
-            QStringLiteral("Famiglie"),
-            QStringLiteral("Codice NOT IN (SELECT CodiceFamiglia FROM FamiglieConiugi) AND "
-                           "Codice NOT IN (SELECT CodiceFamiglia FROM FamiglieGenitori)"));
-    case 4:
-        return legami(QStringLiteral("CodiceIndividuo"), QStringLiteral("Individui"));
-    case 5:
-        return togli(QStringLiteral("Eventi"),
-                     inNessuna({QStringLiteral("Individui"), QStringLiteral("Famiglie")},
-                               QStringLiteral("Eventi.IdProprietario")));
-    case 6:
-        togli(QStringLiteral("OperatoriContesti"),
-              inNessuna(nove, QStringLiteral("OperatoriContesti.CodiceContesto")));
-        return esegue(connessione,
-                      QStringLiteral("DELETE FROM Operatori WHERE Codice <> ? AND Codice NOT IN "
-                                     "(SELECT CodiceOperatore FROM OperatoriContesti)"),
-                      {operatore});
-    case 7:
-    case 8: {
-        const QString tabella =
-            numero == 7 ? QStringLiteral("Luoghi") : QStringLiteral("Comunicazioni");
-        return togli(tabella, inNessuna({QStringLiteral("Operatori"), QStringLiteral("Archivi")},
-                                        tabella + QStringLiteral(".IdProprietario")));
+    for (const Riguardo &uno : riguardi) {
+        const QString proprietari = QString::fromUtf8(uno.proprietari);
+        if (uno.passo == numero)
+            togli(connessione, QString::fromUtf8(uno.tabella),
+                  proprietari.isEmpty() ? nove : proprietari.split(u' '), uno.colonna);
     }
-    default:
-        togli(QStringLiteral("Binari"), inNessuna(nove, QStringLiteral("Binari.IdProprietario")));
-    }
+    if (numero == 3)
+        esegue(connessione,
+               QStringLiteral("DELETE FROM Famiglie WHERE "
+                              "Codice NOT IN (SELECT CodiceFamiglia FROM FamiglieConiugi) AND "
+                              "Codice NOT IN (SELECT CodiceFamiglia FROM FamiglieGenitori)"));
+    if (numero == 6)
+        esegue(connessione,
+               QStringLiteral("DELETE FROM Operatori WHERE Codice <> ? AND Codice NOT IN "
+                              "(SELECT CodiceOperatore FROM OperatoriContesti)"),
+               {operatore});
 }
 
 void eliminaAllaLettera(ado::Connection &connessione, const QString &codice,
@@ -137,6 +139,12 @@ void eliminaAllaLettera(ado::Connection &connessione, const QString &codice,
 class Disordine
 {
 public:
+    struct Forma {
+        const char *tabella;
+        const char *colonna;
+        const char *proprietari;
+    };
+
     explicit Disordine(quint32 seme) : m_caso(seme) {}
 
     int numero(int fino) { return std::uniform_int_distribution<int>(0, fino)(m_caso); }
@@ -155,11 +163,6 @@ public:
     }
     void riga(ado::Connection &connessione)
     {
-        struct Forma {
-            const char *tabella;
-            const char *colonna;
-            const char *proprietari;
-        };
         static constexpr Forma forme[] = {
             {"Archivi", nullptr, ""},
             {"Registri", "Archivio", "A"},
@@ -185,7 +188,12 @@ public:
                QStringLiteral("INSERT OR IGNORE INTO %1 (Codice, %2) VALUES (?, ?)")
                    .arg(QString::fromUtf8(forma.tabella), colonna),
                {suo, valore});
-        // A volte una riga passa ad altro proprietario, o cambia codice.
+        cambia(connessione, forma, colonna, suo);
+    }
+    // A volte una riga passa ad altro proprietario, o cambia codice.
+    void cambia(ado::Connection &connessione, const Forma &forma, const QString &colonna,
+                const QVariant &suo)
+    {
         if (numero(9) == 0)
             esegue(connessione,
                    QStringLiteral("UPDATE %1 SET %2 = ? WHERE Codice = ?")

@@ -167,6 +167,7 @@ private:
     void apre(const QString &nome, const std::function<void(FinestraEditor &)> &imposta,
               Persona::Gesto gesto);
     void apreFamiglia(int genere, Persona::Gesto gesto, const QString &codice = {});
+    static void ilMatrimonioNelleTabelle();
 
     std::unique_ptr<QTemporaryDir> m_cartella;
     Persona m_persona;
@@ -313,6 +314,21 @@ void TstFamiglie::offerta()
     QTEST(trovati.join(u' '), "ruoli");
 }
 
+void TstFamiglie::ilMatrimonioNelleTabelle()
+{
+    QCOMPARE(righe(u"SELECT Codice, Voce, Nome, Sesso, Ruolo FROM Individui ORDER BY rowid"_s),
+             (QStringList{u"I1;V1;Pietro;M;2"_s, u"I2;V1;Lucia;F;7"_s, u"I3;V1;Carlo;M;36"_s,
+                          u"I4;V1;Anna;F;37"_s}));
+    QCOMPARE(righe(u"SELECT Codice, Voce, Ruolo FROM Famiglie ORDER BY rowid"_s),
+             (QStringList{u"F1;V1;8"_s, u"F2;V1;35"_s, u"F3;V1;35"_s}));
+    QCOMPARE(righe(u"SELECT * FROM FamiglieConiugi ORDER BY 1, 2"_s),
+             (QStringList{u"F1;I1"_s, u"F1;I2"_s, u"F2;I3"_s, u"F3;I4"_s}));
+    QCOMPARE(righe(u"SELECT * FROM FamiglieGenitori ORDER BY 1, 2"_s),
+             (QStringList{u"F2;I2"_s, u"F3;I1"_s}));
+    QCOMPARE(righe(u"SELECT CodiceContesto FROM OperatoriContesti ORDER BY 1"_s),
+             (QStringList{u"F1"_s, u"F2"_s, u"F3"_s, u"I1"_s, u"I2"_s, u"I3"_s, u"I4"_s}));
+}
+
 // Lo sposo con la sposa, e le famiglie da cui ciascuno viene, dalla finestra della voce.
 void TstFamiglie::matrimonio()
 {
@@ -355,17 +371,7 @@ void TstFamiglie::matrimonio()
             nuovo(voce, u"Sposo"_s);
             QCOMPARE(elencati(voce).count(u"Famiglia Genitori"_s), 2);
         });
-    QCOMPARE(righe(u"SELECT Codice, Voce, Nome, Sesso, Ruolo FROM Individui ORDER BY rowid"_s),
-             (QStringList{u"I1;V1;Pietro;M;2"_s, u"I2;V1;Lucia;F;7"_s, u"I3;V1;Carlo;M;36"_s,
-                          u"I4;V1;Anna;F;37"_s}));
-    QCOMPARE(righe(u"SELECT Codice, Voce, Ruolo FROM Famiglie ORDER BY rowid"_s),
-             (QStringList{u"F1;V1;8"_s, u"F2;V1;35"_s, u"F3;V1;35"_s}));
-    QCOMPARE(righe(u"SELECT * FROM FamiglieConiugi ORDER BY 1, 2"_s),
-             (QStringList{u"F1;I1"_s, u"F1;I2"_s, u"F2;I3"_s, u"F3;I4"_s}));
-    QCOMPARE(righe(u"SELECT * FROM FamiglieGenitori ORDER BY 1, 2"_s),
-             (QStringList{u"F2;I2"_s, u"F3;I1"_s}));
-    QCOMPARE(righe(u"SELECT CodiceContesto FROM OperatoriContesti ORDER BY 1"_s),
-             (QStringList{u"F1"_s, u"F2"_s, u"F3"_s, u"I1"_s, u"I2"_s, u"I3"_s, u"I4"_s}));
+    ilMatrimonioNelleTabelle();
 }
 
 // Il battezzato coi genitori, che si possono anche scrivere partendo dalla voce.

@@ -117,6 +117,23 @@ QWidget *fmTxtL::fondo()
     connect(HScroll1, &QScrollBar::valueChanged, this, &fmTxtL::cambiaDimensione);
     HScroll1->setValue(aPassi(font().pointSize()));
 
+    creaBottoni(Frame1);
+    auto *riga = new QHBoxLayout(Frame1);
+    riga->setContentsMargins({});
+    riga->addWidget(Label1[0]);
+    riga->addWidget(Label1[1]);
+    riga->addStretch();
+    riga->addWidget(dimensione);
+    riga->addWidget(HScroll1);
+    riga->addStretch();
+    riga->addWidget(Command1);
+    riga->addWidget(Command2);
+    riga->addWidget(Command4);
+    return Frame1;
+}
+
+void fmTxtL::creaBottoni(QWidget *Frame1)
+{
     Command1 = new QPushButton(QStringLiteral("&Salva"), Frame1);
     Command1->setObjectName(QStringLiteral("Command1"));
     Command2 = new QPushButton(QStringLiteral("&Controlla"), Frame1);
@@ -131,19 +148,6 @@ QWidget *fmTxtL::fondo()
     tasti::assegna(this, QKeySequence::Save, Command1);
     tasti::assegna(this, Qt::Key_F7, Command2);
     connect(Command4, &QPushButton::clicked, this, &QDialog::accept);
-
-    auto *riga = new QHBoxLayout(Frame1);
-    riga->setContentsMargins({});
-    riga->addWidget(Label1[0]);
-    riga->addWidget(Label1[1]);
-    riga->addStretch();
-    riga->addWidget(dimensione);
-    riga->addWidget(HScroll1);
-    riga->addStretch();
-    riga->addWidget(Command1);
-    riga->addWidget(Command2);
-    riga->addWidget(Command4);
-    return Frame1;
 }
 
 void fmTxtL::Form_Load(const QString &proprietario)

@@ -30,6 +30,7 @@ protected:
 
 private:
     QWidget *fondo();
+    void creaBottoni(QWidget *Frame1);
     void salva();
     void controlla();
     void cambiaDimensione(int punti);

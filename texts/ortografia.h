@@ -20,9 +20,9 @@ void ControlloOrtografico(QPlainTextEdit &casella);
 // Il programma registrato per un'estensione (".doc"): "False" se l'estensione non è registrata,
 // vuoto se la sua classe non ha un comando.
 QString PercorsoProgramma(const QString &estensione);
-// Mette in `valore` il valore senza nome della chiave, vuoto se non si può leggere o non sta in 512
-// caratteri. Rende 0, o il codice d'errore se la chiave non si apre.
-long LeggiValoreRegistro(registro::Radice radice, const QString &chiave, QString &valore);
+// Mette in `valore` il valore senza nome della chiave `nome`, vuoto se non si può leggere o non sta
+// in 512 caratteri. Rende 0, o il codice d'errore se la chiave non si apre.
+long LeggiValoreRegistro(registro::Radice radice, const QString &nome, QString &valore);
 // Il testo fino al primo NUL.
 QString TroncaAlNul(const QString &testo);
 
