@@ -134,11 +134,11 @@ Passo Occhi::fotografa(QString nome, bool tutte)
 void Occhi::salvaImmagine(const QString &nome, bool tutte) const
 {
     QWidget *finestra = davanti();
-    QRect ritaglio = finestra->frameGeometry();
+    QRect ritaglio = finestra->windowHandle()->frameGeometry();
     const auto finestre = QApplication::topLevelWidgets();
     for (const QWidget *altra : finestre) {
-        if (tutte && altra->isVisible())
-            ritaglio |= altra->frameGeometry();
+        if (tutte && altra->isVisible() && altra->windowHandle() != nullptr)
+            ritaglio |= altra->windowHandle()->frameGeometry();
     }
     // Dove lo schermo non si può fotografare la finestra si disegna da sé, senza cornice.
     QScreen *schermo = finestra->screen();
