@@ -21,7 +21,7 @@ namespace
 {
 
 // Quanto può durare tutto; e quanto di più se il ciclo degli eventi è fermo.
-constexpr auto tempoMassimo = 10min;
+constexpr auto tempoMassimo = 20min;
 constexpr auto proroga = 1min;
 
 QTextStream &uscita()
