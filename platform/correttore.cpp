@@ -1,7 +1,5 @@
 #include "platform/correttore.h"
 
-#include <ranges>
-
 using parole::Parola;
 
 Correttore::Correttore(QString testo, const dizionario::Dizionario &dizionario,
@@ -55,8 +53,8 @@ void Correttore::cambiaLeAltre(const QString &vecchia, const QString &nuova)
         }
     }
     // Dal fondo, così i posti delle altre restano buoni.
-    for (const Parola &uguale : std::ranges::reverse_view(uguali))
-        m_testo.replace(uguale.inizio, uguale.lunghezza, nuova);
+    for (; !uguali.empty(); uguali.pop_back())
+        m_testo.replace(uguali.back().inizio, uguali.back().lunghezza, nuova);
     // Chi vuole questa grafia la vuole dappertutto: non se ne chiede più.
     m_ignorate.insert(nuova);
 }
