@@ -168,6 +168,7 @@ private:
               Persona::Gesto gesto);
     void apreFamiglia(int genere, Persona::Gesto gesto, const QString &codice = {});
     static void ilMatrimonioNelleTabelle();
+    void scriveLaSposa(QDialog *sposa);
 
     std::unique_ptr<QTemporaryDir> m_cartella;
     Persona m_persona;
@@ -329,26 +330,31 @@ void TstFamiglie::ilMatrimonioNelleTabelle()
              (QStringList{u"F1"_s, u"F2"_s, u"F3"_s, u"I1"_s, u"I2"_s, u"I3"_s, u"I4"_s}));
 }
 
+// La sposa, e la famiglia da cui viene.
+void TstFamiglie::scriveLaSposa(QDialog *sposa)
+{
+    QCOMPARE(sposa->windowTitle(), u"Individuo"_s);
+    QVERIFY(!sposa->findChild<QGroupBox *>(u"Frame3_0"_s)->isEnabled());
+    scrive(sposa, 1, u"Lucia"_s);
+    m_persona.poi([this](QDialog *suoi) {
+        m_persona.poi(chiama(u"Carlo"_s));
+        nuovo(suoi, u"Padre"_s);
+        QCOMPARE(contesto().IndividuoCorrente, u"I2"_s);
+    });
+    nuovo(sposa, u"Famiglia Genitori"_s);
+    preme(sposa, u"Command1"_s);
+}
+
 // Lo sposo con la sposa, e le famiglie da cui ciascuno viene, dalla finestra della voce.
 void TstFamiglie::matrimonio()
 {
+    const auto laSposa = [this](QDialog *sposa) { scriveLaSposa(sposa); };
     const auto loSposo = [&](QDialog *sposo) {
         scrive(sposo, 1, u"Pietro"_s);
         sposo->findChild<QRadioButton *>(u"Option1_1"_s)->click();
         m_persona.poi([&](QDialog *coniugi) {
             QCOMPARE(coniugi->windowTitle(), u"Famiglia Coniuge Pietro"_s);
-            m_persona.poi([&](QDialog *sposa) {
-                QCOMPARE(sposa->windowTitle(), u"Individuo"_s);
-                QVERIFY(!sposa->findChild<QGroupBox *>(u"Frame3_0"_s)->isEnabled());
-                scrive(sposa, 1, u"Lucia"_s);
-                m_persona.poi([&](QDialog *suoi) {
-                    m_persona.poi(chiama(u"Carlo"_s));
-                    nuovo(suoi, u"Padre"_s);
-                    QCOMPARE(contesto().IndividuoCorrente, u"I2"_s);
-                });
-                nuovo(sposa, u"Famiglia Genitori"_s);
-                preme(sposa, u"Command1"_s);
-            });
+            m_persona.poi(laSposa);
             nuovo(coniugi, u"Moglie"_s);
             QCOMPARE(elencati(coniugi), (QStringList{u"Sposo"_s, u"Moglie"_s, u"Trascrittore"_s}));
             QCOMPARE(contesto().IndividuoCorrente, u"I1"_s);
