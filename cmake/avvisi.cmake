@@ -13,8 +13,7 @@ target_compile_options(
             -Wold-style-cast
             -Wcast-align
             -Wformat=2
-            -Wimplicit-fallthrough
-            -Wnull-dereference)
+            -Wimplicit-fallthrough)
 target_compile_definitions(
   tarvola_avvisi
   INTERFACE QT_NO_CAST_TO_ASCII
