@@ -2,7 +2,6 @@
 
 #include "db/confronto.h"
 #include "db/connessioni.h"
-#include "db/modello.h"
 #include "db/orfani.h"
 #include "db/schema.h"
 #include "platform/flusso.h"
@@ -47,7 +46,8 @@ public:
     Resoconto resoconto() const;
 
 private:
-    QStringList sospende();
+    void creaFile();
+    void sospende(ado::Connection &archivio);
     void scriveTabella(Lavoro &lavoro);
     bool scriveRiga(Lavoro &lavoro, Lettura &lettura, ado::Comando &inserimento);
     void scriveByte(const Corrispondenza &come, Lettura &lettura, qint64 lunghezza);
@@ -58,6 +58,7 @@ private:
     QString m_nuovo;
     const PassoConversione &m_passo;
     ado::Connection m_archivio;
+    QStringList m_sospese;
     std::vector<Lavoro> m_lavori;
     qint64 m_massimo = 0;
     qint64 m_fatto = 0;
@@ -65,8 +66,9 @@ private:
 
 void Conversione::accosta()
 {
-    creaModello(m_nuovo);
+    creaFile();
     m_archivio.Open(stringaDiConnessione(m_nuovo));
+    m_archivio.Execute({QStringLiteral("PRAGMA journal_mode = MEMORY"), {}, {}});
     m_massimo = ado::lunghezzaMassima(m_archivio);
     for (const QString &nome : tabelle()) {
         Corrispondenza corrispondenza(m_archivio, nome, m_catalogo.tabella(nome));
@@ -77,6 +79,20 @@ void Conversione::accosta()
         esito.colonneMancanti = corrispondenza.mancanti();
         m_lavori.push_back({std::move(corrispondenza), std::move(esito), {}});
     }
+}
+
+// Il file non è ancora di nessuno: se manca la corrente si ricomincia. Va sul disco una volta sola,
+// alla conferma di ciò che vi si scrive.
+void Conversione::creaFile()
+{
+    // Una connessione a parte: le sue molte istruzioni non tornano, e non tolgono il posto a quelle
+    // che si ripetono a ogni riga.
+    ado::Connection archivio;
+    archivio.Create(m_nuovo);
+    archivio.Execute({QStringLiteral("PRAGMA journal_mode = MEMORY"), {}, {}});
+    archivio.Execute({QStringLiteral("PRAGMA synchronous = OFF"), {}, {}});
+    creaSchema(archivio);
+    sospende(archivio);
 }
 
 void Conversione::avanza(const Lettura &lettura)
@@ -90,35 +106,32 @@ void Conversione::avanza(const Lettura &lettura)
 void Conversione::scrive()
 {
     ado::Transazione transazione(m_archivio);
-    const QStringList sospese = sospende();
     m_archivio.Execute({QStringLiteral("DELETE FROM Traduzioni"), {}, {}});
     for (Lavoro &lavoro : m_lavori)
         scriveTabella(lavoro);
-    for (const QString &istruzione : sospese)
+    for (const QString &istruzione : std::as_const(m_sospese))
         m_archivio.Execute({istruzione, {}, {}});
     annotaTutto(m_archivio);
     transazione.conferma();
 }
 
-// Toglie indici e regole, e rende le istruzioni per rifarli alla fine: si scrive più in fretta, e i
+// Toglie indici e regole, e tiene le istruzioni per rifarli alla fine: si scrive più in fretta, e i
 // proprietari possono venire dopo ciò che è loro.
-QStringList Conversione::sospende()
+void Conversione::sospende(ado::Connection &archivio)
 {
     QStringList togliere;
-    QStringList rifare;
-    m_archivio.leggi({QStringLiteral("SELECT type, name, sql FROM sqlite_schema WHERE sql IS NOT "
-                                     "NULL AND type IN ('index', 'trigger') ORDER BY type"),
-                      {},
-                      {}},
-                     [&](const ado::Riga &riga) {
-                         togliere.append(
-                             QStringLiteral("DROP %1 \"%2\"").arg(riga.testo(0), riga.testo(1)));
-                         rifare.append(riga.testo(2));
-                         return true;
-                     });
+    archivio.leggi({QStringLiteral("SELECT type, name, sql FROM sqlite_schema WHERE sql IS NOT "
+                                   "NULL AND type IN ('index', 'trigger') ORDER BY type"),
+                    {},
+                    {}},
+                   [&](const ado::Riga &riga) {
+                       togliere.append(
+                           QStringLiteral("DROP %1 \"%2\"").arg(riga.testo(0), riga.testo(1)));
+                       m_sospese.append(riga.testo(2));
+                       return true;
+                   });
     for (const QString &istruzione : togliere)
-        m_archivio.Execute({istruzione, {}, {}});
-    return rifare;
+        archivio.Execute({istruzione, {}, {}});
 }
 
 void Conversione::scriveTabella(Lavoro &lavoro)
