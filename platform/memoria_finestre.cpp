@@ -27,7 +27,8 @@ std::unique_ptr<QSettings> &file()
 class AllaChiusura : public QObject
 {
 public:
-    AllaChiusura(QWidget *finestra, QString chiave) : QObject(finestra), m_chiave(std::move(chiave))
+    AllaChiusura(QWidget *finestra, QString chiave)
+        : QObject(finestra), m_chiave(std::move(chiave))
     {
         finestra->installEventFilter(this);
     }
@@ -74,8 +75,8 @@ void rendeLarghezze(QHeaderView *colonne, const QString &testo)
 
 void usaFile(const QString &percorso)
 {
-    file() =
-        percorso.isEmpty() ? nullptr : std::make_unique<QSettings>(percorso, QSettings::IniFormat);
+    file() = percorso.isEmpty() ? nullptr
+                                : std::make_unique<QSettings>(percorso, QSettings::IniFormat);
 }
 
 QString fileDellUtente()
