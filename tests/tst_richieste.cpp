@@ -1,0 +1,202 @@
+#include "app/richieste.h"
+#include "platform/messaggi.h"
+#include "prova_principale.h"
+
+#include <QLocalServer>
+#include <QProcess>
+#include <QPushButton>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+class TstRichieste : public QObject, private ProvaPrincipale
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        comincia();
+        servizio = std::make_unique<QTemporaryDir>();
+        qputenv("XDG_RUNTIME_DIR", servizio->path().toLocal8Bit());
+        aperti.clear();
+        richieste = std::make_unique<Richieste>(principale.get(), [this](const QString &file) {
+            aperti.append(file);
+            if (durante)
+                durante();
+        });
+    }
+    void cleanup()
+    {
+        durante = {};
+        richieste.reset();
+        finisce();
+    }
+
+    // Il programma vero, avviato con un file mentre un altro è in funzione.
+    void unAltroProgramma()
+    {
+        QVERIFY(richieste->ascolta());
+        QProcess altro;
+        altro.setWorkingDirectory(cartella->path());
+        altro.start(QStringLiteral(PROGRAMMA), {u"Duomo di Òrsi.tvd"_s});
+        // Chi risponde deve poter girare mentre l'altro aspetta.
+        QTRY_COMPARE_WITH_TIMEOUT(altro.state(), QProcess::NotRunning, 30000);
+        QCOMPARE(altro.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(altro.exitCode(), 0);
+        QTRY_COMPARE(aperti, QStringList(percorso(u"Duomo di Òrsi.tvd"_s)));
+    }
+
+    void nessunoInFunzione()
+    {
+        QVERIFY(!Richieste::affida({u"/a.tvd"_s}));
+        QVERIFY(richieste->ascolta());
+        richieste.reset();
+        QVERIFY(!Richieste::affida({u"/a.tvd"_s}));
+    }
+
+    // La presa di un programma morto non trattiene né chi chiede né chi viene dopo di lui.
+    void presaAbbandonata()
+    {
+        QVERIFY(richieste->ascolta());
+        abbandona(u"1"_s);
+        QProcess altro;
+        altro.start(QStringLiteral(PROGRAMMA), {percorso(u"a.tvd"_s)});
+        QTRY_COMPARE_WITH_TIMEOUT(altro.state(), QProcess::NotRunning, 30000);
+        QTRY_COMPARE(aperti, QStringList(percorso(u"a.tvd"_s)));
+        QVERIFY(!QFileInfo::exists(servizio->filePath(u"tarvola/1"_s)));
+        richieste.reset();
+        abbandona(QString::number(QCoreApplication::applicationPid()));
+        richieste = std::make_unique<Richieste>(principale.get(), [](const QString &) {});
+        QVERIFY(richieste->ascolta());
+    }
+
+    void soloLUtente()
+    {
+        QVERIFY(richieste->ascolta());
+        const QFileInfo presa(
+            servizio->filePath(u"tarvola/%1"_s.arg(QCoreApplication::applicationPid())));
+        QVERIFY(presa.exists());
+        QVERIFY(!(presa.permissions() &
+                  (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther)));
+    }
+
+    void aspetta_data()
+    {
+        QTest::addColumn<bool>("modale");
+        QTest::addColumn<bool>("protetto");
+        QTest::newRow("una finestra modale") << true << false;
+        QTest::newRow("un comando con la sua finestra") << true << true;
+        QTest::newRow("un comando senza finestre") << false << true;
+    }
+    // Ciò che è in corso finisce prima, anche se intanto gli eventi girano.
+    void aspetta()
+    {
+        QFETCH(bool, modale);
+        QFETCH(bool, protetto);
+        bool durava = false;
+        const auto lavoro = [&] {
+            richieste->accoda({u"/a.tvd"_s, u"/b.tvd"_s});
+            if (modale) {
+                persona->poi([&](QWidget *finestra) {
+                    QTest::qWait(50);
+                    durava = aperti.isEmpty();
+                    finestra->close();
+                });
+                QDialog(principale.get()).exec();
+            } else {
+                QTest::qWait(50);
+                durava = aperti.isEmpty();
+            }
+        };
+        if (protetto)
+            messaggi::protetto(principale.get(), lavoro);
+        else
+            lavoro();
+        QVERIFY(durava);
+        QTRY_COMPARE(aperti, QStringList({u"/a.tvd"_s, u"/b.tvd"_s}));
+    }
+
+    // La seconda richiesta non entra nell'accesso che la prima ha aperto.
+    void unaAllaVolta()
+    {
+        int insieme = 0;
+        int massimo = 0;
+        durante = [&] {
+            massimo = qMax(massimo, ++insieme);
+            persona->poi([](QWidget *finestra) {
+                QTest::qWait(50);
+                finestra->close();
+            });
+            QDialog(principale.get()).exec();
+            --insieme;
+        };
+        richieste->accoda({u"/a.tvd"_s, u"/b.tvd"_s});
+        QTRY_COMPARE(aperti.size(), 2);
+        QTRY_VERIFY(persona->finita());
+        QCOMPARE(massimo, 1);
+    }
+
+    void comeApri()
+    {
+        creaModello(percorso(u"a.tvd"_s));
+        principale->apreArchivio(percorso(u"a.tvd"_s));
+        QCOMPARE(contesto().PercorsoCorrente, percorso(u"a.tvd"_s));
+        QCOMPARE(ultimo()->windowTitle(), u"Archivi File "_s + percorso(u"a.tvd"_s));
+        // Già aperto: un altro visualizzatore, la stessa connessione.
+        principale->apreArchivio(percorso(u"a.tvd"_s));
+        QCOMPARE(principale->visualizzatori().size(), 2);
+        QCOMPARE(archivi().Connessioni.size(), size_t{1});
+    }
+
+    void nonUnArchivio()
+    {
+        principale->apreArchivio(percorso(u"manca.tvd"_s));
+        principale->apreArchivio(cartella->path());
+        QVERIFY(persona->inattese().isEmpty());
+        scriveFile(percorso(u"testo.tvd"_s), "non un archivio");
+        QString detto;
+        persona->poi([&detto](QWidget *finestra) {
+            detto = qobject_cast<QMessageBox *>(finestra)->text();
+            finestra->close();
+        });
+        principale->apreArchivio(percorso(u"testo.tvd"_s));
+        QVERIFY2(detto.startsWith(u"Operazione non riuscita:\n"_s + percorso(u"testo.tvd"_s)),
+                 qUtf8Printable(detto));
+        QVERIFY(principale->visualizzatori().isEmpty());
+        QVERIFY(contesto().PercorsoCorrente.isEmpty());
+    }
+
+private:
+    // Una presa cui nessuno risponde, la più recente di tutte.
+    void abbandona(const QString &nome)
+    {
+        const QByteArray dove = QFile::encodeName(servizio->filePath(u"tarvola/"_s + nome));
+        sockaddr_un indirizzo{};
+        indirizzo.sun_family = AF_UNIX;
+        QVERIFY(static_cast<size_t>(dove.size()) < sizeof indirizzo.sun_path);
+        std::copy(dove.begin(), dove.end(), indirizzo.sun_path);
+        const int presa = ::socket(AF_UNIX, SOCK_STREAM, 0);
+        QVERIFY(presa >= 0);
+        const auto *come = reinterpret_cast<const sockaddr *>(&indirizzo);
+        QCOMPARE(::bind(presa, come, sizeof indirizzo), 0);
+        QCOMPARE(::close(presa), 0);
+        QVERIFY(QFileInfo::exists(QString::fromLocal8Bit(dove)));
+    }
+
+    std::unique_ptr<QTemporaryDir> servizio;
+    std::unique_ptr<Richieste> richieste;
+    std::function<void()> durante;
+    QStringList aperti;
+};
+
+int main(int argc, char **argv)
+{
+    QApplication applicazione(argc, argv);
+    preparaApplicazione(applicazione);
+    TstRichieste prova;
+    return QTest::qExec(&prova, argc, argv);
+}
+
+#include "tst_richieste.moc"
