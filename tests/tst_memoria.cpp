@@ -1,0 +1,173 @@
+#include "app/area.h"
+#include "app/avvio.h"
+#include "platform/memoria_finestre.h"
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QMdiSubWindow>
+#include <QScreen>
+#include <QStandardItemModel>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+const QString nome = u"prova"_s;
+
+// Mostra una finestra come farebbe il programma, la porta alle misure date e la chiude.
+void usaECambia(const QSize &misure)
+{
+    QWidget finestra;
+    finestra.resize(300, 200);
+    memoria::ricordaFinestra(&finestra, nome);
+    finestra.show();
+    finestra.resize(misure);
+    finestra.close();
+}
+
+QSize misureRese()
+{
+    QWidget finestra;
+    finestra.resize(300, 200);
+    memoria::ricordaFinestra(&finestra, nome);
+    return finestra.size();
+}
+
+struct Elenco {
+    explicit Elenco(int colonne) : modello(1, colonne)
+    {
+        vista.setModel(&modello);
+        memoria::ricordaColonne(vista.horizontalHeader(), nome);
+    }
+    QStandardItemModel modello;
+    QTableView vista;
+};
+
+} // namespace
+
+class TestMemoria : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        cartella = std::make_unique<QTemporaryDir>();
+        riapre();
+    }
+    void cleanup() { memoria::usaFile({}); }
+
+    void leMisureTornano()
+    {
+        usaECambia({420, 310});
+        riapre();
+        QCOMPARE(misureRese(), QSize(420, 310));
+    }
+
+    // Chi non ha toccato la finestra ne segue le misure, che possono cambiare col carattere.
+    void unaFinestraNonToccataNonSiRicorda()
+    {
+        usaECambia({300, 200});
+        QVERIFY(!memoria::valore(u"finestre/"_s + nome).isValid());
+    }
+
+    void unoSchermoPiuPiccoloBasta()
+    {
+        const QSize schermo = QGuiApplication::primaryScreen()->availableSize();
+        usaECambia(schermo * 3);
+        const QSize rese = misureRese();
+        QVERIFY(rese.width() <= schermo.width() && rese.height() <= schermo.height());
+    }
+
+    void unFileRovinatoNonDisturba()
+    {
+        memoria::usaFile({});
+        QFile file(cartella->filePath(u"finestre.ini"_s));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("[finestre]\nprova=@ByteArray(\\x1\\x2niente)\n[colonne]\nprova-3=a b -7\n\xff\xfe");
+        file.close();
+        riapre();
+        QCOMPARE(misureRese(), QSize(300, 200));
+        const Elenco elenco(3);
+        QCOMPARE(elenco.vista.columnWidth(2), Elenco(4).vista.columnWidth(2));
+    }
+
+    void leColonneTornanoSeSonoLeStesse()
+    {
+        const int usuale = Elenco(2).vista.columnWidth(1);
+        {
+            Elenco elenco(2);
+            elenco.vista.setColumnWidth(1, usuale + 57);
+        }
+        riapre();
+        QCOMPARE(Elenco(2).vista.columnWidth(1), usuale + 57);
+        QCOMPARE(Elenco(3).vista.columnWidth(1), usuale);
+    }
+
+    void senzaFileNonSiRicorda()
+    {
+        memoria::usaFile({});
+        usaECambia({420, 310});
+        QCOMPARE(misureRese(), QSize(300, 200));
+    }
+
+    void gliElenchiTornanoAlLoroPosto()
+    {
+        const QRect suo(37, 41, 305, 207);
+        {
+            Area area(nullptr);
+            apre(area)->setGeometry(suo);
+            area.subWindowList().constFirst()->close();
+        }
+        riapre();
+        Area area(nullptr);
+        QMdiSubWindow *finestra = apre(area);
+        QCOMPARE(finestra->geometry(), suo);
+        // La seconda con lo stesso nome non copre la prima.
+        QVERIFY(apre(area)->geometry() != suo);
+    }
+
+    void gliElenchiRestanoDentroLArea()
+    {
+        {
+            Area area(nullptr);
+            apre(area)->setGeometry(500, 400, 900, 700);
+            area.ricordaPosti();
+        }
+        Area area(nullptr);
+        const QMdiSubWindow *finestra = apre(area);
+        QVERIFY(area.viewport()->rect().contains(finestra->geometry()));
+    }
+
+private:
+    void riapre() const
+    {
+        memoria::usaFile({});
+        memoria::usaFile(cartella->filePath(u"finestre.ini"_s));
+    }
+
+    static QMdiSubWindow *apre(Area &area)
+    {
+        area.resize(640, 480);
+        area.show();
+        QMdiSubWindow *finestra = area.addSubWindow(new QWidget);
+        area.colloca(finestra, u"Voci"_s);
+        return finestra;
+    }
+
+    std::unique_ptr<QTemporaryDir> cartella;
+};
+
+int main(int argc, char **argv)
+{
+    QApplication applicazione(argc, argv);
+    preparaApplicazione(applicazione);
+    TestMemoria prova;
+    return QTest::qExec(&prova, argc, argv);
+}
+
+#include "tst_memoria.moc"
