@@ -2,11 +2,14 @@
 
 #include <QEvent>
 #include <QHeaderView>
+#include <QScreen>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QTimer>
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 
 namespace memoria
 {
@@ -27,8 +30,7 @@ std::unique_ptr<QSettings> &file()
 class AllaChiusura : public QObject
 {
 public:
-    AllaChiusura(QWidget *finestra, QString chiave)
-        : QObject(finestra), m_chiave(std::move(chiave))
+    AllaChiusura(QWidget *finestra, QString chiave) : QObject(finestra), m_chiave(std::move(chiave))
     {
         finestra->installEventFilter(this);
     }
@@ -36,19 +38,31 @@ public:
     bool eventFilter(QObject *oggetto, QEvent *evento) override
     {
         auto *finestra = qobject_cast<QWidget *>(oggetto);
-        const bool mostrata = evento->type() == QEvent::Show && !evento->spontaneous();
-        if (mostrata)
-            m_mostrata = finestra->saveGeometry();
-        const bool chiusa = evento->type() == QEvent::Hide && !evento->spontaneous();
-        // Una finestra che l'utente non ha toccato tiene le misure sue, che seguono il carattere.
-        if (chiusa && finestra->saveGeometry() != m_mostrata)
+        if (evento->type() == QEvent::Show && !evento->spontaneous()) {
+            m_misure = finestra->size();
+            m_stato = finestra->windowState();
+        }
+        // Solo una finestra attiva ha il posto che le hanno dato il gestore e il programma.
+        if (evento->type() == QEvent::WindowActivate && !m_posto)
+            QTimer::singleShot(0, this, [this, finestra] { m_posto = finestra->pos(); });
+        if (evento->type() == QEvent::Hide && !evento->spontaneous() && cambiata(finestra))
             ricorda(m_chiave, finestra->saveGeometry());
         return false;
     }
 
 private:
+    // Una finestra che l'utente non ha toccato tiene le misure sue, che seguono il carattere.
+    bool cambiata(const QWidget *finestra) const
+    {
+        return finestra->size() != m_misure ||
+               (finestra->windowState() & Qt::WindowMaximized) != (m_stato & Qt::WindowMaximized) ||
+               (m_posto && *m_posto != finestra->pos());
+    }
+
     QString m_chiave;
-    QByteArray m_mostrata;
+    QSize m_misure;
+    Qt::WindowStates m_stato;
+    std::optional<QPoint> m_posto;
 };
 
 QString larghezze(const QHeaderView *colonne)
@@ -75,8 +89,8 @@ void rendeLarghezze(QHeaderView *colonne, const QString &testo)
 
 void usaFile(const QString &percorso)
 {
-    file() = percorso.isEmpty() ? nullptr
-                                : std::make_unique<QSettings>(percorso, QSettings::IniFormat);
+    file() =
+        percorso.isEmpty() ? nullptr : std::make_unique<QSettings>(percorso, QSettings::IniFormat);
 }
 
 QString fileDellUtente()
@@ -100,6 +114,8 @@ void ricordaFinestra(QWidget *finestra, const QString &nome)
 {
     const QString chiave = QStringLiteral("finestre/") + nome;
     finestra->restoreGeometry(valore(chiave).toByteArray());
+    if (!finestra->isMaximized())
+        finestra->resize(finestra->size().boundedTo(finestra->screen()->availableSize()));
     new AllaChiusura(finestra, chiave);
 }
 

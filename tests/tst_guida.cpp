@@ -30,8 +30,9 @@ QString contenuto(const QString &pagina)
 
 QStringList pagineNellIndice()
 {
+    const GuidaPagine guida(cartella);
     QStringList tutte;
-    for (const auto &pagina : GuidaPagine(cartella).pagine())
+    for (const auto &pagina : guida.pagine())
         tutte.append(pagina.file);
     return tutte;
 }
@@ -49,10 +50,11 @@ QStringList trovate(const QString &parole)
 QString categorie(int tipo)
 {
     const std::pair<int, QString> nomi[] = {
-        {1, u"archivio"_s},    {2, u"registro"_s},   {4, u"battesimo"_s},
-        {8, u"matrimonio"_s},  {16, u"morte"_s},     {256, u"individuo"_s},
-        {512, u"famiglia"_s},  {1024, u"evento"_s},  {2048, u"operatore"_s},
-        {4096, u"indirizzo e recapito"_s}};
+        {1, u"archivio"_s},     {2, u"registro"_s},
+        {4, u"battesimo"_s},    {8, u"matrimonio"_s},
+        {16, u"morte"_s},       {256, u"individuo"_s},
+        {512, u"famiglia"_s},   {1024, u"evento"_s},
+        {2048, u"operatore"_s}, {4096, u"indirizzo e recapito"_s}};
     QStringList sue;
     for (const auto &[valore, nome] : nomi) {
         if (tipo / valore % 2 == 1)
@@ -60,7 +62,7 @@ QString categorie(int tipo)
     }
     if (sue.isEmpty())
         return tipo == 0 ? u"tipo di registro"_s : u"si vede soltanto"_s;
-    return sue.size() == std::size(nomi) ? u"ogni finestra"_s : sue.join(u", "_s);
+    return sue.size() == std::ssize(nomi) ? u"ogni finestra"_s : sue.join(u", "_s);
 }
 
 VistaGuida *vista(const QWidget *guida)
@@ -143,9 +145,8 @@ private slots:
         int quanti = 0;
         modTarvola::connessione().leggi(
             {u"SELECT Codice, L1, Tipo FROM Traduzioni"_s, {}, {}}, [&](const ado::Riga &riga) {
-                const QString attesa =
-                    u"<tr><td>%1</td><td>%2</td><td>%3</td></tr>"_s.arg(
-                        riga.testo(0), riga.testo(1), categorie(riga.testo(2).toInt()));
+                const QString attesa = u"<tr><td>%1</td><td>%2</td><td>%3</td></tr>"_s.arg(
+                    riga.testo(0), riga.testo(1), categorie(riga.testo(2).toInt()));
                 if (!pagina.contains(attesa))
                     QTest::qFail(qUtf8Printable(attesa), __FILE__, __LINE__);
                 ++quanti;

@@ -88,7 +88,8 @@ private slots:
         memoria::usaFile({});
         QFile file(cartella->filePath(u"finestre.ini"_s));
         QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("[finestre]\nprova=@ByteArray(\\x1\\x2niente)\n[colonne]\nprova-3=a b -7\n\xff\xfe");
+        file.write(
+            "[finestre]\nprova=@ByteArray(\\x1\\x2niente)\n[colonne]\nprova-3=a b -7\n\xff\xfe");
         file.close();
         riapre();
         QCOMPARE(misureRese(), QSize(300, 200));
