@@ -86,8 +86,8 @@ void fmTabella::Form_Load()
     setWindowTitle(proprieta.TipoTabella);
     adoTabella->apre();
     vaiAllaRiga(0);
-    adattaColonne();
     memoria::ricordaColonne(DataGrid1->horizontalHeader(), proprieta.TipoTabella);
+    adattaColonne();
 }
 
 // Le colonne si adattano alle prime righe, mai a tutte; un testo lungo non caccia le altre.
@@ -96,14 +96,14 @@ void fmTabella::adattaColonne()
     constexpr int righeGuardate = 40;
     const int massima = fontMetrics().averageCharWidth() * 60;
     const int bordo = fontMetrics().averageCharWidth() * 3;
-    for (int colonna = 0; colonna < adoTabella->columnCount(); ++colonna) {
+    memoria::adattaColonne(DataGrid1->horizontalHeader(), [&](int colonna) {
         int larga = DataGrid1->horizontalHeader()->sectionSizeHint(colonna);
         for (int riga = 0; riga < qMin(righeGuardate, adoTabella->rowCount()); ++riga) {
             const QString testo = adoTabella->index(riga, colonna).data().toString();
             larga = qMax(larga, fontMetrics().horizontalAdvance(testo) + bordo);
         }
-        DataGrid1->setColumnWidth(colonna, qMin(larga, massima));
-    }
+        return qMin(larga, massima);
+    });
 }
 
 bool fmTabella::vuota() const
@@ -139,7 +139,11 @@ void fmTabella::rilegge(const QString &codiceDaScegliere)
 {
     const int prima = rigaCorrente();
     const qint64 chiave = prima < 0 ? -1 : adoTabella->chiave(prima);
+    const bool eraVuota = vuota();
     adoTabella->rilegge();
+    // Le larghezze di un elenco vuoto non dicono nulla delle righe che ora ci sono.
+    if (eraVuota)
+        adattaColonne();
     int riga = codiceDaScegliere.isEmpty() ? -1 : adoTabella->rigaDi(codiceDaScegliere);
     if (riga < 0)
         riga = adoTabella->rigaDiChiave(chiave);

@@ -73,11 +73,16 @@ QString larghezze(const QHeaderView *colonne)
     return tutte.join(u' ');
 }
 
+// Proprietà della testata: le larghezze sono dell'utente; le sta cambiando il programma.
+constexpr const char *dellUtente = "larghezzeDellUtente";
+constexpr const char *inAdattamento = "larghezzeInAdattamento";
+
 void rendeLarghezze(QHeaderView *colonne, const QString &testo)
 {
     const QStringList tutte = testo.split(u' ', Qt::SkipEmptyParts);
-    if (tutte.size() != colonne->count())
+    if (tutte.isEmpty() || tutte.size() != colonne->count())
         return;
+    colonne->setProperty(dellUtente, true);
     for (int i = 0; i < colonne->count(); ++i) {
         const int larga = tutte.at(i).toInt();
         if (larga >= colonnaMinima && larga <= colonnaMassima)
@@ -123,8 +128,22 @@ void ricordaColonne(QHeaderView *colonne, const QString &nome)
 {
     const QString chiave = QStringLiteral("colonne/%1-%2").arg(nome).arg(colonne->count());
     rendeLarghezze(colonne, valore(chiave).toString());
-    QObject::connect(colonne, &QHeaderView::sectionResized, colonne,
-                     [colonne, chiave] { ricorda(chiave, larghezze(colonne)); });
+    QObject::connect(colonne, &QHeaderView::sectionResized, colonne, [colonne, chiave] {
+        if (colonne->property(inAdattamento).toBool())
+            return;
+        colonne->setProperty(dellUtente, true);
+        ricorda(chiave, larghezze(colonne));
+    });
+}
+
+void adattaColonne(QHeaderView *colonne, const std::function<int(int)> &larghezza)
+{
+    if (colonne->property(dellUtente).toBool())
+        return;
+    colonne->setProperty(inAdattamento, true);
+    for (int i = 0; i < colonne->count(); ++i)
+        colonne->resizeSection(i, larghezza(i));
+    colonne->setProperty(inAdattamento, false);
 }
 
 } // namespace memoria

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QVariant>
 
+#include <functional>
+
 class QHeaderView;
 class QWidget;
 
@@ -27,5 +29,8 @@ void ricordaFinestra(QWidget *finestra, const QString &nome);
 // Lo stesso per le larghezze delle colonne, che si ricordano appena l'utente ne cambia una. Quelle
 // di un elenco con un altro numero di colonne non valgono.
 void ricordaColonne(QHeaderView *colonne, const QString &nome);
+// Dà a ogni colonna la larghezza che il programma sceglie, in punti; non si ricorda, e non tocca
+// quelle che l'utente ha scelto.
+void adattaColonne(QHeaderView *colonne, const std::function<int(int)> &larghezza);
 
 } // namespace memoria

@@ -109,6 +109,28 @@ private slots:
         QCOMPARE(Elenco(3).vista.columnWidth(1), usuale);
     }
 
+    void leColonneAdattateNonSonoDellUtente()
+    {
+        const auto larghe = [](int) { return 77; };
+        {
+            Elenco elenco(2);
+            memoria::adattaColonne(elenco.vista.horizontalHeader(), larghe);
+            QCOMPARE(elenco.vista.columnWidth(1), 77);
+        }
+        riapre();
+        {
+            Elenco elenco(2);
+            QVERIFY(elenco.vista.columnWidth(1) != 77);
+            elenco.vista.setColumnWidth(0, 88);
+            memoria::adattaColonne(elenco.vista.horizontalHeader(), larghe);
+            QCOMPARE(elenco.vista.columnWidth(0), 88);
+        }
+        riapre();
+        Elenco elenco(2);
+        memoria::adattaColonne(elenco.vista.horizontalHeader(), larghe);
+        QCOMPARE(elenco.vista.columnWidth(0), 88);
+    }
+
     void senzaFileNonSiRicorda()
     {
         memoria::usaFile({});
