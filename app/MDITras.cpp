@@ -28,7 +28,8 @@ MDITras::MDITras()
               proprieta.ConOperatore = contesto().OperatoreCorrente;
               apre(proprieta);
           },
-          [this](const ado::Connection *connessione) { chiudeFinestre(connessione); })
+          [this](const ado::Connection *connessione) { chiudeFinestre(connessione); }),
+      m_custodia(this, m_archivi)
 {
     avviaContesto();
     setObjectName(QStringLiteral("MDITras"));
@@ -142,8 +143,14 @@ void MDITras::SubFileItem_Click(int voce)
         case 2:
             m_archivi.nuovo();
             break;
+        case 3:
+            m_custodia.compatta();
+            break;
+        case 4:
+            m_custodia.backUp();
+            break;
         default:
-            messaggi::avvisa(this, QStringLiteral("Questo comando non è ancora disponibile"));
+            m_custodia.recupera();
             break;
         }
     });

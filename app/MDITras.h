@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/archivi_file.h"
+#include "app/custodia.h"
 #include "browser/fmTabella.h"
 
 #include <QMainWindow>
@@ -46,4 +47,5 @@ private:
     QMenu *AiutoItem = nullptr;
     QPointer<QMdiSubWindow> m_attiva;
     ArchiviFile m_archivi;
+    Custodia m_custodia;
 };

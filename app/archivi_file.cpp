@@ -5,6 +5,7 @@
 #include "app/fmLogin.h"
 #include "db/connessioni.h"
 #include "db/conversione.h"
+#include "db/custodia.h"
 #include "platform/dialoghi.h"
 #include "platform/messaggi.h"
 #include "platform/shell.h"
@@ -52,10 +53,14 @@ ArchiviFile::ArchiviFile(QWidget *finestra, std::function<void()> apreArchivi,
 
 void ArchiviFile::apri()
 {
-    const QString percorso =
-        dialoghi::apriFile(m_finestra, sceltaArchivio(QStringLiteral("Apri un file")));
+    const QString percorso = scegli(QStringLiteral("Apri un file"));
     if (!percorso.isEmpty())
         apreCorrente(percorso);
+}
+
+QString ArchiviFile::scegli(const QString &titolo) const
+{
+    return dialoghi::apriFile(m_finestra, sceltaArchivio(titolo));
 }
 
 void ArchiviFile::apreCorrente(const QString &percorso)
@@ -98,20 +103,25 @@ void ArchiviFile::nuovo()
         vecchio = nelCestino(presente);
         if (vecchio.isEmpty())
             return;
+    } else {
+        // Il giornale di un file che non c'è più si applicherebbe a quello che ne prende il nome.
+        seguitaIlGiornale(percorso, percorso + QStringLiteral(" (vecchio)"));
     }
     const shell::Esito copia =
         shell::OperazioneFile(QStringLiteral("Copia"), modello, percorso, false);
     if (copia.stato != 0) {
         // Il vecchio archivio torna al suo posto: senza il nuovo, non era da sostituire.
-        if (!vecchio.isEmpty())
+        if (!vecchio.isEmpty()) {
             shell::OperazioneFile(QStringLiteral("Muovi"), vecchio, presente, false);
+            seguitaIlGiornale(vecchio, presente);
+        }
         messaggi::riferisceErrore(m_finestra, percorso + u'\n' + copia.motivo);
         return;
     }
     apreCorrente(percorso);
 }
 
-bool ArchiviFile::consenteLoSpostamento(const QString &percorso)
+bool ArchiviFile::consenteLoSpostamento(const QString &percorso) const
 {
     return messaggi::avverte(m_finestra,
                              QStringLiteral("Attenzione! Il vecchio file\n") + percorso +
@@ -127,13 +137,17 @@ QString ArchiviFile::nelCestino(const QString &percorso)
         return {};
     }
     const QString arrivo = cestino + shell::NomeFileDaPercorso(percorso);
+    // Spostato sotto un altro programma, il file e quello che ne prende il nome si rovinerebbero.
     const shell::Esito esito =
-        shell::OperazioneFile(QStringLiteral("Muovi"), percorso, arrivo, true);
+        usatoDaAltri(percorso)
+            ? shell::Esito{1, {}, {}}
+            : shell::OperazioneFile(QStringLiteral("Muovi"), percorso, arrivo, true);
     if (esito.stato != 0) {
         messaggi::avvisa(m_finestra, QStringLiteral("Trasferimeto fallito del file") + percorso);
         return {};
     }
     const QString avvenuto = esito.nuovoNome.isEmpty() ? arrivo : esito.nuovoNome;
+    seguitaIlGiornale(percorso, avvenuto);
     messaggi::avvisa(m_finestra, QStringLiteral("Il file\n") + percorso +
                                      QStringLiteral("\nè stato rinominato\n") + avvenuto);
     return avvenuto;

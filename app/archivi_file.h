@@ -20,14 +20,18 @@ public:
     // Apre l'archivio, lo rende corrente e ne mostra gli archivi; un guasto diventa un messaggio.
     void apreCorrente(const QString &percorso);
 
-private:
+    // Fa scegliere un archivio che esiste; vuoto se non se ne sceglie nessuno.
+    QString scegli(const QString &titolo) const;
     // Chiude il file se è aperto: -1 non lo era, -2 l'utente lo tiene aperto, altrimenti il posto
     // della connessione chiusa.
     long ChiudiSeInUso(const QString &percorso);
+    // Avverte che il file sarà spostato nel Cestino; vero se si procede.
+    bool consenteLoSpostamento(const QString &percorso) const;
+
+private:
     // Sposta un file nel Cestino e dice dove; vuoto se non si è potuto. `avvenuto` è il percorso
     // nel Cestino.
     QString nelCestino(const QString &percorso);
-    bool consenteLoSpostamento(const QString &percorso);
 
     QWidget *m_finestra;
     std::function<void()> m_apreArchivi;

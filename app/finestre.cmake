@@ -12,6 +12,8 @@ target_sources(
           app/contesto.h
           app/conversione_archivio.cpp
           app/conversione_archivio.h
+          app/custodia.cpp
+          app/custodia.h
           app/finestre.cpp
           app/finestre.h
           app/fmChiudi.cpp

@@ -8,11 +8,20 @@
 namespace modTarvola
 {
 
+QString numeroRiservato(const QString &tabella)
+{
+    return QStringLiteral("numero ") + tabella;
+}
+
 QString NuovoCodice(const QString &tabella)
 {
+    // In un archivio riparato i numeri ripartono sopra quelli che le righe salvate nominano ancora.
     const QVariant massimo = connessione().valore(
-        {QStringLiteral("SELECT max(CAST(substr(Codice, 2) AS INTEGER)) FROM %1").arg(tabella),
-         {},
+        {QStringLiteral("SELECT max(coalesce((SELECT max(CAST(substr(Codice, 2) AS INTEGER)) "
+                        "FROM %1), 0), coalesce((SELECT CAST(Valore AS INTEGER) FROM Protezione "
+                        "WHERE Nome = ?), 0))")
+             .arg(tabella),
+         {numeroRiservato(tabella)},
          {}});
     // I codici sono interi lunghi: oltre, gli altri lettori del formato non li capirebbero.
     if (massimo.toLongLong() >= std::numeric_limits<qint32>::max())

@@ -9,6 +9,8 @@ namespace modTarvola
 // Il codice di una riga nuova della tabella: la sua lettera e il numero più alto più uno. Va preso
 // dentro la transazione che scrive la riga.
 QString NuovoCodice(const QString &tabella);
+// Il nome sotto cui sta il numero dal quale, anche senza record, i codici della tabella proseguono.
+QString numeroRiservato(const QString &tabella);
 // Fa sì che il record sia legato all'operatore; senza operatore ("") non fa nulla.
 void CollegaOperatore(ado::Connection &connessione, const QString &operatore,
                       const QString &record);

@@ -16,6 +16,8 @@ target_sources(
           db/conversione.h
           db/corrispondenza.cpp
           db/corrispondenza.h
+          db/custodia.cpp
+          db/custodia.h
           db/elenco.cpp
           db/elenco.h
           db/eliminazione.cpp
@@ -29,5 +31,9 @@ target_sources(
           db/operatori.h
           db/orfani.cpp
           db/orfani.h
+          db/salvati.cpp
+          db/salvati.h
           db/schema.cpp
-          db/schema.h)
+          db/schema.h
+          db/versioni.cpp
+          db/versioni.h)

@@ -2,6 +2,7 @@
 
 #include "db/modello.h"
 #include "db/orfani.h"
+#include "db/versioni.h"
 
 namespace modTarvola
 {
@@ -77,6 +78,9 @@ const char *const istruzioni[] = {
     "CREATE TABLE Traduzioni (Codice INTEGER PRIMARY KEY, Tipo INTEGER NOT NULL, L1 TEXT)",
 };
 
+// La prima versione non viene da nessun'altra; chi ne fa una nuova aggiunge qui il suo passaggio.
+constexpr std::span<const Passaggio> passaggi;
+
 } // namespace
 
 const QStringList &tabelleConCodice()
@@ -133,15 +137,12 @@ void creaSchema(ado::Connection &connessione)
 
 void verificaSchema(ado::Connection &connessione)
 {
-    const int versione =
-        connessione.valore({QStringLiteral("PRAGMA user_version"), {}, {}}).toInt();
-    if (versione > versioneSchema) {
-        throw ado::Errore(ado::Causa::NonArchivio,
-                          QStringLiteral("l'archivio è della versione %1, più nuova di questo "
-                                         "programma (versione %2)")
-                              .arg(versione)
-                              .arg(versioneSchema));
-    }
+    portaAllaVersione(connessione, passaggi, versioneSchema);
+    verificaTabelle(connessione);
+}
+
+void verificaTabelle(ado::Connection &connessione)
+{
     for (const QString &tabella : tabelle()) {
         const QVariant presente = connessione.valore(
             {QStringLiteral("SELECT 1 FROM sqlite_schema WHERE type = 'table' AND name = ?"),

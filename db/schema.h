@@ -18,7 +18,10 @@ QString tabellaDiCodice(const QString &codice);
 
 // Crea tabelle, indici, password e tavola dei generi in un file vuoto.
 void creaSchema(ado::Connection &connessione);
-// Fallisce con Errore se il file non ha le tabelle, o è di una versione più nuova.
+// Porta alla versione corrente un file di una versione precedente. Fallisce con Errore se è di una
+// più nuova o non ha le tabelle.
 void verificaSchema(ado::Connection &connessione);
+// Fallisce con Errore se il file non ha le tabelle.
+void verificaTabelle(ado::Connection &connessione);
 
 } // namespace modTarvola

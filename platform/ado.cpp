@@ -1,5 +1,7 @@
 #include "platform/ado.h"
 
+#include "platform/presa.h"
+
 #include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
@@ -19,6 +21,11 @@ constexpr qsizetype pronteAlMassimo = 100;
 
 Causa causaDi(int esito)
 {
+    // Un settore che il disco non rende più è un danno al file come un altro.
+    if (esito == SQLITE_IOERR_READ || esito == SQLITE_IOERR_SHORT_READ)
+        return Causa::Danneggiato;
+    if (esito == SQLITE_READONLY_DBMOVED)
+        return Causa::Spostato;
     switch (esito & 0xff) {
     case SQLITE_NOTADB:
         return Causa::NonArchivio;
@@ -50,13 +57,16 @@ QString spiegazione(Causa causa)
     case Causa::NonArchivio:
         return QStringLiteral("il file non è un archivio di Tarvola");
     case Causa::Occupato:
-        return QStringLiteral("il file è bloccato da un altro programma");
+        return QStringLiteral("il file è bloccato da un altro programma; riprovare tra poco");
     case Causa::Danneggiato:
         return QStringLiteral("il file è danneggiato");
     case Causa::SolaLettura:
         return QStringLiteral("il file è di sola lettura");
     case Causa::DiscoPieno:
         return QStringLiteral("il disco è pieno");
+    case Causa::Spostato:
+        return QStringLiteral("il file è stato spostato o sostituito da un altro programma; "
+                              "chiudere e riaprire Tarvola");
     case Causa::Illeggibile:
         return QStringLiteral("il file non può essere letto");
     default:
@@ -232,6 +242,8 @@ private:
     sqlite3_stmt *m_istruzione;
 };
 
+Connection::Connection() = default;
+
 Connection::~Connection()
 {
     Close();
@@ -251,7 +263,12 @@ void Connection::Open(const QString &stringa, const QString & /*utente*/,
     if (!info.isReadable())
         throw Errore(Causa::Illeggibile, QStringLiteral("manca il permesso di leggere il file"));
     try {
-        apriBase(percorso, SQLITE_OPEN_READWRITE);
+        // Il file può essere sostituito proprio mentre lo si apre.
+        do {
+            Close();
+            m_presa = std::make_unique<Presa>(percorso);
+            apriBase(percorso, SQLITE_OPEN_READWRITE);
+        } while (!m_presa->attuale(percorso));
         verificaFormato(passwordDi(stringa));
     } catch (...) {
         Close();
@@ -308,6 +325,7 @@ void Connection::Close()
     m_pronte.clear();
     sqlite3_close_v2(m_base);
     m_base = nullptr;
+    m_presa.reset();
 }
 
 QString Connection::Properties(QStringView nome) const

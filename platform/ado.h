@@ -7,8 +7,10 @@
 #include <QVariant>
 
 #include <functional>
+#include <memory>
 #include <stdexcept>
 
+class Presa;
 struct sqlite3;
 struct sqlite3_stmt;
 
@@ -28,6 +30,8 @@ enum class Causa {
     SolaLettura,
     DiscoPieno,
     Chiusa,
+    Spostato,
+    VersioneNuova,
     Interrotto
 };
 
@@ -77,7 +81,7 @@ private:
 class Connection
 {
 public:
-    Connection() = default;
+    Connection();
     ~Connection();
     Connection(const Connection &) = delete;
     Connection &operator=(const Connection &) = delete;
@@ -119,6 +123,7 @@ private:
     [[noreturn]] void fallisci(int esito) const;
 
     sqlite3 *m_base = nullptr;
+    std::unique_ptr<Presa> m_presa;
     QString m_percorso;
     QHash<QString, sqlite3_stmt *> m_pronte;
     bool m_sospesa = false;

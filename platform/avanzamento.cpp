@@ -45,7 +45,8 @@ bool compie(QWidget *sopra, const QString &titolo, const std::function<void(cons
     QElapsedTimer dallUltimo;
     dallUltimo.start();
     lavoro([&](qint64 fatto, qint64 totale) {
-        if (dallUltimo.elapsed() >= intervallo && totale > 0) {
+        // Annullata, un valore nuovo la farebbe ricomparire.
+        if (!finestra.wasCanceled() && dallUltimo.elapsed() >= intervallo && totale > 0) {
             finestra.setValue(static_cast<int>(fatto * parti / totale));
             dallUltimo.restart();
         }

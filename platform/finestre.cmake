@@ -1,6 +1,6 @@
 target_sources(
   tarvola_finestre
-  PRIVATE platform/avanzamento.cpp platform/avanzamento.h platform/correttore.cpp
+  PRIVATE platform/a_parte.cpp platform/a_parte.h platform/avanzamento.cpp platform/avanzamento.h platform/correttore.cpp
           platform/correttore.h platform/desktop.cpp platform/desktop.h platform/dialoghi.cpp
           platform/dialoghi.h platform/dizionario.cpp platform/dizionario.h
           platform/elaboratore.cpp platform/elaboratore.h platform/finestra_ortografia.cpp

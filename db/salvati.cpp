@@ -1,0 +1,172 @@
+#include "db/salvati.h"
+
+#include "db/codici.h"
+#include "db/schema.h"
+
+#include <QRegularExpression>
+
+#include <limits>
+
+namespace modTarvola
+{
+
+namespace
+{
+
+using pagine::Valore;
+
+const QString tabellaPassword = QStringLiteral("Protezione");
+const QString indiceDelCodice = QStringLiteral("sqlite_autoindex_");
+
+// Le colonne che nominano record di altre tabelle.
+const char *const riferimenti[][2] = {
+    {"Registri", "Archivio"},
+    {"Voci", "Registro"},
+    {"Individui", "Voce"},
+    {"Famiglie", "Voce"},
+    {"FamiglieConiugi", "CodiceFamiglia"},
+    {"FamiglieConiugi", "CodiceIndividuo"},
+    {"FamiglieGenitori", "CodiceFamiglia"},
+    {"FamiglieGenitori", "CodiceIndividuo"},
+    {"Eventi", "IdProprietario"},
+    {"Binari", "IdProprietario"},
+    {"Luoghi", "IdProprietario"},
+    {"Comunicazioni", "IdProprietario"},
+    {"OperatoriContesti", "CodiceOperatore"},
+    {"OperatoriContesti", "CodiceContesto"},
+};
+
+// La tabella il cui codice è questo testo, scritto come lo si dà; vuota se non è un codice.
+QString tabellaDi(const Valore &valore)
+{
+    static const QRegularExpression forma(QStringLiteral("\\A[A-Za-z][1-9][0-9]{0,9}\\z"));
+    if (valore.tipo != Valore::Testo)
+        return {};
+    const QString codice = QString::fromUtf8(valore.byte);
+    return forma.match(codice).hasMatch() ? tabellaDiCodice(codice) : QString();
+}
+
+bool adatta(const QString &tabella, const Valore &primo, const Valore &secondo)
+{
+    if (tabella == tabellaPassword)
+        return primo.tipo == Valore::Testo && secondo.tipo == Valore::Testo &&
+               (primo.byte == "password" || primo.byte.startsWith("numero "));
+    if (tabella == QStringLiteral("Traduzioni"))
+        return primo.intero > 0 && secondo.tipo == Valore::Intero;
+    if (tabella == QStringLiteral("OperatoriContesti"))
+        return tabellaDi(primo) == QStringLiteral("Operatori") && !tabellaDi(secondo).isEmpty();
+    if (tabella == QStringLiteral("FamiglieConiugi") ||
+        tabella == QStringLiteral("FamiglieGenitori"))
+        return tabellaDi(primo) == QStringLiteral("Famiglie") &&
+               tabellaDi(secondo) == QStringLiteral("Individui");
+    return tabellaDi(primo) == tabella;
+}
+
+QByteArray codiceNominato(const QString &tabella, const QString &indice, const Valore &primo)
+{
+    Valore codice = primo;
+    if (primo.tipo == Valore::Intero && indice == tabella + QStringLiteral("Numero")) {
+        codice.tipo = Valore::Testo;
+        codice.byte = tabella.left(1).toLatin1() + QByteArray::number(primo.intero);
+    } else if (!indice.startsWith(indiceDelCodice)) {
+        return {};
+    }
+    return tabellaDi(codice) == tabella ? codice.byte : QByteArray();
+}
+
+QString passwordDi(ado::Connection &connessione)
+{
+    return connessione
+        .valore({QStringLiteral("SELECT Valore FROM Protezione WHERE Nome = 'password'"), {}, {}})
+        .toString();
+}
+
+// Il numero più alto che le righe, o gli indici letti, danno alla tabella.
+qint64 numeroNominato(ado::Connection &connessione, const QString &tabella)
+{
+    qint64 massimo = 0;
+    const auto cerca = [&](const QString &daDove, const QString &colonna, const QString &dove) {
+        const QString numero = QStringLiteral("CAST(substr(%1, 2) AS INTEGER)").arg(colonna);
+        massimo =
+            qMax(massimo, connessione
+                              .valore({QStringLiteral("SELECT max(%1) FROM %2 WHERE %3 AND "
+                                                      "upper(substr(%4, 1, 1)) = ? AND %1 < ?")
+                                           .arg(numero, daDove, dove, colonna),
+                                       {tabella.left(1), std::numeric_limits<qint32>::max()},
+                                       {}})
+                              .toLongLong());
+    };
+    for (const auto &riferimento : riferimenti)
+        cerca(QString::fromUtf8(riferimento[0]), QString::fromUtf8(riferimento[1]),
+              QStringLiteral("1"));
+    cerca(QStringLiteral("temp.attese"), QStringLiteral("codice"),
+          QStringLiteral("tabella = '%1'").arg(tabella));
+    return massimo;
+}
+
+// I codici non ripartono da numeri che le righe salvate nominano ancora: un record nuovo si
+// prenderebbe i loro eventi e i loro testi.
+void riservaNumeri(ado::Connection &connessione)
+{
+    for (const QString &tabella : tabelleConCodice()) {
+        const qint64 nominato = numeroNominato(connessione, tabella);
+        if (nominato > 0)
+            connessione.Execute(
+                {QStringLiteral("INSERT INTO Protezione VALUES (?1, ?2) ON CONFLICT (Nome) DO "
+                                "UPDATE SET Valore = max(CAST(Valore AS INTEGER), ?2)"),
+                 {numeroRiservato(tabella), nominato},
+                 {}});
+    }
+}
+
+// Un file di cui nulla si legge resta com'è; di una versione più nuova non si sanno le tabelle.
+void rifiutaVersione(const QString &danneggiato)
+{
+    const quint32 versione = pagine::File(danneggiato).versione();
+    if (versione > versioneSchema && versione < 1000)
+        throw ado::Errore(ado::Causa::VersioneNuova,
+                          QStringLiteral("l'archivio è della versione %1, più nuova di questo "
+                                         "programma (versione %2)")
+                              .arg(versione)
+                              .arg(versioneSchema));
+}
+
+} // namespace
+
+QList<salvataggio::Conto> salvaArchivio(const QString &danneggiato, const QString &nuovo,
+                                        const provvisorio::Passo &passo)
+{
+    rifiutaVersione(danneggiato);
+    ado::Connection connessione;
+    connessione.Create(nuovo);
+    connessione.Execute({QStringLiteral("PRAGMA synchronous = OFF"), {}, {}});
+    creaSchema(connessione);
+    const QString nostra = passwordDi(connessione);
+    salvataggio::Regole regole{adatta, codiceNominato};
+    regole.adatta = [&nostra](const QString &tabella, const Valore &primo, const Valore &secondo) {
+        const bool sua = adatta(tabella, primo, secondo);
+        if (sua && primo.byte == "password" && secondo.byte != nostra.toUtf8())
+            throw ado::Errore(ado::Causa::PasswordErrata,
+                              QStringLiteral("la password del file è un'altra"));
+        return sua;
+    };
+    QList<salvataggio::Conto> mancanti;
+    qint64 righe = 0;
+    const auto conti = salvataggio::salva(danneggiato, connessione, regole, passo);
+    for (const salvataggio::Conto &conto : conti) {
+        if (!tabelle().contains(conto.tabella))
+            continue;
+        righe += conto.salvate;
+        if (conto.perdute > 0 || conto.almeno)
+            mancanti.append(conto);
+    }
+    if (righe == 0)
+        throw ado::Errore(ado::Causa::Danneggiato,
+                          QStringLiteral("nel file non si legge più nulla di un archivio"));
+    riservaNumeri(connessione);
+    connessione.Close();
+    provvisorio::sincronizza(nuovo);
+    return mancanti;
+}
+
+} // namespace modTarvola

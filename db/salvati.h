@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/ado.h"
+#include "platform/salvataggio.h"
+
+// Il salvataggio di un archivio danneggiato.
+namespace modTarvola
+{
+
+// Scrive in un file nuovo tutto ciò che dell'archivio ancora si legge, e rende i conti delle
+// tabelle da cui manca qualcosa o da cui può mancare. Nel nuovo nessun codice che una riga nomina
+// ancora sarà dato a un altro record. Lancia ado::Errore; con la causa PasswordErrata se il file ha
+// un'altra password, VersioneNuova se è più nuovo, Danneggiato se non se ne legge nulla.
+QList<salvataggio::Conto> salvaArchivio(const QString &danneggiato, const QString &nuovo,
+                                        const provvisorio::Passo &passo);
+
+} // namespace modTarvola

@@ -1,0 +1,172 @@
+#include "faults/campione.h"
+
+#include "db/schema.h"
+
+#include <QCryptographicHash>
+#include <QRandomGenerator>
+
+#include <sqlite3.h>
+
+namespace campione
+{
+
+namespace
+{
+
+void scrive(ado::Connection &connessione, const char *istruzione, const QVariantList &valori)
+{
+    connessione.Execute({QString::fromUtf8(istruzione), valori, {}});
+}
+
+QString codice(char lettera, int numero)
+{
+    return QLatin1Char(lettera) + QString::number(numero);
+}
+
+void scriveVoce(ado::Connection &connessione, int i)
+{
+    const QString voce = codice('V', i);
+    const QString uno = codice('I', 2 * i - 1);
+    const QString altro = codice('I', 2 * i);
+    scrive(connessione, "INSERT INTO Voci VALUES (?, ?, ?, ?, ?, ?, ?)",
+           {voce, codice('R', 1 + i % 3), QStringLiteral("III"), QStringLiteral("1750-03-04"), i,
+            QString::number(i), QStringLiteral("2024-01-01 10:00:00")});
+    for (const QString &persona : {uno, altro})
+        scrive(connessione,
+               "INSERT INTO Individui (Codice, Voce, Nome, Cognome, Soprannome, Ruolo) "
+               "VALUES (?, ?, ?, ?, ?, 1)",
+               {persona, voce, QStringLiteral("Niccolò Giovanni %1").arg(i),
+                QStringLiteral("Zùccari"), QString(i % 70, u'x')});
+    scrive(connessione, "INSERT INTO Famiglie VALUES (?, ?, 8, NULL)", {codice('F', i), voce});
+    scrive(connessione, "INSERT INTO FamiglieConiugi VALUES (?, ?)", {codice('F', i), uno});
+    scrive(connessione, "INSERT INTO FamiglieGenitori VALUES (?, ?)", {codice('F', i), altro});
+    scrive(connessione, "INSERT INTO OperatoriContesti VALUES ('O1', ?)", {voce});
+    scrive(connessione,
+           "INSERT INTO Eventi (Codice, IdProprietario, Tipo, Data, Luogo) VALUES (?, ?, 20, ?, ?)",
+           {codice('E', i), uno, QStringLiteral("1750-03-04"), QStringLiteral("Borgo %1").arg(i)});
+}
+
+void scriveBinario(ado::Connection &connessione, int i)
+{
+    const bool file = i % 2 == 0;
+    constexpr int misure[] = {0, 40, 3000, 5000, 30000, 400000};
+    const int lunghezza = misure[i % 6];
+    QRandomGenerator caso(static_cast<quint32>(i));
+    QByteArray byte(lunghezza, Qt::Uninitialized);
+    for (char &uno : byte)
+        uno = static_cast<char>('a' + caso.bounded(26));
+    scrive(connessione, "INSERT INTO Binari VALUES (?, ?, ?, ?, ?)",
+           {codice('B', i), file ? 14 : 12, codice('V', i), QStringLiteral("carta %1").arg(i),
+            file ? QVariant(byte) : QVariant(QString::fromLatin1(byte))});
+}
+
+QByteArray improntaDi(sqlite3_stmt *riga, int da)
+{
+    QCryptographicHash somma(QCryptographicHash::Sha1);
+    for (int i = da; i < sqlite3_column_count(riga); ++i) {
+        const int tipo = sqlite3_column_type(riga, i);
+        const void *byte =
+            tipo == SQLITE_BLOB ? sqlite3_column_blob(riga, i) : sqlite3_column_text(riga, i);
+        const int quanti = sqlite3_column_bytes(riga, i);
+        somma.addData(QByteArray::number(tipo) + ':' + QByteArray::number(quanti) + ':');
+        if (quanti > 0)
+            somma.addData(QByteArray(static_cast<const char *>(byte), quanti));
+    }
+    return somma.result();
+}
+
+// Dove la riga si ritrova: il codice, o la coppia. Traduzioni ha il suo numero.
+QString chiave(const QString &tabella)
+{
+    if (modTarvola::tabelleConCodice().contains(tabella) || tabella == QStringLiteral("Traduzioni"))
+        return QStringLiteral("Codice");
+    return tabella == QStringLiteral("OperatoriContesti")
+               ? QStringLiteral("CodiceOperatore || '|' || CodiceContesto")
+               : QStringLiteral("CodiceFamiglia || '|' || CodiceIndividuo");
+}
+
+} // namespace
+
+void riempie(ado::Connection &connessione, int voci)
+{
+    ado::Transazione transazione(connessione);
+    scrive(connessione, "INSERT INTO Archivi VALUES ('A1', 'Duomo', NULL, NULL, NULL)", {});
+    scrive(connessione, "INSERT INTO Operatori VALUES ('O1', 'Ada', 'Neri', 'x', 42, NULL)", {});
+    scrive(connessione, "INSERT INTO Luoghi (Codice, IdProprietario) VALUES ('L1', 'A1')", {});
+    scrive(connessione, "INSERT INTO Comunicazioni (Codice, IdProprietario) VALUES ('C1', 'O1')",
+           {});
+    for (int i = 1; i <= 3; ++i)
+        scrive(connessione,
+               "INSERT INTO Registri (Codice, Archivio, Tipo, Titolo) VALUES (?, 'A1', 9, 'B')",
+               {codice('R', i)});
+    for (int i = 1; i <= voci; ++i)
+        scriveVoce(connessione, i);
+    for (int i = 1; i <= qMin(voci, 24); ++i)
+        scriveBinario(connessione, i);
+    transazione.conferma();
+}
+
+QHash<QString, Righe> istantanea(ado::Connection &connessione)
+{
+    QHash<QString, Righe> tutte;
+    for (const QString &tabella : modTarvola::tabelle()) {
+        Righe &righe = tutte[tabella];
+        const QString testo =
+            QStringLiteral("SELECT %1, * FROM %2 NOT INDEXED").arg(chiave(tabella), tabella);
+        sqlite3_stmt *istruzione = nullptr;
+        sqlite3_prepare_v2(connessione.base(), testo.toUtf8().constData(), -1, &istruzione,
+                           nullptr);
+        int esito = SQLITE_OK;
+        while ((esito = sqlite3_step(istruzione)) == SQLITE_ROW)
+            righe.insert(QString::fromUtf8(
+                             reinterpret_cast<const char *>(sqlite3_column_text(istruzione, 0))),
+                         improntaDi(istruzione, 1));
+        sqlite3_finalize(istruzione);
+        if (esito != SQLITE_DONE)
+            throw ado::Errore(ado::Causa::Danneggiato,
+                              QString::fromUtf8(sqlite3_errmsg(connessione.base())));
+    }
+    return tutte;
+}
+
+QHash<QString, Righe> leggibili(const QString &percorso, const QHash<QString, Righe> &prima)
+{
+    QHash<QString, Righe> tutte;
+    sqlite3 *base = nullptr;
+    sqlite3_open_v2(percorso.toUtf8().constData(), &base, SQLITE_OPEN_READONLY, nullptr);
+    for (auto tabella = prima.cbegin(); tabella != prima.cend(); ++tabella) {
+        Righe &righe = tutte[tabella.key()];
+        const bool coppia = chiave(tabella.key()) != QStringLiteral("Codice");
+        const QString nomi = tabella.key() == QStringLiteral("OperatoriContesti")
+                                 ? QStringLiteral("CodiceOperatore = ?1 AND CodiceContesto = ?2")
+                                 : QStringLiteral("CodiceFamiglia = ?1 AND CodiceIndividuo = ?2");
+        const QString dove = coppia ? nomi : QStringLiteral("Codice = ?1");
+        const QString testo = QStringLiteral("SELECT * FROM %1 WHERE %2").arg(tabella.key(), dove);
+        sqlite3_stmt *istruzione = nullptr;
+        if (sqlite3_prepare_v2(base, testo.toUtf8().constData(), -1, &istruzione, nullptr) !=
+            SQLITE_OK)
+            continue;
+        for (auto riga = tabella->cbegin(); riga != tabella->cend(); ++riga) {
+            const QByteArrayList parti = riga.key().toUtf8().split('|');
+            for (qsizetype i = 0; i < parti.size(); ++i)
+                sqlite3_bind_text(istruzione, static_cast<int>(i + 1), parti.at(i).constData(), -1,
+                                  SQLITE_TRANSIENT);
+            if (sqlite3_step(istruzione) == SQLITE_ROW && improntaDi(istruzione, 0) == *riga)
+                righe.insert(riga.key(), *riga);
+            sqlite3_reset(istruzione);
+        }
+        sqlite3_finalize(istruzione);
+    }
+    sqlite3_close(base);
+    return tutte;
+}
+
+qint64 mancano(const Righe &prima, const Righe &dopo)
+{
+    qint64 quante = 0;
+    for (auto riga = prima.cbegin(); riga != prima.cend(); ++riga)
+        quante += dopo.value(riga.key()) == *riga ? 0 : 1;
+    return quante;
+}
+
+} // namespace campione

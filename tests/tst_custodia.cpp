@@ -1,0 +1,380 @@
+#include "comune.h"
+#include "db/codici.h"
+#include "db/custodia.h"
+#include "db/schema.h"
+#include "db/versioni.h"
+#include "faults/campione.h"
+
+#include <QDir>
+#include <QRandomGenerator>
+
+using namespace Qt::StringLiterals;
+using namespace modTarvola;
+
+namespace
+{
+
+bool avanti(qint64 /*fatto*/, qint64 /*totale*/)
+{
+    return true;
+}
+
+QByteArray byteDi(const QString &percorso)
+{
+    QFile file(percorso);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void scrive(const QString &percorso, const QByteArray &byte)
+{
+    QFile file(percorso);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(byte), byte.size());
+}
+
+QHash<QString, campione::Righe> righeDi(const QString &percorso)
+{
+    ado::Connection connessione;
+    connessione.Open(stringaDiConnessione(percorso));
+    if (connessione.valore({u"PRAGMA integrity_check"_s, {}, {}}).toString() != u"ok"_s)
+        throw ado::Errore(ado::Causa::Danneggiato, u"non integro"_s);
+    return campione::istantanea(connessione);
+}
+
+// Tutto ciò che c'è in una cartella: nomi e contenuti.
+QMap<QString, QByteArray> contenuto(const QString &cartella)
+{
+    QMap<QString, QByteArray> file;
+    const QDir dove(cartella);
+    for (const QString &nome : dove.entryList(QDir::Files | QDir::Hidden | QDir::System))
+        file.insert(nome, byteDi(dove.filePath(nome)));
+    for (const QString &nome : dove.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+        file.insert(nome + u'/', {});
+    return file;
+}
+
+} // namespace
+
+class TstCustodia : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<QTemporaryDir> m_cartella;
+    QString m_percorso;
+    QByteArray m_sano;
+    QHash<QString, campione::Righe> m_prima;
+
+    QString accanto(const QString &nome) const { return m_cartella->filePath(nome); }
+    QString cestino(const QString &nome = {}) const { return accanto(u"Cestino/"_s + nome); }
+
+private slots:
+    void initTestCase()
+    {
+        const ArchivioDiProva archivio;
+        campione::riempie(connessione(), 60);
+        // Qualcosa di cancellato, perché ci siano pagine libere con righe che non devono tornare.
+        esegui(u"DELETE FROM Eventi WHERE CAST(substr(Codice, 2) AS INTEGER) BETWEEN 20 AND 30"_s);
+        esegui(u"DELETE FROM Binari WHERE Codice IN ('B6', 'B11')"_s);
+        m_prima = campione::istantanea(connessione());
+        connessione().Close();
+        m_sano = byteDi(archivio.percorso());
+    }
+
+    void init()
+    {
+        avviaArchivi();
+        m_cartella = std::make_unique<QTemporaryDir>();
+        m_percorso = accanto(u"prova.tvd"_s);
+        scrive(m_percorso, m_sano);
+    }
+
+    void compattaETieneTutto()
+    {
+        Compattato esito = compattaArchivio(m_percorso, cestino(), avanti);
+        QVERIFY(!esito.riparato);
+        QCOMPARE(QFileInfo(esito.nelCestino), QFileInfo(cestino(u"prova.tvd"_s)));
+        QCOMPARE(byteDi(esito.nelCestino), m_sano);
+        QCOMPARE(righeDi(m_percorso), m_prima);
+        QVERIFY(QFileInfo(m_percorso).size() < m_sano.size());
+        esito = compattaArchivio(m_percorso, cestino(), avanti);
+        QCOMPARE(QFileInfo(esito.nelCestino).fileName(), u"prova (2).tvd"_s);
+        QCOMPARE(righeDi(m_percorso), m_prima);
+        QCOMPARE(contenuto(m_cartella->path()).keys(),
+                 QStringList({u"Cestino/"_s, u"prova.tvd"_s}));
+    }
+
+    // Ogni pagina del file, una per volta, vuota o piena di byte a caso.
+    void salvaDaOgniPaginaRotta_data()
+    {
+        QTest::addColumn<int>("modo");
+        QTest::newRow("vuota") << 0;
+        QTest::newRow("a caso") << 1;
+        QTest::newRow("di un'altra tabella") << 2;
+    }
+    void salvaDaOgniPaginaRotta()
+    {
+        QFETCH(int, modo);
+        QRandomGenerator caso(7);
+        const auto pagine = static_cast<int>(m_sano.size() / 4096);
+        for (int pagina = 0; pagina<pagine; pagina += pagina> 55 ? 45 : modo == 0 ? 1 : 3) {
+            QByteArray rotto = m_sano;
+            for (int i = 0; i < 4096; ++i)
+                rotto[pagina * 4096 + i] =
+                    modo == 0   ? '\0'
+                    : modo == 1 ? static_cast<char>(caso.bounded(256))
+                                : m_sano.at((pagina + 1 + pagina % 7) % pagine * 4096 + i);
+            scrive(m_percorso, rotto);
+            // Una coppia copiata da un'altra tabella di coppie non si distingue dalle sue.
+            verificaSalvato(qPrintable(u"pagina %1"_s.arg(pagina + 1)), modo == 2);
+        }
+    }
+
+    void salvaDaUnFileTronco()
+    {
+        for (qsizetype resta = 4096; resta < m_sano.size(); resta += 97 * 1000) {
+            scrive(m_percorso, m_sano.left(resta));
+            verificaSalvato(qPrintable(u"%1 byte"_s.arg(resta)));
+        }
+    }
+
+    // Un record nuovo non eredita ciò che una riga salvata dice di uno perduto.
+    void iCodiciNuoviNonSonoDiNessuno()
+    {
+        // Restano eventi, coppie e testi degli individui, ma nessun individuo né il suo indice.
+        {
+            ado::Connection connessione;
+            connessione.Open(stringaDiConnessione(m_percorso));
+            connessione.Execute(
+                {u"UPDATE Binari SET IdProprietario = 'I998' WHERE Codice = 'B2'"_s, {}, {}});
+        }
+        QByteArray rotto = byteDi(m_percorso);
+        for (const char *albero : {"Individui", "sqlite_autoindex_Individui_1", "IndividuiNumero"})
+            rotto.replace((radice(albero) - 1) * 4096, 4096, QByteArray(4096, 'x'));
+        scrive(m_percorso, rotto);
+        const Compattato esito = compattaArchivio(m_percorso, cestino(), avanti);
+        QVERIFY(esito.riparato);
+        ApriArchivio(m_percorso);
+        QCOMPARE(NuovoCodice(u"Individui"_s), u"I999"_s);
+        QCOMPARE(NuovoCodice(u"Voci"_s), u"V61"_s);
+        // E così resta anche dopo un'altra compattazione.
+        connessione().Close();
+        compattaArchivio(m_percorso, cestino(), avanti);
+        ApriArchivio(m_percorso);
+        QCOMPARE(NuovoCodice(u"Individui"_s), u"I999"_s);
+    }
+
+    // Ciò che non riesce lascia la cartella com'era, byte per byte.
+    void nonRiuscireNonCambiaNulla_data()
+    {
+        QTest::addColumn<QByteArray>("byte");
+        QTest::addColumn<QString>("istruzione");
+        QTest::addColumn<ado::Causa>("causa");
+        QTest::newRow("vuoto") << QByteArray("") << QString() << ado::Causa::NonArchivio;
+        QTest::newRow("altro") << QByteArray(20000, 'q') << QString() << ado::Causa::NonArchivio;
+        QTest::newRow("più nuovo")
+            << QByteArray() << u"PRAGMA user_version = 77"_s << ado::Causa::VersioneNuova;
+        QTest::newRow("altra password")
+            << QByteArray() << u"UPDATE Protezione SET Valore = 'x' WHERE Nome = 'password'"_s
+            << ado::Causa::PasswordErrata;
+    }
+    void nonRiuscireNonCambiaNulla()
+    {
+        QFETCH(QByteArray, byte);
+        QFETCH(QString, istruzione);
+        QFETCH(ado::Causa, causa);
+        if (istruzione.isEmpty()) {
+            scrive(m_percorso, byte);
+        } else {
+            ado::Connection connessione;
+            connessione.Open(stringaDiConnessione(m_percorso));
+            connessione.Execute({istruzione, {}, {}});
+        }
+        QVERIFY(QDir().mkpath(accanto(u"altrove"_s)));
+        scrive(accanto(u"altrove/prova.tvd"_s), m_sano);
+        const auto prima = contenuto(m_cartella->path());
+        const QString copia = accanto(u"altrove/prova.tvd"_s);
+        const ado::Errore uno = errore([&] { compattaArchivio(m_percorso, cestino(), avanti); });
+        QVERIFY(uno.causa() == causa || uno.causa() == ado::Causa::Danneggiato);
+        QCOMPARE(errore([&] { copiaArchivio(m_percorso, copia, avanti); }).causa(), causa);
+        QCOMPARE(errore([&] { recuperaArchivio(m_percorso, copia, avanti); }).causa(), causa);
+        if (causa == ado::Causa::VersioneNuova)
+            QVERIFY2(uno.testo().contains(u"77"_s), qPrintable(uno.testo()));
+        QCOMPARE(contenuto(m_cartella->path()), prima);
+        QCOMPARE(contenuto(accanto(u"altrove"_s)).keys(), QStringList(u"prova.tvd"_s));
+        QCOMPARE(byteDi(copia), m_sano);
+    }
+
+    // Fermato a metà, o col file di un altro programma, o col Cestino che non si può fare.
+    void interrottoNonCambiaNulla()
+    {
+        const auto prima = contenuto(m_cartella->path());
+        for (int passi : {0, 1, 3, 10}) {
+            int restano = passi;
+            const auto ferma = [&restano](qint64, qint64) { return restano-- > 0; };
+            const auto prova = [&](const std::function<void()> &lavoro) {
+                restano = passi;
+                QCOMPARE(errore(lavoro).causa(), ado::Causa::Interrotto);
+                QCOMPARE(contenuto(m_cartella->path()), prima);
+            };
+            prova([&] { compattaArchivio(m_percorso, cestino(), ferma); });
+            prova([&] { copiaArchivio(m_percorso, accanto(u"c.tvd"_s), ferma); });
+            if (passi < 3)
+                prova([&] { recuperaArchivio(m_percorso, accanto(u"c.tvd"_s), ferma); });
+        }
+        ado::Connection altro;
+        altro.Open(stringaDiConnessione(m_percorso));
+        altro.Execute({u"BEGIN IMMEDIATE"_s, {}, {}});
+        const ado::Errore occupato =
+            errore([&] { compattaArchivio(m_percorso, cestino(), avanti); });
+        QCOMPARE(occupato.causa(), ado::Causa::Occupato);
+        QVERIFY(occupato.testo().contains(u"riprovare"_s));
+        altro.Close();
+        scrive(accanto(u"Cestino"_s), "non è una cartella");
+        QVERIFY_THROWS_EXCEPTION(TrasferimentoFallito,
+                                 compattaArchivio(m_percorso, cestino(), avanti));
+        QCOMPARE(byteDi(m_percorso), m_sano);
+        QCOMPARE(contenuto(m_cartella->path()).size(), 2);
+    }
+
+    // Un programma caduto lascia il giornale: la scrittura non confermata si disfa prima di tutto.
+    void disfaLaScritturaInterrotta_data()
+    {
+        QTest::addColumn<int>("comando");
+        QTest::newRow("compatta") << 0;
+        QTest::newRow("copia") << 1;
+        QTest::newRow("recupera") << 2;
+        QTest::newRow("copia sopra") << 3;
+    }
+    void disfaLaScritturaInterrotta()
+    {
+        QFETCH(int, comando);
+        const QString caduto = accanto(u"caduto.tvd"_s);
+        const QString giornale = u"-journal"_s;
+        {
+            ado::Connection connessione;
+            connessione.Open(stringaDiConnessione(m_percorso));
+            connessione.Execute({u"PRAGMA cache_size = 5"_s, {}, {}});
+            const ado::Transazione transazione(connessione);
+            connessione.Execute({u"UPDATE Individui SET Nome = 'a metà'"_s, {}, {}});
+            connessione.Execute({u"UPDATE Binari SET Nome = 'a metà'"_s, {}, {}});
+            scrive(caduto, byteDi(m_percorso));
+            scrive(caduto + giornale, byteDi(m_percorso + giornale));
+        }
+        QVERIFY(byteDi(caduto) != m_sano);
+        const QString copia = accanto(u"copia.tvd"_s);
+        if (comando == 0)
+            compattaArchivio(caduto, cestino(), avanti);
+        else if (comando == 1)
+            copiaArchivio(caduto, copia, avanti);
+        else if (comando == 2)
+            recuperaArchivio(caduto, copia, avanti);
+        else
+            copiaArchivio(m_percorso, caduto, avanti);
+        QVERIFY(!QFileInfo::exists(caduto + giornale));
+        QCOMPARE(righeDi(caduto), m_prima);
+        if (comando == 1 || comando == 2)
+            QCOMPARE(righeDi(copia), m_prima);
+    }
+
+    void copiaAncheSuSeStesso()
+    {
+        copiaArchivio(m_percorso, m_percorso, avanti);
+        QVERIFY(QFileInfo(m_percorso).size() < m_sano.size());
+        QCOMPARE(righeDi(m_percorso), m_prima);
+        // Attraverso un collegamento il file è quello vero, che non diventa il collegamento.
+        const QString legame = accanto(u"legame.tvd"_s);
+        QVERIFY(QFile::link(m_percorso, legame));
+        copiaArchivio(m_percorso, legame, avanti);
+        QVERIFY(QFileInfo(legame).isSymLink());
+        QCOMPARE(righeDi(m_percorso), m_prima);
+    }
+
+    // Ciò che un programma ucciso ha lasciato si toglie, o va nel Cestino se è un archivio intero.
+    void raccoglieIResti()
+    {
+        const QString morto = u".prova.tvd.%1-999999999-0"_s;
+        scrive(accanto(morto.arg(u"parziale"_s)), "a metà");
+        scrive(accanto(morto.arg(u"scambio"_s)), m_sano);
+        compattaArchivio(m_percorso, cestino(), avanti);
+        QCOMPARE(contenuto(m_cartella->path()).keys(),
+                 QStringList({u"Cestino/"_s, u"prova.tvd"_s}));
+        QCOMPARE(contenuto(cestino()).values(), QList<QByteArray>({m_sano, m_sano}));
+    }
+
+    // Il passaggio a una versione nuova è tutto o niente.
+    void portaAvantiLoSchema()
+    {
+        ado::Connection connessione;
+        connessione.Open(stringaDiConnessione(m_percorso));
+        const char *const due[] = {"ALTER TABLE Voci ADD COLUMN Foglio TEXT",
+                                   "UPDATE Voci SET Foglio = 'r'"};
+        const char *const tre[] = {"ALTER TABLE Voci ADD COLUMN Altro TEXT", "questo non va"};
+        const Passaggio passaggi[] = {{2, due}, {3, tre}};
+        const auto versione = [&] { return versioneDi(connessione); };
+        QVERIFY_THROWS_EXCEPTION(ado::Errore, portaAllaVersione(connessione, passaggi, 3));
+        QCOMPARE(versione(), 1);
+        QVERIFY(!connessione.colonne({u"SELECT * FROM Voci"_s, {}, {}}).contains(u"Foglio"_s));
+        portaAllaVersione(connessione, passaggi, 2);
+        QCOMPARE(versione(), 2);
+        QCOMPARE(connessione.valore({u"SELECT count(Foglio) FROM Voci"_s, {}, {}}).toInt(), 60);
+        portaAllaVersione(connessione, passaggi, 2);
+        QCOMPARE(errore([&] { portaAllaVersione(connessione, passaggi, 1); }).causa(),
+                 ado::Causa::VersioneNuova);
+        QVERIFY_THROWS_EXCEPTION(ado::Errore, portaAllaVersione(connessione, passaggi, 5));
+        QCOMPARE(versione(), 2);
+    }
+
+private:
+    // La prima pagina di una tabella o di un indice del file sano.
+    qint64 radice(const char *nome) const
+    {
+        ado::Connection connessione;
+        connessione.Open(stringaDiConnessione(m_percorso));
+        return connessione
+            .valore({u"SELECT rootpage FROM sqlite_schema WHERE name = ?"_s,
+                     {QString::fromUtf8(nome)},
+                     {}})
+            .toLongLong();
+    }
+
+    // Compatta il file rotto: ogni riga che il motore rende ancora dev'essere nel nuovo, nessuna
+    // cancellata ne torna, e le perdite contate sono quelle.
+    void verificaSalvato(const char *dove, bool conCopie = false)
+    {
+        QDir(cestino()).removeRecursively();
+        const auto ancora = campione::leggibili(m_percorso, m_prima);
+        Compattato esito;
+        try {
+            esito = compattaArchivio(m_percorso, cestino(), avanti);
+        } catch (const ado::Errore &errore) {
+            QCOMPARE(errore.causa(), ado::Causa::Danneggiato);
+            for (const campione::Righe &righe : ancora)
+                QVERIFY2(righe.isEmpty(), dove);
+            return;
+        }
+        const auto dopo = righeDi(m_percorso);
+        for (const QString &tabella : tabelle()) {
+            const bool coppie = tabella.size() > 10 && conCopie;
+            const qint64 perse = campione::mancano(ancora.value(tabella), dopo.value(tabella));
+            QVERIFY2(perse == 0, qPrintable(u"%1: %2 di %3"_s.arg(dove).arg(perse).arg(tabella)));
+            const auto conto =
+                std::find_if(esito.mancanti.cbegin(), esito.mancanti.cend(),
+                             [&](const salvataggio::Conto &uno) { return uno.tabella == tabella; });
+            const qint64 detto = conto == esito.mancanti.cend() ? 0 : conto->perdute;
+            const bool almeno = conto != esito.mancanti.cend() && conto->almeno;
+            const qint64 vere = m_prima.value(tabella).size() - dopo.value(tabella).size();
+            QVERIFY2(
+                coppie || detto == vere || (almeno && detto <= vere),
+                qPrintable(u"%1: %2 dette %3, vere %4"_s.arg(dove, tabella).arg(detto).arg(vere)));
+            if (coppie)
+                continue;
+            for (auto riga = dopo.value(tabella).cbegin(); riga != dopo.value(tabella).cend();
+                 ++riga)
+                QVERIFY2(m_prima.value(tabella).contains(riga.key()),
+                         qPrintable(u"%1: torna %2"_s.arg(dove, riga.key())));
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(TstCustodia)
+#include "tst_custodia.moc"
