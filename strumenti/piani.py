@@ -16,7 +16,7 @@ from pathlib import Path
 # Dal basso in alto: chi include può nominare solo il proprio piano e quelli che lo precedono.
 PIANI = ["platform", "db", "contesto", "texts", "editors", "browser", "app", "main"]
 STANZE_BASSE = {"app/contesto", "app/finestre"}
-FUORI_DAI_PIANI = {"tests", "demo", "strumenti", "bench"}
+FUORI_DAI_PIANI = {"tests", "demo", "strumenti", "bench", "faults"}
 
 PORTE = [
     ("messaggi", "platform/messaggi", r"\b(QMessageBox|QErrorMessage)\b"),

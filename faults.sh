@@ -1,0 +1,18 @@
+#!/usr/bin/env bash
+# Usage: ./faults.sh ROUNDS [SEED]
+# Builds the programme of faults with sanitizers and runs it: the process killed, system calls that
+# fail, a full disk, several programs on one file, damaged files, ROUNDS of each. Prints the counts;
+# ends with status 1 when anything was lost. The same SEED makes the same faults.
+set -euo pipefail
+
+if [[ ! ${1-} =~ ^[1-9][0-9]*$ || ! ${2-0} =~ ^[0-9]+$ || $# -gt 2 ]]; then
+    sed -n '2,5s/^# //p' "$0" >&2
+    exit 2
+fi
+cd "$(dirname "${BASH_SOURCE[0]}")"
+strumenti/prepara.sh build use
+cmake --preset prova
+cmake --build --preset prova --target guasti
+export ASAN_OPTIONS=halt_on_error=1:detect_leaks=1:detect_stack_use_after_return=1
+export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
+exec build/prova/faults/guasti "$@"

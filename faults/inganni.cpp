@@ -1,0 +1,200 @@
+#include "faults/inganni.h"
+
+#include <QByteArray>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/types.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+namespace
+{
+
+std::atomic<bool> armato{false};
+std::atomic<int> conto{0};
+std::atomic<int> cadute{0};
+inganni::Piano piano;
+QByteArray radice;
+
+enum class Genere { Apre, ApreScrivendo, Scrive, Altro };
+
+// Vero se la chiamata deve fallire; allora l'errore è quello del piano.
+bool cade(Genere genere)
+{
+    if (piano.solaLettura) {
+        if (genere == Genere::Apre)
+            return false;
+        errno = EROFS;
+        return true;
+    }
+    if (piano.soloScritture && genere != Genere::Scrive)
+        return false;
+    const int mia = conto++;
+    if (piano.quale < 0 || mia < piano.quale || (mia > piano.quale && !piano.dalliInPoi))
+        return false;
+    ++cadute;
+    errno = piano.errore;
+    return true;
+}
+
+bool cadePercorso(const char *percorso, Genere genere)
+{
+    return armato && percorso != nullptr &&
+           std::strncmp(percorso, radice.constData(), static_cast<size_t>(radice.size())) == 0 &&
+           cade(genere);
+}
+
+bool cadeNumero(int numero, Genere genere)
+{
+    if (!armato)
+        return false;
+    char nome[64];
+    char dove[4096];
+    std::snprintf(nome, sizeof nome, "/proc/self/fd/%d", numero);
+    const ssize_t lungo = ::readlink(nome, dove, sizeof dove - 1);
+    return lungo > radice.size() &&
+           std::memcmp(dove, radice.constData(), static_cast<size_t>(radice.size())) == 0 &&
+           cade(genere);
+}
+
+template <class Funzione>
+Funzione vera(const char *nome)
+{
+    return reinterpret_cast<Funzione>(::dlsym(RTLD_NEXT, nome));
+}
+
+Genere diApertura(int modi)
+{
+    return (modi & (O_WRONLY | O_RDWR | O_CREAT)) != 0 ? Genere::ApreScrivendo : Genere::Apre;
+}
+
+} // namespace
+
+namespace inganni
+{
+
+void arma(const Piano &nuovo)
+{
+    piano = nuovo;
+    radice = nuovo.cartella.toUtf8();
+    conto = 0;
+    cadute = 0;
+    armato = true;
+}
+
+int passate()
+{
+    return conto;
+}
+
+int fallite()
+{
+    return cadute;
+}
+
+void disarma()
+{
+    armato = false;
+}
+
+} // namespace inganni
+
+// Definite nel programma, queste vengono prima di quelle della libreria del C anche per le
+// librerie.
+extern "C" {
+
+int open(const char *percorso, int modi, ...)
+{
+    va_list altri;
+    va_start(altri, modi);
+    const mode_t permessi = va_arg(altri, mode_t);
+    va_end(altri);
+    static const auto sua = vera<int (*)(const char *, int, ...)>("open");
+    return cadePercorso(percorso, diApertura(modi)) ? -1 : sua(percorso, modi, permessi);
+}
+
+int open64(const char *percorso, int modi, ...)
+{
+    va_list altri;
+    va_start(altri, modi);
+    const mode_t permessi = va_arg(altri, mode_t);
+    va_end(altri);
+    static const auto sua = vera<int (*)(const char *, int, ...)>("open64");
+    return cadePercorso(percorso, diApertura(modi)) ? -1 : sua(percorso, modi, permessi);
+}
+
+ssize_t write(int numero, const void *byte, size_t quanti)
+{
+    static const auto sua = vera<ssize_t (*)(int, const void *, size_t)>("write");
+    return cadeNumero(numero, Genere::Scrive) ? -1 : sua(numero, byte, quanti);
+}
+
+ssize_t pwrite(int numero, const void *byte, size_t quanti, off_t dove)
+{
+    static const auto sua = vera<ssize_t (*)(int, const void *, size_t, off_t)>("pwrite");
+    return cadeNumero(numero, Genere::Scrive) ? -1 : sua(numero, byte, quanti, dove);
+}
+
+ssize_t pwrite64(int numero, const void *byte, size_t quanti, off64_t dove)
+{
+    static const auto sua = vera<ssize_t (*)(int, const void *, size_t, off64_t)>("pwrite64");
+    return cadeNumero(numero, Genere::Scrive) ? -1 : sua(numero, byte, quanti, dove);
+}
+
+int fsync(int numero)
+{
+    static const auto sua = vera<int (*)(int)>("fsync");
+    return cadeNumero(numero, Genere::Altro) ? -1 : sua(numero);
+}
+
+int fdatasync(int numero)
+{
+    static const auto sua = vera<int (*)(int)>("fdatasync");
+    return cadeNumero(numero, Genere::Altro) ? -1 : sua(numero);
+}
+
+int ftruncate(int numero, off_t lunghezza)
+{
+    static const auto sua = vera<int (*)(int, off_t)>("ftruncate");
+    return cadeNumero(numero, Genere::Scrive) ? -1 : sua(numero, lunghezza);
+}
+
+int ftruncate64(int numero, off64_t lunghezza)
+{
+    static const auto sua = vera<int (*)(int, off64_t)>("ftruncate64");
+    return cadeNumero(numero, Genere::Scrive) ? -1 : sua(numero, lunghezza);
+}
+
+int rename(const char *da, const char *a)
+{
+    static const auto sua = vera<int (*)(const char *, const char *)>("rename");
+    return cadePercorso(da, Genere::Altro) ? -1 : sua(da, a);
+}
+
+int renameat2(int daDove, const char *da, int aDove, const char *a, unsigned modi)
+{
+    static const auto sua =
+        vera<int (*)(int, const char *, int, const char *, unsigned)>("renameat2");
+    return cadePercorso(da, Genere::Altro) ? -1 : sua(daDove, da, aDove, a, modi);
+}
+
+int unlink(const char *percorso)
+{
+    static const auto sua = vera<int (*)(const char *)>("unlink");
+    return cadePercorso(percorso, Genere::Altro) ? -1 : sua(percorso);
+}
+
+int mkdir(const char *percorso, mode_t permessi)
+{
+    static const auto sua = vera<int (*)(const char *, mode_t)>("mkdir");
+    return cadePercorso(percorso, Genere::Altro) ? -1 : sua(percorso, permessi);
+}
+
+} // extern "C"

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+
+// Un disco che non obbedisce. Le chiamate al sistema che scrivono, aprono, portano sul disco,
+// rinominano o tolgono file sotto una cartella passano di qui, chiunque le faccia: il motore, il
+// toolkit o il programma.
+namespace inganni
+{
+
+struct Piano {
+    QString cartella;
+    int quale = -1;          // il numero della chiamata che fallisce, da 0; negativo: nessuna
+    int errore = 0;          // con quale errore
+    bool dalliInPoi = false; // anche tutte quelle dopo
+    bool soloScritture = false;
+    bool solaLettura = false; // ogni chiamata che cambia qualcosa fallisce, come su un CD
+};
+
+void arma(const Piano &piano);
+// Quante chiamate sono passate, e quante sono state fatte fallire, da quando è armato.
+int passate();
+int fallite();
+void disarma();
+
+} // namespace inganni

@@ -1,0 +1,111 @@
+#include "faults/lavori.h"
+
+#include "db/codici.h"
+#include "db/connessioni.h"
+#include "db/custodia.h"
+#include "db/eliminazione.h"
+#include "db/modello.h"
+#include "faults/campione.h"
+
+#include <QDir>
+#include <QRandomGenerator>
+
+using namespace modTarvola;
+
+namespace lavori
+{
+
+namespace
+{
+
+bool avanti(qint64 /*fatto*/, qint64 /*totale*/)
+{
+    return true;
+}
+
+void esegue(const char *istruzione, const QVariantList &valori)
+{
+    connessione().Execute({QString::fromUtf8(istruzione), valori, {}});
+}
+
+} // namespace
+
+void apre(const Posto &posto)
+{
+    ApriArchivio(posto.archivio());
+}
+
+void chiude()
+{
+    avviaArchivi();
+}
+
+QString salva(const Posto &posto, const QString &nome)
+{
+    apre(posto);
+    ado::Transazione transazione(connessione());
+    const QString codice = NuovoCodice(QStringLiteral("Individui"));
+    esegue("INSERT INTO Individui (Codice, Voce, Nome) VALUES (?, 'V1', ?)", {codice, nome});
+    CollegaOperatore(connessione(), QStringLiteral("O1"), codice);
+    transazione.conferma();
+    return codice;
+}
+
+void elimina(const Posto &posto, const QString &voce)
+{
+    apre(posto);
+    modTarvola::elimina(connessione(), voce, QStringLiteral("O1"));
+}
+
+QString allega(const Posto &posto, const QString &nome)
+{
+    apre(posto);
+    ado::Transazione transazione(connessione());
+    const QString codice = NuovoCodice(QStringLiteral("Binari"));
+    esegue("INSERT INTO Binari (Codice, Tipo, IdProprietario, Nome, Campolungo) "
+           "VALUES (?, 14, 'V1', ?, ?)",
+           {codice, nome, contenuto(nome)});
+    transazione.conferma();
+    return codice;
+}
+
+void compatta(const Posto &posto)
+{
+    chiude();
+    compattaArchivio(posto.archivio(), posto.cestino(), avanti);
+}
+
+void copia(const Posto &posto)
+{
+    chiude();
+    copiaArchivio(posto.archivio(), posto.copia(), avanti);
+}
+
+void recupera(const Posto &posto)
+{
+    chiude();
+    recuperaArchivio(posto.archivio(), posto.recupero(), avanti);
+}
+
+QByteArray contenuto(const QString &nome)
+{
+    QRandomGenerator caso(static_cast<quint32>(qHash(nome, 1)));
+    QByteArray byte(caso.bounded(200'000), Qt::Uninitialized);
+    for (char &uno : byte)
+        uno = static_cast<char>(caso.bounded(256));
+    return byte;
+}
+
+void prepara(const Posto &posto, int voci)
+{
+    chiude();
+    QDir(posto.cartella).removeRecursively();
+    for (const char *nome : {"/copie", "/recuperi"})
+        QDir().mkpath(posto.cartella + QString::fromUtf8(nome));
+    creaModello(posto.archivio());
+    apre(posto);
+    campione::riempie(connessione(), voci);
+    chiude();
+}
+
+} // namespace lavori
