@@ -25,6 +25,8 @@ public:
 
     // Se vero anche l'accesso vuole il suo passo; altrimenti lo si lascia senza entrare.
     bool entra = false;
+    // Se falso anche la finestra di un lavoro lungo vuole il suo passo.
+    bool lasciaLavorare = true;
 
     void poi(const Passo &passo) { m_passi.enqueue(passo); }
     bool finita() const { return m_passi.isEmpty(); }
@@ -76,6 +78,9 @@ private:
         QTimer::singleShot(1, this, [this] { guarda(); });
         QWidget *finestra = QApplication::activeModalWidget();
         if (finestra == nullptr || !finestra->isVisible() || m_servite.contains(finestra))
+            return;
+        // Su una macchina lenta anche un lavoro breve mostra a che punto è: si lascia finire.
+        if (lasciaLavorare && finestra->objectName() == QStringLiteral("Avanzamento"))
             return;
         const QPointer<QWidget> viva(finestra);
         m_servite.append(finestra);

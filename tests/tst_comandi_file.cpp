@@ -204,9 +204,11 @@ private slots:
         batteFile(u"Back-up"_s, file);
         scegliCartella(percorso(u"copie"_s));
         // Prima di arrendersi aspetta più di un momento, e lo mostra.
-        persona->poi([](QWidget *finestra) {
+        persona->lasciaLavorare = false;
+        persona->poi([this](QWidget *finestra) {
             QCOMPARE(finestra->objectName(), u"Avanzamento"_s);
             finestra->hide();
+            persona->lasciaLavorare = true;
         });
         persona->poi([&](QWidget *finestra) {
             auto *scatola = qobject_cast<QMessageBox *>(finestra);

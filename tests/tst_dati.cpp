@@ -295,7 +295,7 @@ private slots:
         riga("altra base", Causa::NonArchivio, u"il file non è un archivio di Tarvola"_s);
         riga("cartella", Causa::NonArchivio, u"non è un file"_s);
         riga("altra password", Causa::PasswordErrata, u"la password del file è un'altra"_s);
-        riga("versione nuova", Causa::NonArchivio, u"della versione 99"_s);
+        riga("versione nuova", Causa::VersioneNuova, u"della versione 99"_s);
         riga("senza tabella", Causa::NonArchivio, u"manca la tabella Luoghi"_s);
         riga("occupato", Causa::Occupato, u"il file è bloccato da un altro programma"_s);
         riga("troncato", Causa::Danneggiato, u"il file è danneggiato"_s);
