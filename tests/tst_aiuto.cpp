@@ -49,6 +49,8 @@ private slots:
         QVERIFY(
             QFile::copy(QStringLiteral(TIPO_ARCHIVIO), dati.filePath(u"mime/packages/t.xml"_s)));
         qputenv("XDG_DATA_HOME", dati.path().toLocal8Bit());
+        // I tipi della macchina, se ci sono, non contano: il paragone è con quelli di Qt.
+        qputenv("XDG_DATA_DIRS", dati.filePath(u"nessuna"_s).toLocal8Bit());
     }
     void init() { comincia(); }
     void cleanup() { finisce(); }

@@ -303,6 +303,7 @@ private slots:
         connect(&orologio, &QTimer::timeout, this, [&giri] { ++giri; });
         orologio.start(10);
         avanzamento::compieAParte(principale.get(), u"breve"_s, [](const avanzamento::Passo &) {});
+        persona->lasciaLavorare = false;
         persona->poi([](QWidget *finestra) {
             auto *dialogo = qobject_cast<QProgressDialog *>(finestra);
             QVERIFY(dialogo != nullptr);
