@@ -36,6 +36,8 @@ Area::Area(QWidget *sopra) : QMdiArea(sopra), m_invito(new QLabel(invito, viewpo
 {
     setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    // Chiusa una finestra si torna a quella di prima, non alla prima di tutte.
+    setActivationOrder(ActivationHistoryOrder);
     m_invito->setObjectName(QStringLiteral("Invito"));
     m_invito->setTextFormat(Qt::PlainText);
     m_invito->setAlignment(Qt::AlignCenter);
@@ -46,19 +48,29 @@ Area::Area(QWidget *sopra) : QMdiArea(sopra), m_invito(new QLabel(invito, viewpo
 
 void Area::creaTasti()
 {
-    const auto assegna = [this](const QList<QKeySequence> &tasti, void (QMdiArea::*comando)()) {
+    const auto assegna = [this](const QList<QKeySequence> &tasti, auto comando) {
         auto *scorciatoia = new QShortcut(this);
         scorciatoia->setKeys(tasti);
         connect(scorciatoia, &QShortcut::activated, this, comando);
     };
-    assegna({Qt::CTRL | Qt::Key_Tab, Qt::CTRL | Qt::Key_F6}, &QMdiArea::activateNextSubWindow);
+    assegna({Qt::CTRL | Qt::Key_Tab, Qt::CTRL | Qt::Key_F6}, [this] { attivaVicina(1); });
     assegna({Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab, Qt::CTRL | Qt::SHIFT | Qt::Key_Tab,
              Qt::CTRL | Qt::SHIFT | Qt::Key_F6},
-            &QMdiArea::activatePreviousSubWindow);
+            [this] { attivaVicina(-1); });
     // Dove è già del menu della finestra, due volte lo stesso tasto non farebbe nulla.
     const QKeySequence chiusura = Qt::CTRL | Qt::Key_F4;
     if (!QKeySequence::keyBindings(QKeySequence::Close).contains(chiusura))
         assegna({chiusura}, &QMdiArea::closeActiveSubWindow);
+}
+
+// In giro nell'ordine in cui sono nate: con quello d'uso si andrebbe avanti e indietro fra due.
+void Area::attivaVicina(int passi)
+{
+    const auto finestre = subWindowList(CreationOrder);
+    const auto quante = static_cast<int>(finestre.size());
+    const auto corrente = static_cast<int>(finestre.indexOf(currentSubWindow()));
+    if (corrente >= 0)
+        setActiveSubWindow(finestre[(corrente + passi + quante) % quante]);
 }
 
 bool Area::viewportEvent(QEvent *evento)

@@ -27,6 +27,7 @@ protected:
 
 private:
     void creaTasti();
+    void attivaVicina(int passi);
     void disponiInvito();
     QRect scalino(int numero) const;
     QRect dentro(QRect posto) const;

@@ -71,7 +71,7 @@ void fmTabella::esegue(ComandoTabella comando)
             aggiorna();
             break;
         case EliminaRiga:
-            EliminaVoce(window(), codiceCorrente());
+            EliminaVoce(window(), codiceCorrente(), proprieta.ConOperatore);
             aggiorna();
             break;
         }

@@ -9,7 +9,7 @@
 namespace modTarvola
 {
 
-void EliminaVoce(QWidget *sopra, const QString &codice)
+void EliminaVoce(QWidget *sopra, const QString &codice, const QString &operatore)
 {
     const QString avvertimento =
         QStringLiteral("Attenzione! Eliminando questa voce saranno, anche, \n"
@@ -22,7 +22,7 @@ void EliminaVoce(QWidget *sopra, const QString &codice)
     try {
         avanzamento::compie(sopra, QStringLiteral("Eliminazione di ") + codice,
                             [&](const avanzamento::Passo &passo) {
-                                elimina(connessione(), codice, contesto().OperatoreCorrente, passo);
+                                elimina(connessione(), codice, operatore, passo);
                             });
     } catch (const ado::Errore &errore) {
         // Chi annulla a metà sa che non è stato eliminato nulla.

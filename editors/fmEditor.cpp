@@ -231,8 +231,11 @@ void fmEditor::nuovo()
             return;
         }
     }
-    if (nuovoProprio(*genere) || nuovoComune(*genere))
+    const std::vector<Elemento> prima = pannello->collegamenti();
+    if (nuovoProprio(*genere) || nuovoComune(*genere)) {
         CaricaCollegamenti();
+        pannello->scegliNuovo(prima);
+    }
 }
 
 bool fmEditor::nuovoComune(const Elemento &genere)
@@ -313,7 +316,7 @@ void fmEditor::elimina()
     const auto collegamento = pannello->collegamentoScelto();
     if (!collegamento)
         return;
-    EliminaVoce(this, collegamento->Key);
+    EliminaVoce(this, collegamento->Key, proprieta.ConOperatore);
     CaricaCollegamenti();
 }
 

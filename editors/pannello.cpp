@@ -1,5 +1,6 @@
 #include "editors/pannello.h"
 
+#include "db/generi.h"
 #include "editors/icone_generi.h"
 #include "platform/tasti.h"
 
@@ -13,6 +14,8 @@
 #include <QStyle>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace
 {
@@ -135,6 +138,19 @@ void PannelloCollegamenti::sceglie(const QString &codice)
             posto = static_cast<int>(i);
     }
     ListView1->setCurrentItem(ListView1->topLevelItem(posto));
+}
+
+void PannelloCollegamenti::scegliNuovo(const std::vector<Elemento> &prima)
+{
+    const auto nuovo = std::find_if(
+        m_collegamenti.begin(), m_collegamenti.end(), [&prima](const Elemento &collegamento) {
+            return collegamento.Tag != modTarvola::Trascrittore &&
+                   std::none_of(prima.begin(), prima.end(), [&collegamento](const Elemento &altro) {
+                       return altro.Key == collegamento.Key;
+                   });
+        });
+    if (nuovo != m_collegamenti.end())
+        sceglie(nuovo->Key);
 }
 
 void PannelloCollegamenti::abilita(bool solaLettura)

@@ -37,6 +37,8 @@ public:
     std::optional<Elemento> collegamentoScelto() const;
     // Sceglie il collegamento col codice dato, o il primo se non c'è più.
     void sceglie(const QString &codice);
+    // Sceglie il collegamento che prima non c'era; se non ve n'è alcuno resta la scelta che c'è.
+    void scegliNuovo(const std::vector<Elemento> &prima);
     // "Apri" ed "Elimina" quando c'è qualche collegamento; in sola lettura mai "Nuovo" né
     // "Elimina".
     void abilita(bool solaLettura);

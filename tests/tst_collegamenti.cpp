@@ -37,6 +37,9 @@ private slots:
             scriveTesto(u"titolo"_s, u"perduto"_s, false);
             preme(finestra, u"Command3_0"_s);
             QCOMPARE(collegati(finestra), u"B1 Testo riportato, B2 Nota, O1 Trascrittore"_s);
+            // Chi ha appena scritto la nota la trova scelta.
+            QCOMPARE(parte<QTreeWidget>(finestra, u"ListView1"_s)->currentItem()->text(0),
+                     u"Nota"_s);
         });
         QCOMPARE(colonna(u"SELECT Modifica FROM Archivi"_s), QStringList({u"mai"_s, u"mai"_s}));
         QCOMPARE(colonna(u"SELECT Tipo||IdProprietario||coalesce(Nome, '-')||Campolungo "

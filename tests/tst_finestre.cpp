@@ -195,6 +195,27 @@ private slots:
         QTEST(!principale->isVisible(), "chiusa");
     }
 
+    // I tasti fanno il giro di tutte; chiusa una si torna a quella da cui si veniva.
+    void daUnaFinestraAllAltra()
+    {
+        QList<QMdiSubWindow *> cornici{cornice(apreEsempio())};
+        for (int i = 0; i < 2; ++i) {
+            apriFile(percorso(u"esempio.tvd"_s));
+            cornici.append(cornice(ultimo()));
+        }
+        auto *area = principale->findChild<QMdiArea *>();
+        principale->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(principale.get()));
+        for (const int attesa : {0, 1, 2, 0}) {
+            QTest::keyClick(principale.get(), Qt::Key_Tab, Qt::ControlModifier);
+            QTRY_COMPARE(area->activeSubWindow(), cornici.at(attesa));
+        }
+        area->setActiveSubWindow(cornici.at(2));
+        area->setActiveSubWindow(cornici.at(1));
+        QTest::keyClick(principale.get(), Qt::Key_F4, Qt::ControlModifier);
+        QTRY_COMPARE(area->activeSubWindow(), cornici.at(2));
+    }
+
     void affiancate()
     {
         QList<QMdiSubWindow *> cornici{cornice(apreEsempio())};

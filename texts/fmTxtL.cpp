@@ -28,11 +28,11 @@ constexpr int puntiMassimi = 20;
 constexpr int puntiPerPasso = 2;
 constexpr int lunghezzaTitolo = 60;
 
-// I punti fra cui si sceglie vanno di due in due.
+// I punti fra cui si sceglie vanno di due in due; fra due conta il più grande, che si legge meglio.
 int aPassi(int punti)
 {
     const int ammessi = qBound(puntiMinimi, punti, puntiMassimi);
-    return ammessi - (ammessi - puntiMinimi) % puntiPerPasso;
+    return ammessi + (ammessi - puntiMinimi) % puntiPerPasso;
 }
 
 // Mentre l'elaboratore lavora la finestra principale è ridotta a icona e questa non risponde; poi
