@@ -1,5 +1,6 @@
-#include "db/connessioni.h"
 #include "db/custodia.h"
+
+#include "db/connessioni.h"
 #include "db/modello.h"
 #include "platform/jro.h"
 
@@ -163,8 +164,8 @@ int main(int argc, char **argv)
         {"VACUUM INTO and sync, by the engine's calls", [&] { pavimento(archivio, copia); }, true},
         {"compaction, without its check", [&] { soloCompatta(archivio, copia); }, true},
         {"check of the copy", [&] { soloVerifica(archivio, copia); }, false},
-        {"back-up, check included",
-         [&] { modTarvola::copiaArchivio(archivio, copia, avanti); }, true},
+        {"back-up, check included", [&] { modTarvola::copiaArchivio(archivio, copia, avanti); },
+         true},
         {"compaction in its place, check included",
          [&] {
              modTarvola::compattaArchivio(archivio, cartella + QStringLiteral("/Cestino"), avanti);

@@ -10,8 +10,8 @@
 class Presa
 {
 public:
-    // Lancia ado::Errore con la causa Occupato se per un po' un altro programma lo tiene da solo. Un
-    // file che non si apre non è preso da nessuno.
+    // Lancia ado::Errore con la causa Occupato se per un po' un altro programma lo tiene da solo.
+    // Un file che non si apre non è preso da nessuno.
     explicit Presa(const QString &percorso);
     ~Presa();
     Presa(const Presa &) = delete;

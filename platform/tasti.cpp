@@ -37,7 +37,8 @@ QKeySequence delMenu(const QString &comando)
 void chiama(QToolBar *barra, const QString &nome)
 {
     barra->setAccessibleName(nome);
-    const auto bottoni = barra->findChildren<QToolButton *>(QStringLiteral("qt_toolbar_ext_button"));
+    const auto bottoni =
+        barra->findChildren<QToolButton *>(QStringLiteral("qt_toolbar_ext_button"));
     for (QToolButton *bottone : bottoni) {
         bottone->setAccessibleName(QStringLiteral("Altri comandi"));
         bottone->setToolTip(bottone->accessibleName());

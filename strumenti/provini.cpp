@@ -1,16 +1,16 @@
 // I provini: ogni finestra del programma fotografata su un archivio dato, e tutte insieme su un
 // foglio solo. Il tema, il carattere e la densità sono quelli che si chiedono qui.
 
-#include "app/MDITras.h"
 #include "app/avvio.h"
 #include "app/contesto.h"
 #include "app/finestre.h"
 #include "app/fmChiudi.h"
 #include "app/fmGuida.h"
+#include "app/MDITras.h"
 #include "browser/fmVisualizza.h"
 #include "db/connessioni.h"
-#include "platform/recordset.h"
 #include "platform/messaggi.h"
+#include "platform/recordset.h"
 #include "texts/fmTxtL.h"
 
 #include <QApplication>
@@ -41,13 +41,18 @@ std::vector<Provino> &provini()
 QPalette scura()
 {
     QPalette tavolozza(QColor(45, 45, 48));
-    for (const auto &[ruolo, colore] :
-         {std::pair(QPalette::Window, QColor(45, 45, 48)), {QPalette::Base, QColor(30, 30, 32)},
-          {QPalette::AlternateBase, QColor(40, 40, 43)}, {QPalette::Button, QColor(58, 58, 62)},
-          {QPalette::Text, QColor(230, 230, 230)}, {QPalette::WindowText, QColor(230, 230, 230)},
-          {QPalette::ButtonText, QColor(230, 230, 230)}, {QPalette::ToolTipBase, QColor(60, 60, 60)},
-          {QPalette::ToolTipText, QColor(230, 230, 230)}, {QPalette::Highlight, QColor(61, 174, 233)},
-          {QPalette::HighlightedText, QColor(20, 20, 20)}, {QPalette::Link, QColor(80, 170, 240)}})
+    for (const auto &[ruolo, colore] : {std::pair(QPalette::Window, QColor(45, 45, 48)),
+                                        {QPalette::Base, QColor(30, 30, 32)},
+                                        {QPalette::AlternateBase, QColor(40, 40, 43)},
+                                        {QPalette::Button, QColor(58, 58, 62)},
+                                        {QPalette::Text, QColor(230, 230, 230)},
+                                        {QPalette::WindowText, QColor(230, 230, 230)},
+                                        {QPalette::ButtonText, QColor(230, 230, 230)},
+                                        {QPalette::ToolTipBase, QColor(60, 60, 60)},
+                                        {QPalette::ToolTipText, QColor(230, 230, 230)},
+                                        {QPalette::Highlight, QColor(61, 174, 233)},
+                                        {QPalette::HighlightedText, QColor(20, 20, 20)},
+                                        {QPalette::Link, QColor(80, 170, 240)}})
         tavolozza.setColor(ruolo, colore);
     for (const QPalette::ColorRole ruolo :
          {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
@@ -189,7 +194,8 @@ int main(int argc, char **argv)
     if (argomenti.size() < 4) {
         QTextStream(stderr)
             << "Usage: provini ARCHIVE.tvd GUIDE-FOLDER SHEET.png [light|dark] [POINTS]\n"
-               "Writes a sheet with a picture of every window. QT_SCALE_FACTOR gives the density.\n";
+               "Writes a sheet with a picture of every window. QT_SCALE_FACTOR gives the "
+               "density.\n";
         return 2;
     }
     if (argomenti.value(4) == u"dark"_s)

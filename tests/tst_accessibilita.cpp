@@ -30,7 +30,7 @@ namespace
 
 using Finestra = std::shared_ptr<QWidget>;
 
-const QStringList editori{u"fmArchivio"_s, u"fmRegistro"_s,  u"fmVoce"_s,
+const QStringList editori{u"fmArchivio"_s,  u"fmRegistro"_s, u"fmVoce"_s,
                           u"fmIndividuo"_s, u"fmFamiglia"_s, u"fmEvento"_s,
                           u"fmLuogo"_s,     u"fmRecapito"_s, u"fmOperatore"_s};
 const QStringList tabelle{u"Archivi"_s,  u"Registri"_s, u"Voci"_s,  u"Individui"_s,
@@ -238,8 +238,7 @@ private slots:
         std::rotate(giro.begin(), primo, giro.end());
         for (qsizetype i = 1; i < giro.size(); ++i)
             QVERIFY2(vieneDopo(posto(giro[i - 1]), posto(giro[i])),
-                     qUtf8Printable(giro[i - 1]->objectName() + u" -> "_s +
-                                    giro[i]->objectName()));
+                     qUtf8Printable(giro[i - 1]->objectName() + u" -> "_s + giro[i]->objectName()));
     }
 
     void ogniCasellaHaLaSuaEtichetta_data() { finestreDaTabulare(); }
@@ -312,8 +311,7 @@ private slots:
         };
         const auto tutti = [](QWidget *fuoco) {
             fuoco->setFocus();
-            for (const Qt::Key tasto :
-                 {Qt::Key_Insert, Qt::Key_Delete, Qt::Key_Return, Qt::Key_F5})
+            for (const Qt::Key tasto : {Qt::Key_Insert, Qt::Key_Delete, Qt::Key_Return, Qt::Key_F5})
                 QTest::keyClick(fuoco, tasto);
         };
         tutti(elenco);
@@ -386,9 +384,9 @@ private:
             QTest::newRow(qUtf8Printable(nome)) << nome;
     }
 
-    static inline const QStringList altre{u"MDITras vuota"_s, u"MDITras"_s,  u"fmVisualizza"_s,
-                                          u"fmChiudi"_s,      u"fmLogin"_s,  u"fmGuida"_s,
-                                          u"fmTxtL"_s,        u"FinestraOrtografia"_s};
+    static inline const QStringList altre{
+        u"MDITras vuota"_s, u"MDITras"_s, u"fmVisualizza"_s, u"fmChiudi"_s,
+        u"fmLogin"_s,       u"fmGuida"_s, u"fmTxtL"_s,       u"FinestraOrtografia"_s};
     std::unique_ptr<ArchivioDiProva> archivio;
 };
 
