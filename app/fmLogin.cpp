@@ -97,7 +97,11 @@ void fmLogin::disponi(QLabel *Label1)
     colonna->addWidget(Label1, 1);
     colonna->addLayout(caselle);
     colonna->addLayout(riga);
-    setMinimumWidth(fontMetrics().averageCharWidth() * 80);
+    const int largo = fontMetrics().averageCharWidth() * 80;
+    setMinimumWidth(largo);
+    // Il testo che va a capo non dice da sé quanto è alto: con un carattere grande resterebbe
+    // tagliato.
+    Label1->setMinimumHeight(Label1->heightForWidth(largo - 2 * spazio));
 }
 
 bool fmLogin::verifica(Modo modo)

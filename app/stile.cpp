@@ -10,6 +10,9 @@ namespace
 
 // L'altezza del carattere per cui gli stili sono disegnati.
 constexpr double altezzaUsuale = 17.0;
+// Quanto un bottone è largo almeno, e quanto più della sua scritta, a quell'altezza.
+constexpr double larghezzaBottone = 80.0;
+constexpr double margineBottone = 24.0;
 
 double ingrandimento()
 {
@@ -47,6 +50,19 @@ int Stile::pixelMetric(PixelMetric misura, const QStyleOption *opzione,
     default:
         return sua;
     }
+}
+
+// Il margine di un bottone attorno alla sua scritta cresce come lei.
+QSize Stile::sizeFromContents(ContentsType contenuto, const QStyleOption *opzione,
+                              const QSize &misure, const QWidget *finestra) const
+{
+    QSize sue = QProxyStyle::sizeFromContents(contenuto, opzione, misure, finestra);
+    if (contenuto == CT_PushButton) {
+        const int minima = qRound(larghezzaBottone * ingrandimento());
+        const int margine = qRound(margineBottone * ingrandimento());
+        sue.setWidth(qMax(sue.width(), qMax(minima, misure.width() + margine)));
+    }
+    return sue;
 }
 
 // Un'icona scelta resta dei suoi colori, su un fondo che la stacca da quello della scelta.

@@ -6,17 +6,23 @@
 #include "app/finestre.h"
 #include "app/fmChiudi.h"
 #include "app/fmGuida.h"
+#include "app/fmLogin.h"
 #include "app/MDITras.h"
 #include "browser/fmVisualizza.h"
 #include "db/connessioni.h"
+#include "platform/avanzamento.h"
+#include "platform/finestra_ortografia.h"
 #include "platform/messaggi.h"
 #include "platform/recordset.h"
 #include "texts/fmTxtL.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QPainter>
 #include <QTextStream>
+#include <QThread>
 #include <QTimer>
 
 #include <utility>
@@ -107,6 +113,20 @@ void editori(QWidget *sopra)
         editore(QString::fromLatin1(nome), sopra, codici, {u"Nascita"_s, 20});
 }
 
+void ortografia()
+{
+    const QString testo =
+        u"Galileo, figliuolo di Vincenzo Galilei, nacque addì 15 febbraio in Pisa "
+        "e fu batezzato nel Duomo."_s;
+    dizionario::Dizionario parole;
+    Correttore correttore(testo, parole, false);
+    while (correttore.avanza() && correttore.parola() != u"batezzato"_s)
+        correttore.ignora(false);
+    FinestraOrtografia finestra(correttore, parole);
+    finestra.show();
+    fotografa(finestra, u"FinestraOrtografia"_s);
+}
+
 void dialoghi(QWidget *sopra)
 {
     fmVisualizza ambito(sopra);
@@ -124,9 +144,48 @@ void dialoghi(QWidget *sopra)
     testo.Form_Load(u"V1"_s);
     testo.show();
     fotografa(testo, u"fmTxtL"_s);
+    fmLogin accesso(sopra);
+    accesso.show();
+    fotografa(accesso, u"fmLogin"_s);
+    ortografia();
+    fotografaModale(u"avanzamento"_s);
+    avanzamento::compie(
+        sopra, u"Copia di /archivi/pieve.tvd"_s,
+        [](const avanzamento::Passo &passo) {
+            for (int fatto = 0; fatto < 60 && passo(fatto, 100); ++fatto)
+                QThread::msleep(10);
+        },
+        avanzamento::Compare::Subito);
     fotografaModale(u"messaggio"_s);
     messaggi::avverte(sopra, u"Attenzione! Il vecchio file\n/archivi/pieve.tvd\nsarà spostato "
                              "nella cartella 'Cestino'"_s);
+}
+
+// Gli elenchi uno per volta, poi tutti insieme in cascata e affiancati.
+void elenchi(MDITras &principale, ProprietaTabella elenco)
+{
+    auto *area = principale.findChild<QMdiArea *>();
+    const std::pair<const char *, int> tabelle[] = {
+        {"Archivi", 0},    {"Registri", 0}, {"Voci", 0},   {"Individui", 0},
+        {"Individui", 12}, {"Famiglie", 0}, {"Eventi", 0}, {"Binari", 0}};
+    for (const auto &[tabella, ordinamento] : tabelle) {
+        elenco.TipoTabella = QString::fromLatin1(tabella);
+        elenco.Ordinamento = ordinamento;
+        principale.apre(elenco);
+        area->activeSubWindow()->resize(area->viewport()->size() * 3 / 4);
+        fotografa(*area->activeSubWindow(), elenco.TipoTabella);
+    }
+    const auto aperte = area->subWindowList();
+    for (int i = 0; i + 3 < aperte.size(); ++i)
+        aperte.at(i)->close();
+    for (const QString &comando :
+         {u"Affianca in verticale"_s, u"Affianca in orizzontale"_s, u"Cascata"_s}) {
+        for (QAction *azione : principale.findChildren<QAction *>()) {
+            if (azione->text().remove(u'&') == comando)
+                azione->trigger();
+        }
+        fotografa(principale, comando);
+    }
 }
 
 void finestre(const QString &archivio, const QString &guida)
@@ -140,11 +199,7 @@ void finestre(const QString &archivio, const QString &guida)
     elenco.ArchivioLocale = u"A1"_s;
     elenco.RegistroLocale = u"R1"_s;
     elenco.VoceLocale = u"V1"_s;
-    for (const char *tabella : {"Archivi", "Registri", "Voci", "Individui", "Binari"}) {
-        elenco.TipoTabella = QString::fromLatin1(tabella);
-        principale.apre(elenco);
-    }
-    fotografa(principale, u"MDITras"_s);
+    elenchi(principale, elenco);
     editori(&principale);
     dialoghi(&principale);
     fmGuida manuale(guida, &principale);
