@@ -139,6 +139,35 @@ Misura misura(const std::function<void()> &lavoro)
     return letta;
 }
 
+struct Lavoro {
+    const char *nome = nullptr;
+    std::function<void()> compie;
+    // Vero se la copia nasce da lui.
+    bool nuovo = true;
+};
+
+using Misure = std::array<Misura, volte>;
+
+std::array<Lavoro, 5> lavori(const QString &archivio, const QString &copia, const QString &cestino)
+{
+    return {{
+        {"VACUUM INTO and sync, by the engine's calls", [=] { pavimento(archivio, copia); }, true},
+        {"compaction, without its check", [=] { soloCompatta(archivio, copia); }, true},
+        {"check of the copy", [=] { soloVerifica(archivio, copia); }, false},
+        {"back-up, check included", [=] { modTarvola::copiaArchivio(archivio, copia, avanti); },
+         true},
+        {"compaction in its place, check included",
+         [=] { modTarvola::compattaArchivio(archivio, cestino, avanti); }, true},
+    }};
+}
+
+Misura mediana(Misure sue)
+{
+    std::sort(sue.begin(), sue.end(),
+              [](const Misura &a, const Misura &b) { return a.secondi < b.secondi; });
+    return sue[volte / 2];
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -155,44 +184,23 @@ int main(int argc, char **argv)
     QFile::remove(archivio);
     genera(archivio, megabyte);
     uscita << "archive of " << QFileInfo(archivio).size() / 1000000 << " MB\n" << Qt::flush;
-    struct Lavoro {
-        const char *nome;
-        std::function<void()> compie;
-        bool nuovo;
-    };
-    const std::array<Lavoro, 5> lavori{{
-        {"VACUUM INTO and sync, by the engine's calls", [&] { pavimento(archivio, copia); }, true},
-        {"compaction, without its check", [&] { soloCompatta(archivio, copia); }, true},
-        {"check of the copy", [&] { soloVerifica(archivio, copia); }, false},
-        {"back-up, check included", [&] { modTarvola::copiaArchivio(archivio, copia, avanti); },
-         true},
-        {"compaction in its place, check included",
-         [&] {
-             modTarvola::compattaArchivio(archivio, cartella + QStringLiteral("/Cestino"), avanti);
-         },
-         true},
-    }};
-    std::array<std::array<Misura, volte>, lavori.size()> misure;
-    for (int giro = 0; giro < volte; ++giro) {
-        for (size_t i = 0; i < lavori.size(); ++i) {
-            if (lavori[i].nuovo)
+    const auto tutti = lavori(archivio, copia, cartella + QStringLiteral("/Cestino"));
+    std::array<Misure, tutti.size()> misure;
+    for (size_t giro = 0; giro < volte; ++giro) {
+        for (size_t i = 0; i < tutti.size(); ++i) {
+            if (tutti[i].nuovo)
                 QFile::remove(copia);
-            misure[i][static_cast<size_t>(giro)] = misura(lavori[i].compie);
+            misure[i][giro] = misura(tutti[i].compie);
         }
     }
-    const auto mediana = [](std::array<Misura, volte> suoi) {
-        std::sort(suoi.begin(), suoi.end(),
-                  [](const Misura &a, const Misura &b) { return a.secondi < b.secondi; });
-        return suoi[volte / 2];
-    };
     const double base = mediana(misure[0]).secondi;
-    for (size_t i = 0; i < lavori.size(); ++i) {
+    for (size_t i = 0; i < tutti.size(); ++i) {
         const Misura sua = mediana(misure[i]);
         uscita << QStringLiteral("%1 s  %2 x  %3 MB  ")
                       .arg(sua.secondi, 7, 'f', 2)
                       .arg(sua.secondi / base, 5, 'f', 2)
                       .arg(sua.megabyte, 5, 'f', 0)
-               << lavori[i].nome << '\n';
+               << tutti[i].nome << '\n';
     }
     return 0;
 }

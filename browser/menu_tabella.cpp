@@ -10,18 +10,18 @@ namespace
 {
 
 struct Comando {
-    ComandoTabella numero;
-    const char *nome;
-    const char *icona;
-    QKeyCombination tasto;
+    const char *nome = nullptr;
+    const char *icona = nullptr;
+    ComandoTabella numero = Seleziona;
+    QKeyCombination tasto = Qt::Key_unknown;
 };
 
 constexpr Comando comandi[] = {
-    {Seleziona, "Seleziona", ":/icone/seleziona.svg", Qt::CTRL | Qt::Key_Return},
-    {ApriRiga, "Apri", ":/icone/apri.svg", Qt::Key_Return},
-    {NuovaRiga, "Nuovo", ":/icone/nuovo.svg", Qt::Key_Insert},
-    {Aggiorna, "Aggiorna", ":/icone/aggiorna.svg", Qt::Key_F5},
-    {EliminaRiga, "Elimina", ":/icone/elimina.svg", Qt::Key_Delete},
+    {"Seleziona", ":/icone/seleziona.svg", Seleziona, Qt::CTRL | Qt::Key_Return},
+    {"Apri", ":/icone/apri.svg", ApriRiga, Qt::Key_Return},
+    {"Nuovo", ":/icone/nuovo.svg", NuovaRiga, Qt::Key_Insert},
+    {"Aggiorna", ":/icone/aggiorna.svg", Aggiorna, Qt::Key_F5},
+    {"Elimina", ":/icone/elimina.svg", EliminaRiga, Qt::Key_Delete},
 };
 
 } // namespace

@@ -66,7 +66,8 @@ QByteArray altrui(QRandomGenerator &caso, const QByteArray &sano)
     }
 }
 
-void guasta(Danno danno, const QString &percorso, QByteArray byte, QRandomGenerator &caso)
+// I byte di un file sano dopo un danno che non ne cambia la natura.
+QByteArray guastati(Danno danno, QByteArray byte, QRandomGenerator &caso)
 {
     const auto lungo = static_cast<int>(byte.size());
     const auto gira = [&](int volte) {
@@ -98,25 +99,32 @@ void guasta(Danno danno, const QString &percorso, QByteArray byte, QRandomGenera
         copre(512);
         break;
     case Altrui:
-        byte = altrui(caso, byte);
-        break;
+        return altrui(caso, byte);
     case Vuoto:
-        byte.clear();
-        break;
-    case Cartella:
-        QFile::remove(percorso);
-        QDir().mkpath(percorso);
-        return;
-    case Coda:
-        QFile::remove(percorso);
-        ::mkfifo(percorso.toUtf8().constData(), 0644);
-        return;
+        return {};
     default:
         break;
     }
-    scrive(percorso, byte);
-    if (danno == SenzaPermesso)
-        ::chmod(percorso.toUtf8().constData(), 0);
+    return byte;
+}
+
+void guasta(Danno danno, const QString &percorso, const QByteArray &sano, QRandomGenerator &caso)
+{
+    const QByteArray nome = percorso.toUtf8();
+    switch (danno) {
+    case Cartella:
+        QFile::remove(percorso);
+        QDir().mkpath(percorso);
+        break;
+    case Coda:
+        QFile::remove(percorso);
+        ::mkfifo(nome.constData(), 0644);
+        break;
+    default:
+        scrive(percorso, guastati(danno, sano, caso));
+        if (danno == SenzaPermesso)
+            ::chmod(nome.constData(), 0);
+    }
 }
 
 bool riesce(const std::function<void()> &lavoro)

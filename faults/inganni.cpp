@@ -106,11 +106,26 @@ void disarma()
 
 } // namespace inganni
 
-// Definite nel programma, queste vengono prima di quelle della libreria del C anche per le
-// librerie.
+// Col nome che ha nella libreria del C ciascuna viene prima della sua, anche per le librerie.
 extern "C" {
 
-int open(const char *percorso, int modi, ...)
+int ingannaOpen(const char *percorso, int modi, ...) __asm__("open");
+int ingannaOpen64(const char *percorso, int modi, ...) __asm__("open64");
+ssize_t ingannaWrite(int numero, const void *byte, size_t quanti) __asm__("write");
+ssize_t ingannaPwrite(int numero, const void *byte, size_t quanti, off_t dove) __asm__("pwrite");
+ssize_t ingannaPwrite64(int numero, const void *byte, size_t quanti,
+                        off64_t dove) __asm__("pwrite64");
+int ingannaFsync(int numero) __asm__("fsync");
+int ingannaFdatasync(int numero) __asm__("fdatasync");
+int ingannaFtruncate(int numero, off_t lunghezza) __asm__("ftruncate");
+int ingannaFtruncate64(int numero, off64_t lunghezza) __asm__("ftruncate64");
+int ingannaRename(const char *da, const char *a) __asm__("rename");
+int ingannaRenameat2(int daDove, const char *da, int aDove, const char *a,
+                     unsigned modi) __asm__("renameat2");
+int ingannaUnlink(const char *percorso) __asm__("unlink");
+int ingannaMkdir(const char *percorso, mode_t permessi) __asm__("mkdir");
+
+int ingannaOpen(const char *percorso, int modi, ...)
 {
     va_list altri;
     va_start(altri, modi);
@@ -120,7 +135,7 @@ int open(const char *percorso, int modi, ...)
     return cadePercorso(percorso, diApertura(modi)) ? -1 : sua(percorso, modi, permessi);
 }
 
-int open64(const char *percorso, int modi, ...)
+int ingannaOpen64(const char *percorso, int modi, ...)
 {
     va_list altri;
     va_start(altri, modi);
@@ -130,68 +145,68 @@ int open64(const char *percorso, int modi, ...)
     return cadePercorso(percorso, diApertura(modi)) ? -1 : sua(percorso, modi, permessi);
 }
 
-ssize_t write(int numero, const void *byte, size_t quanti)
+ssize_t ingannaWrite(int numero, const void *byte, size_t quanti)
 {
     static const auto sua = vera<ssize_t (*)(int, const void *, size_t)>("write");
     return cadeNumero(numero, Genere::Scrive) ? -1 : sua(numero, byte, quanti);
 }
 
-ssize_t pwrite(int numero, const void *byte, size_t quanti, off_t dove)
+ssize_t ingannaPwrite(int numero, const void *byte, size_t quanti, off_t dove)
 {
     static const auto sua = vera<ssize_t (*)(int, const void *, size_t, off_t)>("pwrite");
     return cadeNumero(numero, Genere::Scrive) ? -1 : sua(numero, byte, quanti, dove);
 }
 
-ssize_t pwrite64(int numero, const void *byte, size_t quanti, off64_t dove)
+ssize_t ingannaPwrite64(int numero, const void *byte, size_t quanti, off64_t dove)
 {
     static const auto sua = vera<ssize_t (*)(int, const void *, size_t, off64_t)>("pwrite64");
     return cadeNumero(numero, Genere::Scrive) ? -1 : sua(numero, byte, quanti, dove);
 }
 
-int fsync(int numero)
+int ingannaFsync(int numero)
 {
     static const auto sua = vera<int (*)(int)>("fsync");
     return cadeNumero(numero, Genere::Altro) ? -1 : sua(numero);
 }
 
-int fdatasync(int numero)
+int ingannaFdatasync(int numero)
 {
     static const auto sua = vera<int (*)(int)>("fdatasync");
     return cadeNumero(numero, Genere::Altro) ? -1 : sua(numero);
 }
 
-int ftruncate(int numero, off_t lunghezza)
+int ingannaFtruncate(int numero, off_t lunghezza)
 {
     static const auto sua = vera<int (*)(int, off_t)>("ftruncate");
     return cadeNumero(numero, Genere::Scrive) ? -1 : sua(numero, lunghezza);
 }
 
-int ftruncate64(int numero, off64_t lunghezza)
+int ingannaFtruncate64(int numero, off64_t lunghezza)
 {
     static const auto sua = vera<int (*)(int, off64_t)>("ftruncate64");
     return cadeNumero(numero, Genere::Scrive) ? -1 : sua(numero, lunghezza);
 }
 
-int rename(const char *da, const char *a)
+int ingannaRename(const char *da, const char *a)
 {
     static const auto sua = vera<int (*)(const char *, const char *)>("rename");
     return cadePercorso(da, Genere::Altro) ? -1 : sua(da, a);
 }
 
-int renameat2(int daDove, const char *da, int aDove, const char *a, unsigned modi)
+int ingannaRenameat2(int daDove, const char *da, int aDove, const char *a, unsigned modi)
 {
     static const auto sua =
         vera<int (*)(int, const char *, int, const char *, unsigned)>("renameat2");
     return cadePercorso(da, Genere::Altro) ? -1 : sua(daDove, da, aDove, a, modi);
 }
 
-int unlink(const char *percorso)
+int ingannaUnlink(const char *percorso)
 {
     static const auto sua = vera<int (*)(const char *)>("unlink");
     return cadePercorso(percorso, Genere::Altro) ? -1 : sua(percorso);
 }
 
-int mkdir(const char *percorso, mode_t permessi)
+int ingannaMkdir(const char *percorso, mode_t permessi)
 {
     static const auto sua = vera<int (*)(const char *, mode_t)>("mkdir");
     return cadePercorso(percorso, Genere::Altro) ? -1 : sua(percorso, permessi);
