@@ -1,17 +1,15 @@
-// Misura la conversione di un archivio grande nel formato anteriore.
-//   anteriore scrive VUOTO GRANDE [INDIVIDUI]   fa GRANDE da un archivio vuoto
-//   anteriore misura GRANDE                     lo converte in GRANDE.nuovo
-// Sono due passi perché la memoria di chi scrive non si conti con quella di chi converte.
+// Misura la conversione di un archivio grande nel formato anteriore, fatto da uno vuoto.
+//   anteriore VUOTO GRANDE [INDIVIDUI]
 
+#include "bench/tavola.h"
 #include "db/conversione.h"
 #include "platform/ado.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QtEndian>
 #include <QTextStream>
 
-#include <sys/resource.h>
+#include <algorithm>
 
 namespace
 {
@@ -113,45 +111,46 @@ bool scriveGrande(const QString &vuoto, const QString &grande, int individui)
     return a.write(byte) == byte.size();
 }
 
-// Secondi, MB al più occupati, righe.
-void misura(const QString &grande, QTextStream &uscita)
+void misura(Tavola &tavola, const QString &grande)
 {
     const QString nuovo = grande + QStringLiteral(".nuovo");
+    double memoria = 0;
+    tavola.assoluto("convertire il formato precedente, s", 3, [&] {
+        QFile::remove(nuovo);
+        azzeraMemoriaMassima();
+        const double secondi = millisecondi([&] {
+                                   if (!modTarvola::converte(grande, nuovo, [](qint64, qint64) {
+                                            return true;
+                                        })->intero())
+                                       qFatal("la conversione ha perduto qualcosa");
+                               }) /
+                               1000;
+        memoria = std::max(memoria, memoriaMassima());
+        return secondi;
+    });
+    tavola.assoluto("memoria della conversione, MiB", 64, memoria);
     QFile::remove(nuovo);
-    QElapsedTimer tempo;
-    tempo.start();
-    const auto resoconto = modTarvola::converte(grande, nuovo, [](qint64, qint64) { return true; });
-    const double secondi = static_cast<double>(tempo.elapsed()) / 1000;
-    rusage uso{};
-    getrusage(RUSAGE_SELF, &uso);
-    qint64 righe = 0;
-    for (const modTarvola::TabellaConvertita &tabella : resoconto->tabelle)
-        righe += tabella.lette;
-    uscita << "secondi " << secondi << ", MB " << static_cast<double>(uso.ru_maxrss) / 1024
-           << ", righe " << righe << (resoconto->intero() ? "\n" : ", NON intero\n");
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
-    QTextStream uscita(stdout);
-    const QByteArray comando = argc > 1 ? argv[1] : "";
-    try {
-        if (comando == "scrive" && argc > 3) {
-            const int individui = argc > 4 ? QByteArray(argv[4]).toInt() : 100'000;
-            return scriveGrande(QFile::decodeName(argv[2]), QFile::decodeName(argv[3]), individui)
-                       ? 0
-                       : 1;
-        }
-        if (comando == "misura" && argc > 2) {
-            misura(QFile::decodeName(argv[2]), uscita);
-            return 0;
-        }
-        uscita << "uso: anteriore scrive VUOTO GRANDE [INDIVIDUI] | misura GRANDE\n";
+    if (argc < 3) {
+        QTextStream(stderr) << "usage: anteriore EMPTY-FILE BIG-FILE [INDIVIDUALS]\n";
         return 2;
+    }
+    const QString grande = QFile::decodeName(argv[2]);
+    const int individui = argc > 3 ? QByteArray(argv[3]).toInt() : 100'000;
+    try {
+        if (!scriveGrande(QFile::decodeName(argv[1]), grande, individui))
+            return 2;
+        Tavola tavola(3);
+        misura(tavola, grande);
+        QFile::remove(grande);
+        return tavola.bastata() ? 0 : 1;
     } catch (const ado::Errore &errore) {
-        uscita << errore.testo() << '\n';
-        return 1;
+        QTextStream(stderr) << errore.testo() << '\n';
+        return 2;
     }
 }

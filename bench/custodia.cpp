@@ -1,20 +1,19 @@
 #include "db/custodia.h"
 
+#include "bench/tavola.h"
 #include "db/connessioni.h"
 #include "db/modello.h"
 #include "platform/jro.h"
 
-#include <QElapsedTimer>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTextStream>
 
 #include <algorithm>
-#include <array>
 #include <fcntl.h>
 #include <functional>
 #include <sqlite3.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -119,13 +118,8 @@ Misura misura(const std::function<void()> &lavoro)
     if (::pipe(tubo) != 0)
         qFatal("manca un tubo");
     if (::fork() == 0) {
-        QElapsedTimer orologio;
-        orologio.start();
-        lavoro();
-        const double secondi = static_cast<double>(orologio.nsecsElapsed()) / 1e9;
-        struct rusage uso = {};
-        ::getrusage(RUSAGE_SELF, &uso);
-        const Misura mia{secondi, static_cast<double>(uso.ru_maxrss) / 1024};
+        const double secondi = millisecondi(lavoro) / 1000;
+        const Misura mia{secondi, memoriaMassima()};
         ::_exit(::write(tubo[1], &mia, sizeof mia) == sizeof mia ? 0 : 1);
     }
     ::close(tubo[1]);
@@ -139,68 +133,67 @@ Misura misura(const std::function<void()> &lavoro)
     return letta;
 }
 
-struct Lavoro {
-    const char *nome = nullptr;
-    std::function<void()> compie;
-    // Vero se la copia nasce da lui.
-    bool nuovo = true;
+// I tempi di un lavoro fatto più volte, in secondi, e la memoria del peggiore, in MiB.
+struct Tempi {
+    std::vector<double> secondi;
+    double megabyte = 0;
+
+    void aggiunge(const Misura &una)
+    {
+        secondi.push_back(una.secondi);
+        megabyte = std::max(megabyte, una.megabyte);
+    }
 };
 
-using Misure = std::array<Misura, volte>;
-
-std::array<Lavoro, 5> lavori(const QString &archivio, const QString &copia, const QString &cestino)
+// A turno, su dischi senza nulla in sospeso: ciò che il motore fa da solo, e noi.
+void misuraTutto(Tavola &tavola, const QString &archivio, const QString &copia,
+                 const QString &cestino)
 {
-    return {{
-        {"VACUUM INTO and sync, by the engine's calls", [=] { pavimento(archivio, copia); }, true},
-        {"compaction, without its check", [=] { soloCompatta(archivio, copia); }, true},
-        {"check of the copy", [=] { soloVerifica(archivio, copia); }, false},
-        {"back-up, check included", [=] { modTarvola::copiaArchivio(archivio, copia, avanti); },
-         true},
-        {"compaction in its place, check included",
-         [=] { modTarvola::compattaArchivio(archivio, cestino, avanti); }, true},
-    }};
-}
-
-Misura mediana(Misure sue)
-{
-    std::sort(sue.begin(), sue.end(),
-              [](const Misura &a, const Misura &b) { return a.secondi < b.secondi; });
-    return sue[volte / 2];
+    Tempi motore;
+    Tempi compatta;
+    Tempi verifica;
+    Tempi backUp;
+    Tempi alSuoPosto;
+    for (int giro = 0; giro < volte; ++giro) {
+        motore.aggiunge(misura([&] { pavimento(archivio, copia); }));
+        QFile::remove(copia);
+        compatta.aggiunge(misura([&] { soloCompatta(archivio, copia); }));
+        verifica.aggiunge(misura([&] { soloVerifica(archivio, copia); }));
+        QFile::remove(copia);
+        backUp.aggiunge(misura([&] { modTarvola::copiaArchivio(archivio, copia, avanti); }));
+        QFile::remove(copia);
+        alSuoPosto.aggiunge(
+            misura([&] { modTarvola::compattaArchivio(archivio, cestino, avanti); }));
+        QDir(cestino).removeRecursively();
+    }
+    const double base = mediana(motore.secondi);
+    const double controllo = mediana(verifica.secondi);
+    tavola.rapporto("compattare senza verifica, s", 1.15, mediana(compatta.secondi), base);
+    tavola.assoluto("verificare la copia, s", 0, controllo);
+    tavola.rapporto("back-up meno la verifica, s", 1.15, mediana(backUp.secondi) - controllo, base);
+    tavola.rapporto("compattare al suo posto meno la verifica, s", 1.15,
+                    mediana(alSuoPosto.secondi) - controllo, base);
+    tavola.assoluto("memoria del back-up, MiB", 64, backUp.megabyte);
+    tavola.assoluto("memoria della compattazione, MiB", 64, alSuoPosto.megabyte);
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
-    QTextStream uscita(stdout);
     const QString cartella = QString::fromLocal8Bit(argc > 1 ? argv[1] : "");
     const int megabyte = argc > 2 ? QByteArray(argv[2]).toInt() : 1000;
     if (!QFileInfo(cartella).isDir() || megabyte < 2) {
-        uscita << "usage: custodia FOLDER [MEGABYTES]\n";
+        QTextStream(stderr) << "usage: custodia FOLDER [MEGABYTES]\n";
         return 2;
     }
     const QString archivio = cartella + QStringLiteral("/grande.tvd");
     const QString copia = cartella + QStringLiteral("/copia.tvd");
     QFile::remove(archivio);
+    QFile::remove(copia);
     genera(archivio, megabyte);
-    uscita << "archive of " << QFileInfo(archivio).size() / 1000000 << " MB\n" << Qt::flush;
-    const auto tutti = lavori(archivio, copia, cartella + QStringLiteral("/Cestino"));
-    std::array<Misure, tutti.size()> misure;
-    for (size_t giro = 0; giro < volte; ++giro) {
-        for (size_t i = 0; i < tutti.size(); ++i) {
-            if (tutti[i].nuovo)
-                QFile::remove(copia);
-            misure[i][giro] = misura(tutti[i].compie);
-        }
-    }
-    const double base = mediana(misure[0]).secondi;
-    for (size_t i = 0; i < tutti.size(); ++i) {
-        const Misura sua = mediana(misure[i]);
-        uscita << QStringLiteral("%1 s  %2 x  %3 MB  ")
-                      .arg(sua.secondi, 7, 'f', 2)
-                      .arg(sua.secondi / base, 5, 'f', 2)
-                      .arg(sua.megabyte, 5, 'f', 0)
-               << tutti[i].nome << '\n';
-    }
-    return 0;
+    Tavola tavola(volte);
+    misuraTutto(tavola, archivio, copia, cartella + QStringLiteral("/Cestino"));
+    QFile::remove(archivio);
+    return tavola.bastata() ? 0 : 1;
 }

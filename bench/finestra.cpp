@@ -1,18 +1,18 @@
 // Apre la vera finestra principale con il visualizzatore di tutti gli individui e dice "pronta"
 // appena le prime righe sono disegnate; con "tutte" aspetta tutte le chiavi, con "salta" ordina poi
-// per cognome e va in fondo. Alla fine dice la memoria al suo massimo, in KiB.
+// per cognome e va in fondo. Alla fine dice la memoria al suo massimo, in MiB.
 //   finestra ARCHIVIO prime|tutte|salta [dettagli]
 
 #include "app/avvio.h"
 #include "app/contesto.h"
 #include "app/MDITras.h"
 #include "bench/dipinta.h"
+#include "bench/tavola.h"
 #include "db/connessioni.h"
 #include "db/elenco.h"
 
 #include <QApplication>
 #include <QEventLoop>
-#include <QFile>
 #include <QScrollBar>
 #include <QTableView>
 
@@ -23,21 +23,9 @@ using namespace modTarvola;
 namespace
 {
 
-QByteArray memoriaMassima()
-{
-    QFile stato(QStringLiteral("/proc/self/status"));
-    if (!stato.open(QIODevice::ReadOnly))
-        return "?";
-    for (const QByteArray &riga : stato.readAll().split('\n')) {
-        if (riga.startsWith("VmHWM:"))
-            return riga.mid(6).simplified().split(' ').value(0);
-    }
-    return "?";
-}
-
 void dice(const char *parola)
 {
-    std::printf("%s %s\n", parola, memoriaMassima().constData());
+    std::printf("%s %.2f\n", parola, memoriaMassima());
     std::fflush(stdout);
 }
 

@@ -2,6 +2,7 @@
 //   misura ARCHIVIO [VOLTE]
 
 #include "bench/pavimento.h"
+#include "bench/tavola.h"
 #include "db/connessioni.h"
 #include "db/elenco.h"
 #include "db/eliminazione.h"
@@ -10,85 +11,14 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
-#include <QTextStream>
 
 #include <algorithm>
-#include <functional>
 #include <random>
 
 using namespace modTarvola;
 
 namespace
 {
-
-double mediana(std::vector<double> valori)
-{
-    std::sort(valori.begin(), valori.end());
-    return valori.empty() ? 0 : valori[valori.size() / 2];
-}
-
-double millisecondi(const std::function<void()> &lavoro)
-{
-    QElapsedTimer orologio;
-    orologio.start();
-    lavoro();
-    return static_cast<double>(orologio.nsecsElapsed()) / 1e6;
-}
-
-class Misura
-{
-public:
-    Misura(QString percorso, int volte) : m_percorso(std::move(percorso)), m_volte(volte) {}
-
-    // Il nostro tempo e il pavimento, a turno; la mèta è sul rapporto.
-    void rapporto(const char *nome, double meta, const std::function<double()> &nostro,
-                  const std::function<double()> &pavimento)
-    {
-        std::vector<double> nostri;
-        std::vector<double> loro;
-        nostri.reserve(static_cast<size_t>(m_volte));
-        loro.reserve(static_cast<size_t>(m_volte));
-        for (int i = 0; i <= m_volte; ++i) {
-            const double suo = pavimento();
-            const double mio = nostro();
-            if (i > 0) {
-                nostri.push_back(mio);
-                loro.push_back(suo);
-            }
-        }
-        const double quanto = mediana(nostri) / mediana(loro);
-        riga(nome, mediana(nostri), mediana(loro), quanto, meta, quanto <= meta);
-    }
-    // Una grandezza con una mèta sua, senza pavimento.
-    void assoluto(const char *nome, double meta, const std::function<double()> &nostro)
-    {
-        std::vector<double> nostri;
-        nostri.reserve(static_cast<size_t>(m_volte));
-        for (int i = 0; i < m_volte; ++i)
-            nostri.push_back(nostro());
-        riga(nome, mediana(nostri), 0, 0, meta, mediana(nostri) <= meta);
-    }
-    bool bastato() const { return m_bastato; }
-
-private:
-    void riga(const char *nome, double nostro, double suo, double quanto, double meta, bool bene)
-    {
-        m_bastato = m_bastato && bene;
-        m_uscita << QStringLiteral("%1 %2 %3 %4 %5 %6\n")
-                        .arg(QString::fromUtf8(nome), -46)
-                        .arg(nostro, 10, 'f', 2)
-                        .arg(suo, 10, 'f', 2)
-                        .arg(quanto, 7, 'f', 2)
-                        .arg(meta, 8, 'f', 2)
-                        .arg(bene ? QStringLiteral("ok") : QStringLiteral("short"));
-        m_uscita.flush();
-    }
-
-    QString m_percorso;
-    int m_volte;
-    bool m_bastato = true;
-    QTextStream m_uscita{stdout};
-};
 
 struct Corsa {
     double pronta = 0;  // millisecondi dalla partenza del processo
@@ -111,7 +41,7 @@ Corsa corre(const QString &programma, const QStringList &argomenti)
     processo.waitForFinished(120000);
     detto += processo.readAllStandardOutput();
     const QByteArrayList parole = detto.simplified().split(' ');
-    corsa.memoria = parole.constLast().toDouble() / 1024;
+    corsa.memoria = parole.constLast().toDouble();
     return corsa;
 }
 
@@ -130,7 +60,7 @@ void primaPagina(const Richiesta &richiesta)
         elenco.riga(chiavi[i]);
 }
 
-void misuraElenchi(Misura &misura, const QString &percorso)
+void misuraElenchi(Tavola &misura, const QString &percorso)
 {
     const QStringList prime{percorso, QStringLiteral("prime")};
     misura.rapporto(
@@ -150,7 +80,7 @@ void misuraElenchi(Misura &misura, const QString &percorso)
         [&] { return corre(QStringLiteral("finestra"), prime).pronta; });
 }
 
-void misuraRighe(Misura &misura, const QString &percorso)
+void misuraRighe(Tavola &misura, const QString &percorso)
 {
     const Elenco elenco(individui(7, false), connessione());
     const std::vector<qint64> chiavi = elenco.chiaviDopo(-1, 1000000000);
@@ -188,7 +118,7 @@ void misuraRighe(Misura &misura, const QString &percorso)
         [] { return millisecondi([] { primaPagina(individui(4, false)); }); });
 }
 
-void misuraEliminazioni(Misura &misura, const QString &percorso, int volte)
+void misuraEliminazioni(Tavola &misura, const QString &percorso, int volte)
 {
     const QString copia = percorso + QStringLiteral(".copia");
     QFile::remove(copia);
@@ -227,15 +157,10 @@ int main(int argc, char **argv)
     const int volte = argc > 2 ? qBound(1, QString::fromLocal8Bit(argv[2]).toInt(), 6) : 5;
     avviaArchivi();
     ApriArchivio(percorso);
-    QTextStream(stdout) << QStringLiteral("%1 %2 %3 %4 %5\n")
-                               .arg(QStringLiteral("figura"), -46)
-                               .arg(QStringLiteral("mediana"), 10)
-                               .arg(QStringLiteral("pavimento"), 10)
-                               .arg(QStringLiteral("rapp."), 7)
-                               .arg(QStringLiteral("meta"), 8);
-    Misura misura(percorso, volte);
+    Tavola misura(volte);
+    misura.intesta();
     misuraElenchi(misura, percorso);
     misuraRighe(misura, percorso);
     misuraEliminazioni(misura, percorso, volte);
-    return misura.bastato() ? 0 : 1;
+    return misura.bastata() ? 0 : 1;
 }
