@@ -79,14 +79,6 @@ ado::Comando dettagli(const QString &tabella, const QString &codice)
     return {QStringLiteral("SELECT * FROM %1 WHERE Codice = ?").arg(tabella), {codice}, tabella};
 }
 
-ado::Comando oggetto(const QString &codice)
-{
-    return {
-        QStringLiteral("SELECT Codice, Tipo, IdProprietario, Nome FROM Binari WHERE Codice = ?"),
-        {codice},
-        QStringLiteral("Binari")};
-}
-
 ado::Comando testoLungo(const QString &codice)
 {
     return dettagli(QStringLiteral("Binari"), codice);

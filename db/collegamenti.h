@@ -22,8 +22,6 @@ enum class Legami {
 
 // Il record di una tabella, modificabile; nessuna riga se il codice è vuoto o non c'è.
 ado::Comando dettagli(const QString &tabella, const QString &codice);
-// Il testo o il file di un codice, modificabile, senza il suo contenuto.
-ado::Comando oggetto(const QString &codice);
 // Il testo lungo di un codice col suo contenuto, modificabile.
 ado::Comando testoLungo(const QString &codice);
 // I generi di una categoria in ordine di etichetta: Codice, Tipo, etichetta.

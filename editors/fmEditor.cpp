@@ -180,7 +180,6 @@ void fmEditor::SalvaDettagli()
         throw;
     }
     codice() = adoDettagli.Testo(QStringLiteral("Codice"));
-    adoDettagli.Open(dettagli(m_descrizione.tabella, codice()), connessione(), proprieta.TipoLock);
     Text1.mostra(adoDettagli);
     salvato();
 }
@@ -201,6 +200,9 @@ void fmEditor::scrive()
     adoDettagli.Assegna(QStringLiteral("Modifica"), italiano::adesso());
     adoDettagli.Update();
     collegaOperatore();
+    // Riletto prima di confermare: un record registrato non deve mai sembrare rifiutato.
+    adoDettagli.Open(dettagli(m_descrizione.tabella, adoDettagli.Testo(QStringLiteral("Codice"))),
+                     connessione(), proprieta.TipoLock);
     transazione.conferma();
 }
 
@@ -212,6 +214,8 @@ void fmEditor::collegaOperatore()
 
 void fmEditor::nuovo()
 {
+    if (casellaInSospeso())
+        return;
     const auto genere = pannello->genereScelto();
     if (!genere) {
         messaggi::avvisa(this, QStringLiteral("Selezionare una voce"));
@@ -223,14 +227,16 @@ void fmEditor::nuovo()
         return;
     }
     if (codice().isEmpty() && !solaLettura()) {
-        if (casellaRifiutata())
-            return;
         SalvaDettagli();
         if (contesto().SalvataggioRifiutato) {
             contesto().SalvataggioRifiutato = false;
             return;
         }
     }
+    // Può essere stato eliminato da una finestra aperta su questa.
+    if (!esiste(codice()))
+        throw ado::Errore(ado::Causa::Altro,
+                          QStringLiteral("il record %1 non esiste più").arg(codice()));
     const std::vector<Elemento> prima = pannello->collegamenti();
     if (nuovoProprio(*genere) || nuovoComune(*genere)) {
         CaricaCollegamenti();
@@ -258,6 +264,8 @@ bool fmEditor::nuovoComune(const Elemento &genere)
 
 void fmEditor::apri()
 {
+    if (casellaInSospeso())
+        return;
     const auto collegamento = pannello->collegamentoScelto();
     if (!collegamento)
         return;
@@ -313,6 +321,8 @@ void fmEditor::apreRecapito(int genere, const QString &suo, const QString &didas
 
 void fmEditor::elimina()
 {
+    if (casellaInSospeso())
+        return;
     const auto collegamento = pannello->collegamentoScelto();
     if (!collegamento)
         return;
@@ -348,6 +358,12 @@ void fmEditor::controllaCasella(int indice)
     const QString messaggio = Text1.rifiuto(indice);
     if (!messaggio.isEmpty())
         rifiuta(indice, messaggio);
+}
+
+// Un bottone premuto in fretta arriva prima del controllo della casella appena lasciata.
+bool fmEditor::casellaInSospeso()
+{
+    return !solaLettura() && casellaRifiutata();
 }
 
 bool fmEditor::casellaRifiutata()

@@ -96,6 +96,7 @@ private:
     void scrive();
     void controllaCasella(int indice);
     bool casellaRifiutata();
+    bool casellaInSospeso();
     void rifiuta(int indice, const QString &messaggio);
 
     DescrizioneEditor m_descrizione;

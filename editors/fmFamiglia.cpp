@@ -70,6 +70,8 @@ void fmFamiglia::dopoCollegamenti()
 void fmFamiglia::tornaNuova()
 {
     codice().clear();
+    if (proprieta.TipoFamigliaLocale == 0 && !adoDettagli.Bof())
+        proprieta.TipoFamigliaLocale = adoDettagli.Campo(QStringLiteral("Ruolo")).toInt();
     adoDettagli.Open(dettagli(QStringLiteral("Famiglie"), {}), connessione(), proprieta.TipoLock);
     adoDettagli.AddNew();
 }
@@ -148,9 +150,23 @@ void fmFamiglia::nuovoMembro(const Elemento &ruolo)
             tornaNuova();
             SalvaDettagli();
         }
-        AggiungiFamigliaConiugi(connessione(), membro, codice());
+        iscrive(membro);
     }
     contesto().IndividuoCorrente = proprieta.IndividuoLocale;
+}
+
+// Chi è già registrato non potrebbe più entrare nella coppia: se non riesce si offre di riprovare.
+void fmFamiglia::iscrive(const QString &membro)
+{
+    for (bool riprova = true; riprova;) {
+        try {
+            AggiungiFamigliaConiugi(connessione(), membro, codice());
+            return;
+        } catch (const ado::Errore &errore) {
+            riprova = messaggi::avverte(this, QStringLiteral("Operazione non riuscita:\n") +
+                                                  errore.testo());
+        }
+    }
 }
 
 bool fmFamiglia::apriProprio(const Elemento &collegamento)

@@ -29,6 +29,7 @@ private:
     void tornaNuova();
     void nuovoIndividuo(const Elemento &ruolo);
     void nuovoMembro(const Elemento &ruolo);
+    void iscrive(const QString &membro);
     void apreMembro(const Elemento &membro);
     void apreEvento(const Elemento &evento, const QString &codice, const QString &didascalia);
 };

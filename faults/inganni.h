@@ -17,7 +17,7 @@ struct Piano {
     bool solaLettura = false; // ogni chiamata che cambia qualcosa fallisce, come su un CD
 };
 
-void arma(const Piano &piano);
+void arma(const Piano &nuovo);
 // Quante chiamate sono passate, e quante sono state fatte fallire, da quando è armato.
 int passate();
 int fallite();

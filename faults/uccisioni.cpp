@@ -137,6 +137,37 @@ int mancanti(const Attesi &attesi)
     return mancano;
 }
 
+// Uccide un processo che lavora, dopo un tempo a caso; rende ciò che manca poi.
+int uccide(Giro &giro, int numero, const lavori::Posto &posto, Attesi &attesi,
+           QHash<QString, int> &conti)
+{
+    int tubo[2];
+    if (::pipe(tubo) != 0)
+        qFatal("manca un tubo");
+    const quint32 seme = giro.caso.generate();
+    const pid_t figlio = ::fork();
+    if (figlio == 0) {
+        ::close(tubo[0]);
+        lavora(posto, tubo[1], seme, numero);
+    }
+    ::close(tubo[1]);
+    ::usleep(static_cast<useconds_t>(giro.caso.bounded(250'000)));
+    ::kill(figlio, SIGKILL);
+    ::waitpid(figlio, nullptr, 0);
+    int perdite = ascolta(tubo[0], attesi, conti);
+    ::close(tubo[0]);
+    perdite += verificaIntegri(posto.cartella);
+    try {
+        lavori::apre(posto);
+        perdite += mancanti(attesi);
+    } catch (const ado::Errore &errore) {
+        perduto(errore.testo());
+        ++perdite;
+    }
+    lavori::chiude();
+    return perdite;
+}
+
 } // namespace
 
 int uccisioni(Giro &giro)
@@ -150,30 +181,7 @@ int uccisioni(Giro &giro)
             lavori::prepara(posto, 200);
             attesi = {};
         }
-        int tubo[2];
-        if (::pipe(tubo) != 0)
-            return 1;
-        const quint32 seme = giro.caso.generate();
-        const pid_t figlio = ::fork();
-        if (figlio == 0) {
-            ::close(tubo[0]);
-            lavora(posto, tubo[1], seme, i);
-        }
-        ::close(tubo[1]);
-        ::usleep(static_cast<useconds_t>(giro.caso.bounded(250'000)));
-        ::kill(figlio, SIGKILL);
-        ::waitpid(figlio, nullptr, 0);
-        perdite += ascolta(tubo[0], attesi, conti);
-        ::close(tubo[0]);
-        perdite += verificaIntegri(posto.cartella);
-        try {
-            lavori::apre(posto);
-            perdite += mancanti(attesi);
-        } catch (const ado::Errore &errore) {
-            perduto(errore.testo());
-            ++perdite;
-        }
-        lavori::chiude();
+        perdite += uccide(giro, i, posto, attesi, conti);
         QDir(posto.cestino()).removeRecursively();
     }
     QTextStream(stdout) << "killed " << giro.giri << " times, after " << conti[u"P"_s] << " saves, "

@@ -119,8 +119,8 @@ void Alberi::percorre(const File &file, quint32 prima, Albero &albero)
         if (pagina.foglia)
             continue;
         daVedere.append(pagina.ultimoFiglio);
-        for (auto cella = pagina.celle.crbegin(); cella != pagina.celle.crend(); ++cella)
-            daVedere.append(cella->figlio);
+        for (qsizetype i = pagina.celle.size(); i-- > 0;)
+            daVedere.append(pagina.celle.at(i).figlio);
     }
 }
 

@@ -35,7 +35,7 @@ private:
     void radiciDa(const File &file, quint32 pagina, QHash<QString, quint32> &radici) const;
     QHash<QString, quint32> radici(const File &file) const;
     void libere(const File &file);
-    void percorre(const File &file, quint32 radice, Albero &albero);
+    void percorre(const File &file, quint32 prima, Albero &albero);
 
     QHash<QString, Albero> m_alberi;
     QList<Uso> m_uso;

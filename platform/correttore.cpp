@@ -33,6 +33,20 @@ bool Correttore::avanza()
     return false;
 }
 
+QStringList Correttore::suggerimenti() const
+{
+    const qsizetype fine = m_corrente.inizio + m_corrente.lunghezza;
+    const QChar ultima = m_testo.at(fine - 1);
+    const bool elisa = m_corrente.lunghezza > 1 && parole::eApostrofo(ultima) &&
+                       fine < m_testo.size() && m_testo.at(fine).isLetter();
+    if (!elisa)
+        return m_dizionario.suggerimenti(parola());
+    QStringList trovati = m_dizionario.elisioni(parola());
+    for (QString &trovato : trovati)
+        trovato.back() = ultima;
+    return trovati;
+}
+
 void Correttore::cambia(const QString &nuova, bool tutte)
 {
     const QString vecchia = parola();

@@ -18,6 +18,9 @@ public:
     const parole::Parola &posto() const { return m_corrente; }
     QString parola() const { return m_testo.mid(m_corrente.inizio, m_corrente.lunghezza); }
 
+    // Che cosa scrivere al suo posto, il più probabile per primo; un'elisione resta tale.
+    QStringList suggerimenti() const;
+
     // Decidono della parola corrente; le altre uguali solo se `tutte`.
     void cambia(const QString &nuova, bool tutte);
     void ignora(bool tutte);

@@ -97,6 +97,7 @@ void Dizionario::leggeParole()
         return;
     if (!file.open(QIODevice::ReadOnly))
         throw std::runtime_error(file.errorString().toStdString());
+    m_aggiunte.clear();
     const QStringList righe = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
     for (const QString &riga : righe) {
         const QString parola = normale(riga.trimmed());
@@ -173,18 +174,41 @@ QStringList Dizionario::suggerimenti(const QString &parola) const
     // Chi scrive "citta'" vuole "città": senza apostrofo il dizionario ci arriva.
     if (forma.endsWith(u'\''))
         forma.chop(1);
-    QStringList trovati;
+    return proposte(forma);
+}
+
+QStringList Dizionario::elisioni(const QString &parola) const
+{
+    const QString forma = normale(parola);
+    QStringList trovate;
+    for (QString proposta : proposte(forma) + proposte(forma.chopped(1))) {
+        if (QStringLiteral("aeiou").contains(proposta.back(), Qt::CaseInsensitive))
+            proposta.chop(1);
+        if (!proposta.endsWith(u'\''))
+            proposta += u'\'';
+        if (corretta(proposta))
+            trovate.append(proposta);
+    }
+    trovate.removeDuplicates();
+    return trovate;
+}
+
+QStringList Dizionario::proposte(const QString &forma) const
+{
+    QStringList trovate;
     const std::string byte = codificata(forma);
     if (byte.empty())
-        return trovati;
+        return trovate;
     for (const std::string &suggerimento : m_hunspell->suggest(byte))
-        trovati.append(decodificata(suggerimento));
-    return trovati;
+        trovate.append(decodificata(suggerimento));
+    return trovate;
 }
 
 void Dizionario::aggiungi(const QString &parola)
 {
     const QString forma = normale(parola);
+    // Anche un altro programma aperto può averne aggiunte.
+    leggeParole();
     const QStringList insieme = m_aggiunte + QStringList{forma};
     QDir().mkpath(QFileInfo(fileParole()).path());
     QSaveFile file(fileParole());

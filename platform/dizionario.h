@@ -32,11 +32,15 @@ public:
     // elisa ("quest'") è buona se lo è con una vocale al posto dell'apostrofo.
     bool corretta(const QString &parola) const;
     QStringList suggerimenti(const QString &parola) const;
+    // Per il pezzo eliso di una parola ("qest'" di "qest'anno"): ciò che si suggerisce finisce con
+    // l'apostrofo, come il pezzo.
+    QStringList elisioni(const QString &parola) const;
     // Aggiunge la parola a quelle dell'utente, che valgono anche in maiuscolo, e la registra;
     // fallisce con std::runtime_error se non si può registrare.
     void aggiungi(const QString &parola);
 
 private:
+    QStringList proposte(const QString &forma) const;
     bool conosce(const QString &parola) const;
     std::string codificata(const QString &parola) const;
     QString decodificata(const std::string &parola) const;

@@ -115,10 +115,9 @@ QPushButton *FinestraOrtografia::comando(const QString &didascalia, const QStrin
 void FinestraOrtografia::mostra()
 {
     mostraFrase();
-    const QString sbagliata = m_correttore.parola();
     m_suggerimenti->clear();
-    m_suggerimenti->addItems(m_dizionario.suggerimenti(sbagliata));
-    m_nuova->setText(sbagliata);
+    m_suggerimenti->addItems(m_correttore.suggerimenti());
+    m_nuova->setText(m_correttore.parola());
     if (m_suggerimenti->count() > 0)
         m_suggerimenti->setCurrentRow(0);
     m_nuova->setFocus();

@@ -310,18 +310,17 @@ private slots:
                                    "UPDATE Voci SET Foglio = 'r'"};
         const char *const tre[] = {"ALTER TABLE Voci ADD COLUMN Altro TEXT", "questo non va"};
         const Passaggio passaggi[] = {{2, due}, {3, tre}};
-        const auto versione = [&] { return versioneDi(connessione); };
         QVERIFY_THROWS_EXCEPTION(ado::Errore, portaAllaVersione(connessione, passaggi, 3));
-        QCOMPARE(versione(), 1);
+        QCOMPARE(versioneDi(connessione), 1);
         QVERIFY(!connessione.colonne({u"SELECT * FROM Voci"_s, {}, {}}).contains(u"Foglio"_s));
         portaAllaVersione(connessione, passaggi, 2);
-        QCOMPARE(versione(), 2);
+        QCOMPARE(versioneDi(connessione), 2);
         QCOMPARE(connessione.valore({u"SELECT count(Foglio) FROM Voci"_s, {}, {}}).toInt(), 60);
         portaAllaVersione(connessione, passaggi, 2);
         QCOMPARE(errore([&] { portaAllaVersione(connessione, passaggi, 1); }).causa(),
                  ado::Causa::VersioneNuova);
         QVERIFY_THROWS_EXCEPTION(ado::Errore, portaAllaVersione(connessione, passaggi, 5));
-        QCOMPARE(versione(), 2);
+        QCOMPARE(versioneDi(connessione), 2);
     }
 
 private:

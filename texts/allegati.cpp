@@ -164,15 +164,15 @@ void ApriAllegato(QWidget *sopra, const QString &codice, const QString &cartella
                           QStringLiteral("il record %1 non esiste più").arg(codice));
     const QString nome = nomeSuDisco(*registrato, codice);
     const QString percorso = QDir(cartella).filePath(nome);
-    if (protetto(percorso))
-        throw ado::Errore(
-            ado::Causa::Altro,
-            QStringLiteral("il file %1 non va sostituito con un allegato").arg(percorso));
     if (!QDir().mkpath(cartella))
         throw ado::Errore(ado::Causa::Altro,
                           QStringLiteral("la cartella %1 non si può creare").arg(cartella));
     bool pronto = true;
     if (!QFileInfo::exists(percorso) || sovrascrive(sopra, nome, cartella)) {
+        if (cartella != cartellaDeiFile() && protetto(percorso))
+            throw ado::Errore(
+                ado::Causa::Altro,
+                QStringLiteral("il file %1 non va sostituito con un allegato").arg(percorso));
         pronto = avanzamento::compie(
             sopra, QStringLiteral("Scrittura di ") + nome, [&](const avanzamento::Passo &passo) {
                 scrive(contenutoDiFile(connessione(), codice).get(), percorso, passo);
