@@ -36,6 +36,9 @@ class Nessuno : public QObject
 
 public:
     Nessuno() { QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "apre"); }
+    ~Nessuno() override { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
+    Nessuno(const Nessuno &) = delete;
+    Nessuno &operator=(const Nessuno &) = delete;
 
 public slots:
     void apre(const QUrl & /*indirizzo*/) {}
@@ -77,13 +80,11 @@ void sceglie(const QString &percorso)
     });
 }
 
-void misura(const QString &cartella, int megabyte, Tavola &tavola)
+void misura(MDITras &principale, const QString &cartella, int megabyte, Tavola &tavola)
 {
     const QString file = cartella + QStringLiteral("/scansione.bin");
     const QString fuori = cartella + QStringLiteral("/fuori");
     scriveGrande(file, megabyte);
-    MDITras principale;
-    principale.show();
     QApplication::processEvents();
     const double sua = memoriaMassima();
     const double entra = millisecondi([&] {
@@ -108,7 +109,8 @@ void misura(const QString &cartella, int megabyte, Tavola &tavola)
 int main(int argc, char **argv)
 {
     QApplication applicazione(argc, argv);
-    const QString cartella = QString::fromLocal8Bit(argc > 1 ? argv[1] : "");
+    const QString cartella =
+        argc > 1 ? QDir(QString::fromLocal8Bit(argv[1])).absolutePath() : QString();
     const int megabyte = argc > 2 ? QByteArray(argv[2]).toInt() : 300;
     if (!QDir(cartella).exists() || cartella.isEmpty() || megabyte < 1) {
         QTextStream(stderr) << "usage: allegato FOLDER [MEGABYTES]\n";
@@ -119,10 +121,13 @@ int main(int argc, char **argv)
     const QString archivio = cartella + QStringLiteral("/allegati.tvd");
     QFile::remove(archivio);
     creaModello(archivio);
+    // La finestra principale, nascendo, comincia da nessun archivio aperto.
+    MDITras principale;
+    principale.show();
     ApriArchivio(archivio);
     connessione().Execute({QStringLiteral("INSERT INTO Voci (Codice) VALUES ('V1')"), {}, {}});
     Tavola tavola(1);
-    misura(cartella, megabyte, tavola);
+    misura(principale, cartella, megabyte, tavola);
     connessione().Close();
     QFile::remove(archivio);
     return tavola.bastata() ? 0 : 1;

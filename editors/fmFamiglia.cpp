@@ -5,6 +5,7 @@
 #include "db/connessioni.h"
 #include "db/famiglie.h"
 #include "editors/fmIndividuo.h"
+#include "platform/messaggi.h"
 
 #include <algorithm>
 
