@@ -80,6 +80,7 @@ private slots:
     void andataERitorno();
     void nessunFile_data();
     void nessunFile();
+    void sovrascrittura_data();
     void sovrascrittura();
     void nomiConCartella_data();
     void nomiConCartella();
@@ -193,13 +194,22 @@ void TstAllegati::nessunFile()
     QCOMPARE(legge(u"SELECT count(*) FROM Binari"_s).toInt(), 0);
 }
 
+// Fra gli allegati anche un archivio è un file come gli altri.
+void TstAllegati::sovrascrittura_data()
+{
+    QTest::addColumn<QString>("nome");
+    QTest::newRow("testo") << u"atto.txt"_s;
+    QTest::newRow("archivio") << u"vecchio.tvd"_s;
+}
+
 void TstAllegati::sovrascrittura()
 {
-    QVERIFY(allega(crea(u"atto.txt"_s, "primo")));
-    QVERIFY(allega(crea(u"atto.txt"_s, "secondo")));
+    QFETCH(QString, nome);
+    QVERIFY(allega(crea(nome, "primo")));
+    QVERIFY(allega(crea(nome, "secondo")));
     Desktop desktop;
     QCOMPARE(erroreAprendo(u"B1"_s), QString());
-    const QString scritto = m_fuori + u"/atto.txt"_s;
+    const QString scritto = m_fuori + u'/' + nome;
     const QByteArray primo = impronta(scritto);
     for (const bool si : {false, true}) {
         QString domanda;
@@ -208,7 +218,7 @@ void TstAllegati::sovrascrittura()
             scatola->button(si ? QMessageBox::Yes : QMessageBox::No)->click();
         });
         QCOMPARE(erroreAprendo(u"B2"_s), QString());
-        QCOMPARE(domanda, u"Il file atto.txt\nè già presente nella cartella "_s + m_fuori +
+        QCOMPARE(domanda, u"Il file "_s + nome + u"\nè già presente nella cartella "_s + m_fuori +
                               u"/\nSi per sovrascriverlo No per aprire il file esistente"_s);
         QCOMPARE(impronta(scritto) == primo, !si);
     }

@@ -24,7 +24,7 @@ private slots:
             QCOMPARE(comandi(finestra), u"Nea"_s);
             QCOMPARE(parte<QComboBox>(finestra, u"ImageCombo1"_s)->currentIndex(), -1);
             riempie(finestra, u"0=Pieve|L=Testo riportato"_s);
-            scriveTesto(u"Perché"_s, u"L'anno 1750\n"_s, true);
+            scriveTesto(u"Perché"_s, u"L'anno\u00a01750\n"_s, true);
             preme(finestra, u"Command3_0"_s);
             QCOMPARE(collegati(finestra), u"B1 Testo riportato, O1 Trascrittore"_s);
             QCOMPARE(comandi(finestra), u"NEA"_s);
@@ -44,7 +44,20 @@ private slots:
         QCOMPARE(colonna(u"SELECT Modifica FROM Archivi"_s), QStringList({u"mai"_s, u"mai"_s}));
         QCOMPARE(colonna(u"SELECT Tipo||IdProprietario||coalesce(Nome, '-')||Campolungo "
                          "FROM Binari"_s),
-                 QStringList({u"13A2PerchéL'anno 1750\n"_s, u"12A2-a voce"_s}));
+                 QStringList({u"13A2PerchéL'anno\u00a01750\n"_s, u"12A2-a voce"_s}));
+    }
+
+    // Chi è stato eliminato da un'altra finestra non riceve più nulla.
+    void recordSparito()
+    {
+        apre(u"fmVoce"_s, u"V1"_s, [&](QWidget *finestra) {
+            esegui(u"DELETE FROM Voci WHERE Codice = 'V1'"_s);
+            riempie(finestra, u"L=Nota"_s);
+            persona->avviso(u"Operazione non riuscita:\nil record V1 non esiste più"_s);
+            preme(finestra, u"Command3_0"_s);
+            QVERIFY(persona->finita());
+        });
+        QCOMPARE(righe(u"Binari"_s), 0);
     }
 
     void testiEsistenti_data()

@@ -213,6 +213,17 @@ private slots:
         QVERIFY(!giro.avanza());
         QCOMPARE(giro.testo(), u"Il battezzato, ANNNO, il battezzato e il battezzato dell'anno"_s);
 
+        // Un'elisione resta unita alla parola che segue, col suo apostrofo.
+        Correttore elisa(u"qest’anno di delll'uomo"_s, italiano, false);
+        for (const QString &pezzo : {u"qest’"_s, u"delll'"_s}) {
+            QVERIFY(elisa.avanza());
+            QCOMPARE(elisa.parola(), pezzo);
+            QVERIFY(!elisa.suggerimenti().isEmpty());
+            elisa.cambia(elisa.suggerimenti().constFirst(), false);
+        }
+        QVERIFY(!elisa.avanza());
+        QCOMPARE(elisa.testo(), u"quest’anno di dell'uomo"_s);
+
         Correttore senzaMaiuscole(u"ANNNO annno annno"_s, italiano, true);
         QVERIFY(senzaMaiuscole.avanza());
         QCOMPARE(senzaMaiuscole.parola(), u"annno"_s);
@@ -350,8 +361,8 @@ void TstOrtografia::solaLettura()
     QCOMPARE(punti->minimum(), 6);
     QCOMPARE(punti->maximum(), 20);
     punti->setValue(13);
-    QCOMPARE(punti->value(), 12);
-    QCOMPARE(testi.findChild<QPlainTextEdit *>(u"Text1"_s)->font().pointSize(), 12);
+    QCOMPARE(punti->value(), 14);
+    QCOMPARE(testi.findChild<QPlainTextEdit *>(u"Text1"_s)->font().pointSize(), 14);
 }
 
 int main(int argc, char **argv)

@@ -169,7 +169,7 @@ void fmTxtL::Form_Load(const QString &proprietario)
 
 void fmTxtL::salva()
 {
-    contesto().TestoCampoLungo = Text1->toPlainText();
+    contesto().TestoCampoLungo = modTarvola::testoDi(*Text1);
     contesto().NomeCampoLungo = Text2->text();
 }
 

@@ -55,11 +55,19 @@ bool WordTrovato(QWidget *sopra)
     return false;
 }
 
+QString testoDi(const QPlainTextEdit &casella)
+{
+    QString testo = casella.document()->toRawText();
+    for (const QChar fineRiga : {QChar(QChar::ParagraphSeparator), QChar(QChar::LineSeparator)})
+        testo.replace(fineRiga, u'\n');
+    return testo;
+}
+
 void ControlloOrtografico(QPlainTextEdit &casella)
 {
     if (!WordTrovato(&casella))
         return;
-    const QString testo = casella.toPlainText();
+    const QString testo = testoDi(casella);
     QString corretto;
     try {
         corretto = controllato(testo);

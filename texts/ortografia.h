@@ -11,6 +11,9 @@ class QWidget;
 namespace modTarvola
 {
 
+// Il testo della casella com'è: gli spazi che non vanno a capo restano tali.
+QString testoDi(const QPlainTextEdit &casella);
+
 // Vero se l'elaboratore c'è; se non c'è lo dice.
 bool WordTrovato(QWidget *sopra);
 // Controlla il testo della casella e vi rimette quello corretto. Un guasto dell'elaboratore lascia
