@@ -215,7 +215,8 @@ void MDITras::mostra()
     elenco.setObjectName(QStringLiteral("Mostra"));
     const auto finestre = m_area->subWindowList();
     for (QMdiSubWindow *finestra : finestre) {
-        QAction *azione = elenco.addAction(finestra->windowTitle());
+        QAction *azione =
+            elenco.addAction(finestra->windowTitle().replace(u'&', QStringLiteral("&&")));
         azione->setCheckable(true);
         azione->setChecked(finestra == m_attiva);
         connect(azione, &QAction::triggered, finestra, [this, finestra] {

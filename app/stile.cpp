@@ -52,6 +52,16 @@ int Stile::pixelMetric(PixelMetric misura, const QStyleOption *opzione,
     }
 }
 
+// Un clic sceglie e due aprono, anche dove il desktop aprirebbe col primo: la riga scelta serve a
+// "Seleziona" e a "Elimina".
+int Stile::styleHint(StyleHint cenno, const QStyleOption *opzione, const QWidget *finestra,
+                     QStyleHintReturn *altro) const
+{
+    return cenno == SH_ItemView_ActivateItemOnSingleClick
+               ? 0
+               : QProxyStyle::styleHint(cenno, opzione, finestra, altro);
+}
+
 // Il margine di un bottone attorno alla sua scritta cresce come lei.
 QSize Stile::sizeFromContents(ContentsType contenuto, const QStyleOption *opzione,
                               const QSize &misure, const QWidget *finestra) const

@@ -12,6 +12,8 @@ public:
 
     int pixelMetric(PixelMetric misura, const QStyleOption *opzione,
                     const QWidget *finestra) const override;
+    int styleHint(StyleHint cenno, const QStyleOption *opzione, const QWidget *finestra,
+                  QStyleHintReturn *altro) const override;
     QSize sizeFromContents(ContentsType contenuto, const QStyleOption *opzione, const QSize &misure,
                            const QWidget *finestra) const override;
     QPixmap generatedIconPixmap(QIcon::Mode modo, const QPixmap &icona,

@@ -53,9 +53,9 @@ void fmTabella::esegue(ComandoTabella comando)
 {
     messaggi::protetto(this, [&] {
         ApriArchivio(proprieta.Percorso);
-        // Senza una riga corrente i comandi che ne vogliono una non fanno nulla.
-        const bool senzaRiga = rigaCorrente() < 0;
-        if (senzaRiga && comando != NuovaRiga && comando != Aggiorna)
+        if (adoTabella->incompleto())
+            rilegge({});
+        if (comando != NuovaRiga && comando != Aggiorna && !rigaPronta())
             return;
         switch (comando) {
         case Seleziona:
@@ -76,6 +76,18 @@ void fmTabella::esegue(ComandoTabella comando)
             break;
         }
     });
+}
+
+// Senza una riga corrente i comandi che ne vogliono una non fanno nulla. Una riga che non si legge
+// più, eliminata altrove, aprirebbe un record nuovo.
+bool fmTabella::rigaPronta() const
+{
+    if (rigaCorrente() < 0)
+        return false;
+    if (codiceCorrente().isEmpty())
+        throw ado::Errore(ado::Causa::Altro,
+                          QStringLiteral("la riga non si legge più: aggiornare l'elenco"));
+    return true;
 }
 
 void fmTabella::seleziona()
@@ -221,8 +233,11 @@ QString fmTabella::nuovoRegistro()
     // Aperto dal menu Tabelle, il visualizzatore ha qui il codice di una voce: vale l'archivio.
     const bool archivio = proprieta.VoceLocaleTabella.startsWith(u'A', Qt::CaseInsensitive);
     const QString padre = archivio ? proprieta.VoceLocaleTabella : proprieta.ArchivioLocale;
-    if (padre.isEmpty())
+    if (padre.isEmpty()) {
+        messaggi::avvisa(this, QStringLiteral("Un registro sta in un archivio: scegliere prima "
+                                              "l'archivio nel suo elenco"));
         return {};
+    }
     contesto().RegistroCorrente.clear();
     apreEditor(QStringLiteral("fmRegistro"), {},
                [&](FinestraEditor &editore) { editore.proprieta.ArchivioLocale = padre; });
@@ -231,8 +246,16 @@ QString fmTabella::nuovoRegistro()
 
 QString fmTabella::nuovaVoce()
 {
-    const QString registro =
-        proprieta.RegistroLocale.isEmpty() ? contesto().RegistroCorrente : proprieta.RegistroLocale;
+    // Aperto dal menu Tabelle il visualizzatore può non avere un registro: vale quello della riga,
+    // che è di questo file. Il tipo è il suo, non quello dell'ultimo registro guardato altrove.
+    QString registro = proprieta.RegistroLocale;
+    if (registro.isEmpty() && rigaCorrente() >= 0)
+        registro = adoTabella->campo(rigaCorrente(), QStringLiteral("Registro")).toString();
+    if (registro.isEmpty()) {
+        messaggi::avvisa(this, QStringLiteral("Una voce sta in un registro: scegliere prima il "
+                                              "registro nel suo elenco"));
+        return {};
+    }
     const int tipo = TipoRegistro(registro);
     const QString didascalia = didascaliaVoce(tipo, true);
     if (didascalia.isEmpty())

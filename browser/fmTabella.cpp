@@ -158,12 +158,13 @@ void fmTabella::DataGrid1_HeadClick(int colonna)
     messaggi::protetto(this, [&] {
         const int prima = rigaCorrente();
         const qint64 chiave = prima < 0 ? -1 : adoTabella->chiave(prima);
-        if (!adoTabella->ordina(colonna))
-            return;
-        DataGrid1->horizontalHeader()->setSortIndicatorShown(true);
-        DataGrid1->horizontalHeader()->setSortIndicator(colonna, Qt::AscendingOrder);
-        vaiAllaRiga(adoTabella->rigaDiChiave(chiave));
+        if (adoTabella->ordina(colonna))
+            vaiAllaRiga(adoTabella->rigaDiChiave(chiave));
     });
+    // Il segno, che la testata ha già spostato, sta sulla colonna che ordina davvero.
+    const int ordine = adoTabella->colonnaOrdine();
+    DataGrid1->horizontalHeader()->setSortIndicatorShown(ordine >= 0);
+    DataGrid1->horizontalHeader()->setSortIndicator(ordine, Qt::AscendingOrder);
 }
 
 void fmTabella::DataGrid1_RowColChange(int riga)
@@ -211,6 +212,9 @@ void fmTabella::Form_Activate()
 void fmTabella::prendeContesto()
 {
     const QString codice = codiceCorrente();
+    // Una riga che non si legge non cambia su che cosa si lavora.
+    if (codice.isEmpty())
+        return;
     if (proprieta.TipoTabella == QStringLiteral("Archivi")) {
         contesto().ArchivioCorrente = codice;
         proprieta.ArchivioLocale = codice;

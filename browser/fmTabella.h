@@ -71,6 +71,7 @@ private:
     void TsubItem_Click(int voce);
     void esegue(ComandoTabella comando);
 
+    bool rigaPronta() const;
     void seleziona();
     void apri();
     void apriVoce(const QString &codice);

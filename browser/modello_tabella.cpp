@@ -3,9 +3,9 @@
 #include "platform/italiano.h"
 
 #include <QElapsedTimer>
+#include <QTimer>
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 namespace
@@ -18,6 +18,8 @@ constexpr int pezzoMinimo = 1000;
 constexpr int pezzoMassimo = 100000;
 constexpr qint64 pezzoBreve = 6;
 constexpr qint64 pezzoLungo = 15;
+// Dopo quanti millisecondi si riprova su un archivio occupato da altri.
+constexpr int attesaOccupato = 300;
 
 bool colonnaDiDate(const QString &nome)
 {
@@ -67,6 +69,7 @@ void ModelloTabella::sostituisce(const std::function<std::vector<qint64>()> &leg
 {
     beginResetModel();
     ++m_lettura;
+    m_incompleto = false;
     m_righe.clear();
     m_chiavi.clear();
     try {
@@ -86,15 +89,23 @@ void ModelloTabella::apre()
         leggeAncora(m_lettura);
 }
 
-void ModelloTabella::leggeAncora(int lettura)
+void ModelloTabella::leggeAncora(int lettura, int attesa)
 {
-    QMetaObject::invokeMethod(
-        this,
-        [this, lettura] {
-            if (lettura == m_lettura && leggePezzo())
+    QTimer::singleShot(attesa, this, [this, lettura] {
+        if (lettura != m_lettura)
+            return;
+        try {
+            if (leggePezzo())
                 leggeAncora(lettura);
-        },
-        Qt::QueuedConnection);
+        } catch (const ado::Errore &errore) {
+            // Chi tiene occupato l'archivio lo lascerà; altrimenti le righe lette restano, e il
+            // prossimo comando rilegge e dice perché.
+            if (errore.causa() == ado::Causa::Occupato)
+                leggeAncora(lettura, attesaOccupato);
+            else
+                m_incompleto = true;
+        }
+    });
 }
 
 // Aggiunge un pezzo di chiavi, grande quanto se ne legge senza che la finestra se ne accorga.
@@ -102,14 +113,7 @@ bool ModelloTabella::leggePezzo()
 {
     QElapsedTimer orologio;
     orologio.start();
-    std::vector<qint64> altre;
-    try {
-        altre = m_elenco.chiaviDopo(m_chiavi.back(), m_pezzo);
-    } catch (const ado::Errore &) {
-        // L'archivio è stato chiuso o si è guastato: le righe lette restano, e il prossimo comando
-        // dirà perché.
-        return false;
-    }
+    const std::vector<qint64> altre = m_elenco.chiaviDopo(m_chiavi.back(), m_pezzo);
     if (altre.empty())
         return false;
     const int prima = rowCount();
@@ -128,7 +132,7 @@ bool ModelloTabella::leggePezzo()
 void ModelloTabella::rilegge()
 {
     sostituisce([this] {
-        return m_colonnaOrdine < 0 ? m_elenco.chiaviDopo(-1, std::numeric_limits<int>::max())
+        return m_colonnaOrdine < 0 ? m_elenco.chiaviDopo(-1, modTarvola::Elenco::tutte)
                                    : m_elenco.chiaviOrdinate(m_colonnaOrdine);
     });
 }
@@ -148,7 +152,7 @@ bool ModelloTabella::ordina(int colonna)
 }
 
 // La griglia chiede i valori mentre si disegna, dove nessun errore si può dire: una riga che non si
-// legge si mostra vuota, e il comando che la userà dirà perché.
+// legge si mostra vuota, ma si riprova ogni volta; il comando che la vuole dirà che non si legge.
 QVariantList ModelloTabella::valori(int riga) const
 {
     const qint64 chiave = m_chiavi.at(static_cast<size_t>(riga));
@@ -158,9 +162,10 @@ QVariantList ModelloTabella::valori(int riga) const
     try {
         letti = m_elenco.riga(chiave);
     } catch (const ado::Errore &) {
-        letti.clear();
+        return {};
     }
-    m_righe.insert(chiave, new QVariantList(letti));
+    if (!letti.isEmpty())
+        m_righe.insert(chiave, new QVariantList(letti));
     return letti;
 }
 

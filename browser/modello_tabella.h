@@ -29,6 +29,8 @@ public:
     void rilegge();
     // Ordina per una colonna, se si può; falso se non si può.
     bool ordina(int colonna);
+    // Vero se un guasto ha fermato la lettura delle chiavi: ne mancano.
+    bool incompleto() const { return m_incompleto; }
     // La colonna che dà l'ordine; -1 se nessuna.
     int colonnaOrdine() const { return m_colonnaOrdine; }
 
@@ -42,7 +44,7 @@ public:
 
 private:
     QVariantList valori(int riga) const;
-    void leggeAncora(int lettura);
+    void leggeAncora(int lettura, int attesa = 0);
     bool leggePezzo();
     void sostituisce(const std::function<std::vector<qint64>()> &legge);
 
@@ -52,5 +54,6 @@ private:
     // Cresce a ogni rilettura, così i pezzi chiesti prima non si aggiungono più.
     int m_lettura = 0;
     int m_pezzo = 0;
+    bool m_incompleto = false;
     mutable QCache<qint64, QVariantList> m_righe;
 };

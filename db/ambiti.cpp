@@ -10,6 +10,7 @@ namespace modTarvola
 namespace
 {
 
+constexpr int ambitoArchivio = 6;
 constexpr int ambitoTutto = 7;
 
 struct Ambito {
@@ -63,6 +64,7 @@ struct Ambito {
 constexpr Ambito ambiti[] = {
     {"Archivi", 0, ""},
     {"Registri", 0, "Registri.Archivio = ?1"},
+    {"Registri", 6, "Registri.Archivio = ?1"},
     {"Registri", 7, ""},
     {"Voci", 0, "Voci.Registro = ?2"},
     {"Voci", 4, "Voci.rowid IN (SELECT Voci.rowid " VOCI_DI_ARCHIVIO DI_REGISTRO ")"},
@@ -89,6 +91,25 @@ constexpr Ambito ambiti[] = {
      "ON d.IdProprietario = Archivi.Codice " DI_ARCHIVIO " UNION ALL " BINARI_DEI_REGISTRI(
          DI_ARCHIVIO) " UNION ALL " BINARI_DELLE_VOCI(DI_ARCHIVIO) ")"},
     {"Binari", 7, ""},
+};
+
+#define SALE_DALLA_VOCE(voce)                                                                      \
+    "EXISTS (SELECT 1 FROM Voci CROSS JOIN Registri ON Registri.Codice = Voci.Registro "           \
+    "WHERE Voci.Codice = " voce " AND Registri.Archivio = ?1)"
+
+#define SALE_DAL_PROPRIETARIO(genere)                                                              \
+    "EXISTS (SELECT 1 FROM " genere                                                                \
+    " p WHERE p.Codice = Eventi.IdProprietario AND " SALE_DALLA_VOCE("p.Voce") ")"
+
+// Le stesse righe dell'ambito 6, trovate da ciascuna salendo al suo archivio.
+constexpr Ambito ambitiSalendo[] = {
+    {"Voci", ambitoArchivio,
+     "EXISTS (SELECT 1 FROM Registri WHERE Registri.Codice = Voci.Registro "
+     "AND Registri.Archivio = ?1)"},
+    {"Individui", ambitoArchivio, SALE_DALLA_VOCE("Individui.Voce")},
+    {"Famiglie", ambitoArchivio, SALE_DALLA_VOCE("Famiglie.Voce")},
+    {"Eventi", ambitoArchivio,
+     "(" SALE_DAL_PROPRIETARIO("Individui") " OR " SALE_DAL_PROPRIETARIO("Famiglie") ")"},
 };
 
 const char *const conRuolo =
@@ -149,6 +170,18 @@ QString condizioneAmbito(const QString &tabella, int ambito, bool dettagli)
     throw ado::Errore(
         ado::Causa::Altro,
         QStringLiteral("l'ambito %1 non esiste per la tabella %2").arg(ambito).arg(tabella));
+}
+
+QString condizioneSalendo(const QString &tabella, int ambito, bool dettagli)
+{
+    for (const Ambito &uno : ambitiSalendo) {
+        if (tabella != QLatin1String(uno.tabella) || ambito != uno.ambito)
+            continue;
+        const bool conDettagli = dettagli && tabella == QStringLiteral("Individui");
+        return QString::fromUtf8(uno.condizione) +
+               (conDettagli ? QStringLiteral(" AND ") + condizioneDettagli(ambito) : QString());
+    }
+    return {};
 }
 
 QString letturaRiga(const QString &tabella, int ambito, bool dettagli)

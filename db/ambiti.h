@@ -12,6 +12,10 @@ namespace modTarvola
 // ruolo noto o senza voce, registro e archivio.
 QString condizioneAmbito(const QString &tabella, int ambito, bool dettagli);
 
+// Le stesse righe di condizioneAmbito, quando quasi tutte sono di quell'archivio: trovate da
+// ciascuna, così le prime si hanno senza cercarle tutte. Vuota dove non conviene.
+QString condizioneSalendo(const QString &tabella, int ambito, bool dettagli);
+
 // L'istruzione che legge una riga per chiave.
 QString letturaRiga(const QString &tabella, int ambito, bool dettagli);
 

@@ -78,6 +78,11 @@ Elenco::Elenco(Richiesta richiesta, ado::Connection &connessione)
     m_condizione = condizioneAmbito(tabella, m_richiesta.Ambito, m_richiesta.dettagli);
     if (m_condizione.isEmpty())
         m_condizione = QStringLiteral("1");
+    m_condizioneDeiPezzi = condizioneSalendo(tabella, m_richiesta.Ambito, m_richiesta.dettagli);
+    if (m_condizioneDeiPezzi.isEmpty() || !unArchivioSolo())
+        m_condizioneDeiPezzi = m_condizione;
+    else
+        m_aPezzi = true;
     m_lettura = letturaRiga(tabella, m_richiesta.Ambito, m_richiesta.dettagli);
     m_colonne = connessione.colonne({m_lettura, {}, {}});
 }
@@ -93,18 +98,31 @@ QVariantList Elenco::codici() const
     return {m_richiesta.ArchivioLocale, m_richiesta.RegistroLocale, m_richiesta.VoceLocale};
 }
 
+// Vero se tutti i registri del file sono dell'archivio chiesto, com'è di solito.
+bool Elenco::unArchivioSolo() const
+{
+    return m_connessione
+        ->valore({QStringLiteral("SELECT EXISTS (SELECT 1 FROM Archivi WHERE Codice = ?1) AND "
+                                 "NOT EXISTS (SELECT 1 FROM Registri WHERE Archivio <> ?1)"),
+                  {m_richiesta.ArchivioLocale},
+                  {}})
+        .toBool();
+}
+
 std::vector<qint64> Elenco::chiaviDopo(qint64 chiave, int quante) const
 {
     std::vector<qint64> chiavi;
-    m_connessione->leggi({QStringLiteral("SELECT rowid FROM %1 WHERE rowid > ?4 AND %2 "
-                                         "ORDER BY rowid LIMIT ?5")
-                              .arg(m_richiesta.TipoTabella, m_condizione),
-                          codici() + QVariantList{chiave, m_aPezzi ? quante : -1},
-                          {}},
-                         [&chiavi](const ado::Riga &riga) {
-                             chiavi.push_back(riga.intero(0));
-                             return true;
-                         });
+    const bool unPezzo = m_aPezzi && quante < tutte;
+    m_connessione->leggi(
+        {QStringLiteral("SELECT rowid FROM %1 WHERE rowid > ?4 AND %2 "
+                        "ORDER BY rowid LIMIT ?5")
+             .arg(m_richiesta.TipoTabella, unPezzo ? m_condizioneDeiPezzi : m_condizione),
+         codici() + QVariantList{chiave, unPezzo ? quante : -1},
+         {}},
+        [&chiavi](const ado::Riga &riga) {
+            chiavi.push_back(riga.intero(0));
+            return true;
+        });
     return chiavi;
 }
 

@@ -4,6 +4,7 @@
 
 #include <QStringList>
 
+#include <limits>
 #include <vector>
 
 // Gli elenchi del visualizzatore: per ogni tabella e ambito, le chiavi delle righe e le righe.
@@ -32,7 +33,8 @@ public:
     bool ordinabile(int colonna) const;
 
     // Le chiavi che seguono quella data (-1: dal principio), nell'ordine in cui le righe furono
-    // scritte; al massimo `quante` se l'elenco si può leggere a pezzi, altrimenti tutte.
+    // scritte; al massimo `quante`, se non sono `tutte` e l'elenco si può leggere a pezzi.
+    static constexpr int tutte = std::numeric_limits<int>::max();
     std::vector<qint64> chiaviDopo(qint64 chiave, int quante) const;
     // Vero se dopo un pezzo pieno ce ne possono essere altri.
     bool aPezzi() const { return m_aPezzi; }
@@ -46,10 +48,12 @@ public:
 
 private:
     QVariantList codici() const;
+    bool unArchivioSolo() const;
 
     Richiesta m_richiesta;
     ado::Connection *m_connessione;
     QString m_condizione;
+    QString m_condizioneDeiPezzi;
     bool m_aPezzi = false;
     QString m_lettura;
     QStringList m_colonne;

@@ -81,6 +81,7 @@ private slots:
     void dettagli();
     void contenutiMaiLetti();
     void aPezziComeIntero();
+    void unArchivioSolo();
     void visualizzatoreDiDipendenti();
     void finestraDellAmbito_data();
     void finestraDellAmbito();
@@ -103,6 +104,7 @@ void TestElenchi::ambiti_data()
     } casi[] = {
         {"Archivi", 0, "A1 A2"},
         {"Registri", 0, "R1 R2"},
+        {"Registri", 6, "R1 R2"},
         {"Registri", 7, "R1 R2 R3"},
         {"Voci", 0, "V1 V2"},
         {"Voci", 4, "V1 V2"},
@@ -209,6 +211,24 @@ void TestElenchi::aPezziComeIntero()
     }
     QCOMPARE(pezzi, intero);
     QCOMPARE(static_cast<int>(intero.size()), righe(QStringLiteral("Voci")));
+}
+
+// Dove tutto è di un archivio le prime righe si trovano per un'altra via: devono essere le stesse,
+// senza chi ha perduto la sua voce.
+void TestElenchi::unArchivioSolo()
+{
+    esegui(QStringLiteral("DELETE FROM Registri WHERE Archivio = 'A2'"));
+    const char *const tabelle[] = {"Voci", "Individui", "Famiglie", "Eventi"};
+    for (const char *tabella : tabelle) {
+        for (const bool dettagli : {false, true}) {
+            const Elenco elenco({QString::fromUtf8(tabella), 6, dettagli, QStringLiteral("a1"),
+                                 QString(), QString()},
+                                connessione());
+            QVERIFY(elenco.aPezzi());
+            QVERIFY(!elenco.chiaviDopo(-1, 1000).empty());
+            QCOMPARE(elenco.chiaviDopo(-1, 1000), elenco.chiaviDopo(-1, Elenco::tutte));
+        }
+    }
 }
 
 void TestElenchi::visualizzatoreDiDipendenti()

@@ -164,6 +164,9 @@ private slots:
                 preme(editore, u"Command1"_s);
                 editore->close();
             });
+        else
+            persona->avviso(u"Un registro sta in un archivio: scegliere prima l'archivio nel suo "
+                            "elenco"_s);
         comando(registri, 3);
         QCOMPARE(colonna(u"SELECT Archivio FROM Registri WHERE Codice = 'R4'"_s).join(u' '),
                  atteso);

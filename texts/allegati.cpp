@@ -104,13 +104,17 @@ QString nomeSuDisco(const QString &nome, const QString &codice)
     return buono ? ultima : codice;
 }
 
-// Il programma, il suo modello e gli archivi non si sostituiscono con un allegato.
+// Il programma, il suo modello e gli archivi non si sostituiscono con un allegato; né gli si mette
+// accanto un modello, o un giornale che il motore crederebbe dell'archivio.
 bool protetto(const QString &percorso)
 {
     const QFileInfo info(percorso);
+    const QString tipo = info.suffix().toLower();
+    if (tipo.startsWith(QStringLiteral("tvd-")) ||
+        info.fileName().compare(QStringLiteral("tarvola.mod"), Qt::CaseInsensitive) == 0)
+        return true;
     return info.exists() &&
-           (info.suffix().compare(QStringLiteral("tvd"), Qt::CaseInsensitive) == 0 ||
-            info.fileName().compare(QStringLiteral("tarvola.mod"), Qt::CaseInsensitive) == 0 ||
+           (tipo == QStringLiteral("tvd") ||
             info.canonicalFilePath() ==
                 QFileInfo(QCoreApplication::applicationFilePath()).canonicalFilePath());
 }
