@@ -152,63 +152,6 @@ QString Errore::testo() const
     return QString::fromUtf8(what());
 }
 
-int Riga::colonne() const
-{
-    return sqlite3_column_count(m_istruzione);
-}
-
-QString Riga::nome(int colonna) const
-{
-    return QString::fromUtf8(sqlite3_column_name(m_istruzione, colonna));
-}
-
-bool Riga::nullo(int colonna) const
-{
-    return sqlite3_column_type(m_istruzione, colonna) == SQLITE_NULL;
-}
-
-bool Riga::numero(int colonna) const
-{
-    const int specie = sqlite3_column_type(m_istruzione, colonna);
-    return specie == SQLITE_INTEGER || specie == SQLITE_FLOAT;
-}
-
-qint64 Riga::intero(int colonna) const
-{
-    return sqlite3_column_int64(m_istruzione, colonna);
-}
-
-QByteArrayView Riga::byte(int colonna) const
-{
-    const void *inizio = sqlite3_column_text(m_istruzione, colonna);
-    return {static_cast<const char *>(inizio), sqlite3_column_bytes(m_istruzione, colonna)};
-}
-
-QString Riga::testo(int colonna) const
-{
-    return QString::fromUtf8(byte(colonna));
-}
-
-QVariant Riga::valore(int colonna) const
-{
-    switch (sqlite3_column_type(m_istruzione, colonna)) {
-    case SQLITE_INTEGER:
-        return QVariant::fromValue<qlonglong>(sqlite3_column_int64(m_istruzione, colonna));
-    case SQLITE_FLOAT:
-        return sqlite3_column_double(m_istruzione, colonna);
-    case SQLITE_TEXT:
-        return testo(colonna);
-    case SQLITE_BLOB: {
-        const void *inizio = sqlite3_column_blob(m_istruzione, colonna);
-        const int lunghezza = sqlite3_column_bytes(m_istruzione, colonna);
-        return lunghezza == 0 ? QByteArray("")
-                              : QByteArray(static_cast<const char *>(inizio), lunghezza);
-    }
-    default:
-        return {};
-    }
-}
-
 // Un'istruzione presa in prestito dalla connessione e resa alla fine, qualunque cosa accada.
 class Istruzione
 {
@@ -405,52 +348,6 @@ void Connection::fallisci(int esito) const
 {
     throw erroreDi(esito, QString::fromUtf8(m_base == nullptr ? sqlite3_errstr(esito)
                                                               : sqlite3_errmsg(m_base)));
-}
-
-Sorveglianza::Sorveglianza(Connection &connessione, std::function<bool()> procede)
-    : m_connessione(connessione), m_procede(std::move(procede))
-{
-    constexpr int istruzioniFraDueDomande = 10000;
-    sqlite3_progress_handler(
-        connessione.base(), istruzioniFraDueDomande,
-        [](void *questa) { return static_cast<Sorveglianza *>(questa)->chiede(); }, this);
-}
-
-Sorveglianza::~Sorveglianza()
-{
-    sqlite3_progress_handler(m_connessione.base(), 0, nullptr, nullptr);
-}
-
-int Sorveglianza::chiede()
-{
-    m_connessione.m_sospesa = true;
-    const bool procedere = m_procede();
-    m_connessione.m_sospesa = false;
-    return procedere ? 0 : 1;
-}
-
-Transazione::Transazione(Connection &connessione) : m_connessione(connessione)
-{
-    connessione.Execute({QStringLiteral("BEGIN IMMEDIATE"), {}, {}});
-}
-
-Transazione::~Transazione()
-{
-    // Dopo certi guasti il motore ha già annullato da sé.
-    if (!m_aperta || !m_connessione.inTransazione())
-        return;
-    try {
-        m_connessione.Execute({QStringLiteral("ROLLBACK"), {}, {}});
-    } catch (const Errore &) {
-        // L'annullamento non riesce solo su una base persa: alla riapertura il giornale lo compie.
-        m_connessione.Close();
-    }
-}
-
-void Transazione::conferma()
-{
-    m_connessione.Execute({QStringLiteral("COMMIT"), {}, {}});
-    m_aperta = false;
 }
 
 void proteggi(Connection &connessione, const QString &password)

@@ -15,7 +15,9 @@ target_sources(
           platform/provvisorio.cpp platform/provvisorio.h
           platform/recordset.cpp platform/recordset.h
           platform/registro.cpp platform/registro.h
+          platform/riga.cpp
           platform/salvataggio.cpp platform/salvataggio.h
           platform/salvate.cpp platform/salvate.h
           platform/shell.cpp platform/shell.h
-          platform/sistema.cpp platform/sistema.h)
+          platform/sistema.cpp platform/sistema.h
+          platform/transazione.cpp)
