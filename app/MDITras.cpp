@@ -119,6 +119,7 @@ void MDITras::apre(const ProprietaTabella &proprieta)
     tabella->Form_Load();
     QMdiSubWindow *finestra = m_area->addSubWindow(tabella.release());
     finestra->setAttribute(Qt::WA_DeleteOnClose);
+    finestra->setWindowIcon(finestra->widget()->windowIcon());
     m_area->colloca(finestra, proprieta.TipoTabella);
 }
 

@@ -14,7 +14,7 @@ namespace
 {
 
 const QString invito = QStringLiteral("Per cominciare, dal menu File:\n"
-                                      "Nuovo (Ctrl+N) crea un archivio,\n"
+                                      "Nuovo (Ctrl+N) crea un file di archivi,\n"
                                       "Apri (Ctrl+O) ne riprende uno.\n\n"
                                       "Il manuale (F1) accompagna nella prima trascrizione.");
 

@@ -15,11 +15,12 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMainWindow>
 #include <QPointer>
-#include <QRegularExpression>
 #include <QShortcut>
 #include <QSplitter>
 #include <QStyle>
+#include <QTextBlock>
 #include <QToolBar>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -74,17 +75,22 @@ QVariant VistaGuida::figura(const QString &percorso) const
 
 void VistaGuida::evidenzia(const QString &parole)
 {
-    static const QRegularExpression confine(u"[^\\p{L}\\p{N}]+"_s);
     QList<ExtraSelection> trovate;
-    const QStringList separate = parole.split(confine, Qt::SkipEmptyParts);
-    for (const QString &parola : separate) {
-        for (QTextCursor qui = document()->find(parola); !qui.isNull();
-             qui = document()->find(parola, qui)) {
-            ExtraSelection evidenza;
-            evidenza.cursor = qui;
-            evidenza.format.setBackground(palette().highlight());
-            evidenza.format.setForeground(palette().highlightedText());
-            trovate.append(evidenza);
+    const QStringList cercate = paroleCercate(parole);
+    for (QTextBlock riga = document()->begin(); riga.isValid(); riga = riga.next()) {
+        const QString piano = ripiegato(riga.text());
+        for (const QString &parola : cercate) {
+            for (qsizetype posto = piano.indexOf(parola); posto >= 0;
+                 posto = piano.indexOf(parola, posto + parola.size())) {
+                ExtraSelection evidenza;
+                evidenza.cursor = QTextCursor(riga);
+                evidenza.cursor.setPosition(riga.position() + static_cast<int>(posto));
+                evidenza.cursor.movePosition(QTextCursor::NextCharacter, QTextCursor::KeepAnchor,
+                                             static_cast<int>(parola.size()));
+                evidenza.format.setBackground(palette().highlight());
+                evidenza.format.setForeground(palette().highlightedText());
+                trovate.append(evidenza);
+            }
         }
     }
     setExtraSelections(trovate);
@@ -260,6 +266,27 @@ void fmGuida::ingrandisce(int passi)
     memoria::ricorda(chiaveIngrandimento, nuovo);
 }
 
+namespace
+{
+
+// Quando il dialogo si chiude il manuale passa a chi gli stava sotto, o alla finestra principale.
+void lascia(fmGuida *manuale, const QDialog *dialogo)
+{
+    if (manuale == nullptr || manuale->parentWidget() != dialogo)
+        return;
+    QWidget *sotto = dialogo->parentWidget();
+    const auto finestre = QApplication::topLevelWidgets();
+    for (QWidget *finestra : finestre) {
+        if (sotto == nullptr && qobject_cast<QMainWindow *>(finestra) != nullptr)
+            sotto = finestra;
+    }
+    const bool visibile = manuale->isVisible();
+    manuale->setParent(sotto == nullptr ? nullptr : sotto->window(), Qt::Window);
+    manuale->setVisible(visibile);
+}
+
+} // namespace
+
 void mostraGuida(QWidget *sopra, const QString &pagina)
 {
     static QPointer<fmGuida> sola;
@@ -273,15 +300,10 @@ void mostraGuida(QWidget *sopra, const QString &pagina)
     else if (sola->parentWidget() != padre && sola != padre)
         sola->setParent(padre, Qt::Window);
     if (auto *dialogo = qobject_cast<QDialog *>(padre)) {
-        // Quando il dialogo si chiude il manuale passa a chi gli stava sotto.
-        QObject::connect(dialogo, &QDialog::finished, sola, [dialogo] {
-            if (sola->parentWidget() != dialogo || dialogo->parentWidget() == nullptr)
-                return;
-            const bool visibile = sola->isVisible();
-            sola->setParent(dialogo->parentWidget()->window(), Qt::Window);
-            sola->setVisible(visibile);
-        });
+        QObject::connect(dialogo, &QDialog::finished, sola, [dialogo] { lascia(sola, dialogo); });
     }
+    if (sola->isMinimized())
+        sola->showNormal();
     sola->vai(pagina);
     sola->show();
     sola->raise();

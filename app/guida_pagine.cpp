@@ -14,7 +14,15 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-// Ogni lettera resta una lettera: i posti nel testo ripiegato sono gli stessi dell'originale.
+bool tutteIn(const QStringList &parole, const QString &testo)
+{
+    const QString piano = ripiegato(testo);
+    return std::all_of(parole.begin(), parole.end(),
+                       [&piano](const QString &parola) { return piano.contains(parola); });
+}
+
+} // namespace
+
 QString ripiegato(const QString &testo)
 {
     QString piano = testo.normalized(QString::NormalizationForm_C);
@@ -25,20 +33,11 @@ QString ripiegato(const QString &testo)
     return piano;
 }
 
-QStringList separate(const QString &parole)
+QStringList paroleCercate(const QString &parole)
 {
     static const QRegularExpression confine(u"[^\\p{L}\\p{N}]+"_s);
     return ripiegato(parole).split(confine, Qt::SkipEmptyParts);
 }
-
-bool tutteIn(const QStringList &parole, const QString &testo)
-{
-    const QString piano = ripiegato(testo);
-    return std::all_of(parole.begin(), parole.end(),
-                       [&piano](const QString &parola) { return piano.contains(parola); });
-}
-
-} // namespace
 
 GuidaPagine::GuidaPagine(const QString &cartella)
 {
@@ -67,7 +66,7 @@ GuidaPagine::GuidaPagine(const QString &cartella)
 
 std::vector<size_t> GuidaPagine::cerca(const QString &parole) const
 {
-    const QStringList cercate = separate(parole);
+    const QStringList cercate = paroleCercate(parole);
     std::vector<size_t> trovate;
     if (cercate.isEmpty())
         return trovate;
@@ -86,7 +85,7 @@ QString GuidaPagine::attorno(size_t pagina, const QString &parole) const
     constexpr int prima = 30;
     constexpr int tutto = 110;
     const QString testo = m_pagine.at(pagina).testo.normalized(QString::NormalizationForm_C);
-    const QStringList cercate = separate(parole);
+    const QStringList cercate = paroleCercate(parole);
     const qsizetype posto = cercate.isEmpty() ? 0 : ripiegato(testo).indexOf(cercate.constFirst());
     const qsizetype inizio = qMax(qsizetype{0}, posto - prima);
     const QString pezzo = testo.mid(inizio, tutto).simplified();

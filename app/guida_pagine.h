@@ -30,5 +30,11 @@ private:
     std::vector<Pagina> m_pagine;
 };
 
+// Il testo senza maiuscole né accenti, per cercarvi. Ogni lettera resta una lettera: i posti sono
+// gli stessi del testo composto (NFC).
+QString ripiegato(const QString &testo);
+// Le parole cercate, ripiegate, una per una.
+QStringList paroleCercate(const QString &parole);
+
 // Il testo della pagina senza le figure la cui immagine manca nella cartella data.
 QString senzaFigureMancanti(const QString &html, const QString &cartella);

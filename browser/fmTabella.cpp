@@ -141,8 +141,8 @@ void fmTabella::rilegge(const QString &codiceDaScegliere)
     const qint64 chiave = prima < 0 ? -1 : adoTabella->chiave(prima);
     const bool eraVuota = vuota();
     adoTabella->rilegge();
-    // Le larghezze di un elenco vuoto non dicono nulla delle righe che ora ci sono.
-    if (eraVuota)
+    // Le larghezze di prima non dicono nulla delle righe nuove.
+    if (eraVuota || !codiceDaScegliere.isEmpty())
         adattaColonne();
     int riga = codiceDaScegliere.isEmpty() ? -1 : adoTabella->rigaDi(codiceDaScegliere);
     if (riga < 0)

@@ -39,8 +39,8 @@ Passo Copione::creaFile()
     co_await m_mani.scegliMenu(u"File"_s, u"Nuovo"_s);
     co_await m_mani.appare(u"QFileDialog"_s);
     const QPointer<QWidget> dialogo = m_mani.davanti();
-    co_await m_mani.fotografa(u"scelta-file"_s);
     co_await m_mani.scrivi(u"fileNameEdit"_s, m_cartella + u"/esempi"_s);
+    co_await m_mani.fotografa(u"scelta-file"_s);
     co_await m_mani.premi(Qt::Key_Return);
     co_await m_mani.scompare(dialogo, u"the file dialog"_s);
     if (presente)

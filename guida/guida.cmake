@@ -15,10 +15,11 @@ endforeach()
 add_custom_target(manuale ALL DEPENDS ${pagine_guida})
 
 # Rinnova le figure del manuale con quelle che la dimostrazione ha lasciato nella cartella data.
-set(TARVOLA_FOTOGRAFIE ${CMAKE_BINARY_DIR}/dimostrazione
+# Non la propria cartella: nei titoli delle finestre se ne leggerebbe il percorso.
+set(TARVOLA_FOTOGRAFIE ""
     CACHE PATH "Dove la dimostrazione ha lasciato le sue immagini")
 add_custom_target(
   figure
-  COMMAND ${CMAKE_COMMAND} -DDA=${TARVOLA_FOTOGRAFIE} -DGUIDA=${CMAKE_CURRENT_LIST_DIR} -P
+  COMMAND ${CMAKE_COMMAND} "-DDA=${TARVOLA_FOTOGRAFIE}" -DGUIDA=${CMAKE_CURRENT_LIST_DIR} -P
           ${CMAKE_CURRENT_LIST_DIR}/figure.cmake
   VERBATIM)
