@@ -232,8 +232,24 @@ Passo Copione::scriveTesto(const Atto &atto)
     co_await m_mani.appare(u"fmVoce"_s);
 }
 
+// Tutte le persone trascritte, coi loro eventi.
+Passo Copione::elencaPersone()
+{
+    co_await m_mani.mostraElenco(u"Archivi"_s);
+    co_await m_mani.scegliMenu(u"Tabelle"_s, u"Individui"_s);
+    co_await m_mani.appare(u"fmVisualizza"_s);
+    co_await m_mani.clicca(u"Option1_1"_s);
+    co_await m_mani.clicca(u"Option1_7"_s);
+    co_await m_mani.fotografa(u"visualizza"_s);
+    co_await m_mani.chiudi(u"Command1"_s);
+    co_await m_mani.appareElenco(u"Individui"_s);
+    co_await m_mani.fotografa(u"elenco-individui"_s);
+    co_await m_mani.chiudiElenco();
+}
+
 Passo Copione::chiudeProgramma()
 {
+    co_await elencaPersone();
     co_await m_mani.scegliMenu(u"Finestre"_s, u"Affianca in verticale"_s);
     co_await m_mani.fotografa(u"principale"_s);
     co_await m_mani.chiudiPrincipale();

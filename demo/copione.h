@@ -35,6 +35,7 @@ private:
     Passo scriveTesto(const esempi::Atto &atto);
     Passo sbagliaData();
     Passo nuovoCollegamento(QString genere, QString finestra);
+    Passo elencaPersone();
     Passo chiudeProgramma();
 
     QString scrittura(const QString &data);
