@@ -233,9 +233,9 @@ void fmGuida::vai(const QString &pagina)
 }
 
 // Nei contenuti resta scelta la pagina che si legge, comunque vi si sia arrivati.
-void fmGuida::segueContenuti()
+void fmGuida::segueContenuti(const QUrl &pagina)
 {
-    const QString file = m_vista->source().toLocalFile();
+    const QString file = pagina.toLocalFile();
     for (QTreeWidgetItemIterator voce(m_contenuti); *voce != nullptr; ++voce) {
         const QString sua = (*voce)->data(0, ruoloFile).toString();
         if (!sua.isEmpty() && file.endsWith(u'/' + sua)) {

@@ -44,7 +44,7 @@ private:
     QWidget *colonna();
     void riempieContenuti();
     void cerca(const QString &parole);
-    void segueContenuti();
+    void segueContenuti(const QUrl &pagina);
     void ingrandisce(int passi);
 
     QString m_cartella;
