@@ -13,6 +13,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")"
 strumenti/prepara.sh build use
 cmake --preset prova
 cmake --build --preset prova --target guasti
-export ASAN_OPTIONS=halt_on_error=1:detect_leaks=1:detect_stack_use_after_return=1
-export UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1
+# Their own exit status: no status of the programme means what theirs does.
+export ASAN_OPTIONS=exitcode=99:halt_on_error=1:detect_leaks=1:detect_stack_use_after_return=1
+export UBSAN_OPTIONS=exitcode=99:halt_on_error=1:print_stacktrace=1
 exec build/prova/faults/guasti "$@"

@@ -6,8 +6,10 @@
 #include "db/connessioni.h"
 #include "db/conversione.h"
 #include "db/custodia.h"
+#include "platform/a_parte.h"
 #include "platform/dialoghi.h"
 #include "platform/messaggi.h"
+#include "platform/provvisorio.h"
 #include "platform/shell.h"
 
 #include <QDir>
@@ -24,7 +26,12 @@ constexpr long tenutoAperto = -2;
 dialoghi::SceltaFile sceltaArchivio(const QString &titolo)
 {
     return {titolo, shell::cartellaApplicazione(), QStringLiteral("File Tarvola (*.tvd)"),
-            QStringLiteral("tvd")};
+            QStringLiteral("tvd"), provvisorio::ritrovaIn};
+}
+
+QString cartellaCestino()
+{
+    return shell::cartellaApplicazione() + QStringLiteral("/Cestino");
 }
 
 // Il file della cartella che ha quel nome, maiuscole e minuscole alla pari; vuoto se non c'è.
@@ -66,8 +73,7 @@ QString ArchiviFile::scegli(const QString &titolo) const
 void ArchiviFile::apreCorrente(const QString &percorso)
 {
     if (diFormatoAnteriore(percorso) &&
-        !converteArchivio(m_finestra, percorso,
-                          [this](const QString &vecchio) { return nelCestino(vecchio); }))
+        (!libera(percorso) || !converteArchivio(m_finestra, percorso, cartellaCestino())))
         return;
     try {
         ApriArchivio(percorso);
@@ -93,32 +99,25 @@ void ArchiviFile::nuovo()
         m_finestra, sceltaArchivio(QStringLiteral("Crea un nuovo file (nome senza estensione)")));
     if (percorso.isEmpty())
         return;
-    QString vecchio;
     const QString presente = fileEsistente(percorso);
-    if (!presente.isEmpty()) {
-        if (!messaggi::chiede(
-                m_finestra, QStringLiteral("Il file esiste, cancellare il vecchio file?"), true) ||
-            !consenteLoSpostamento(presente))
-            return;
-        vecchio = nelCestino(presente);
-        if (vecchio.isEmpty())
-            return;
-    } else {
-        // Il giornale di un file che non c'è più si applicherebbe a quello che ne prende il nome.
-        seguitaIlGiornale(percorso, percorso + QStringLiteral(" (vecchio)"));
-    }
-    const shell::Esito copia =
-        shell::OperazioneFile(QStringLiteral("Copia"), modello, percorso, false);
-    if (copia.stato != 0) {
-        // Il vecchio archivio torna al suo posto: senza il nuovo, non era da sostituire.
-        if (!vecchio.isEmpty()) {
-            shell::OperazioneFile(QStringLiteral("Muovi"), vecchio, presente, false);
-            seguitaIlGiornale(vecchio, presente);
-        }
-        messaggi::riferisceErrore(m_finestra, percorso + u'\n' + copia.motivo);
+    if (presente.isEmpty()) {
+        scostaIlGiornale(percorso);
+        const shell::Esito copia =
+            shell::OperazioneFile(QStringLiteral("Copia"), modello, percorso, false);
+        if (copia.stato != 0)
+            return messaggi::riferisceErrore(m_finestra, percorso + u'\n' + copia.motivo);
+    } else if (!messaggi::chiede(m_finestra,
+                                 QStringLiteral("Il file esiste, cancellare il vecchio file?"),
+                                 true) ||
+               !consenteLoSpostamento(presente) || !libera(presente) ||
+               !rinnova(modello, presente)) {
         return;
     }
-    apreCorrente(percorso);
+    // Il vecchio poteva avere lo stesso nome con altre maiuscole.
+    const bool altroNome =
+        !presente.isEmpty() &&
+        shell::OperazioneFile(QStringLiteral("Rinomina"), presente, percorso, false).stato != 0;
+    apreCorrente(altroNome ? presente : percorso);
 }
 
 bool ArchiviFile::consenteLoSpostamento(const QString &percorso) const
@@ -128,29 +127,32 @@ bool ArchiviFile::consenteLoSpostamento(const QString &percorso) const
                                  QStringLiteral("\nsarà spostato nella cartella 'Cestino'"));
 }
 
-QString ArchiviFile::nelCestino(const QString &percorso)
+bool ArchiviFile::libera(const QString &percorso)
 {
-    const QString cestino = shell::cartellaApplicazione() + QStringLiteral("/Cestino/");
-    QDir().mkpath(cestino);
-    if (ChiudiSeInUso(percorso) < nonAperto) {
-        messaggi::avvisa(m_finestra, QStringLiteral("Errore nella chiusura del database"));
-        return {};
+    if (ChiudiSeInUso(percorso) >= nonAperto)
+        return true;
+    messaggi::avvisa(m_finestra, QStringLiteral("Errore nella chiusura del database"));
+    return false;
+}
+
+bool ArchiviFile::rinnova(const QString &modello, const QString &percorso)
+{
+    QString avvenuto;
+    try {
+        avanzamento::compieAParte(
+            m_finestra, QStringLiteral("Creazione di\n") + percorso,
+            [&](const avanzamento::Passo &passo) {
+                avvenuto = sostituisceArchivio(
+                    percorso, cartellaCestino(), passo,
+                    [&](const QString &nuovo) { provvisorio::copia(modello, nuovo, passo); });
+            });
+    } catch (const ado::Errore &errore) {
+        riferisceNonSostituito(m_finestra, percorso, errore);
+        return false;
     }
-    const QString arrivo = cestino + shell::NomeFileDaPercorso(percorso);
-    // Spostato sotto un altro programma, il file e quello che ne prende il nome si rovinerebbero.
-    const shell::Esito esito =
-        usatoDaAltri(percorso)
-            ? shell::Esito{1, {}, {}}
-            : shell::OperazioneFile(QStringLiteral("Muovi"), percorso, arrivo, true);
-    if (esito.stato != 0) {
-        messaggi::avvisa(m_finestra, QStringLiteral("Trasferimeto fallito del file") + percorso);
-        return {};
-    }
-    const QString avvenuto = esito.nuovoNome.isEmpty() ? arrivo : esito.nuovoNome;
-    seguitaIlGiornale(percorso, avvenuto);
     messaggi::avvisa(m_finestra, QStringLiteral("Il file\n") + percorso +
                                      QStringLiteral("\nè stato rinominato\n") + avvenuto);
-    return avvenuto;
+    return true;
 }
 
 long ArchiviFile::ChiudiSeInUso(const QString &percorso)

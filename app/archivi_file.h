@@ -29,9 +29,11 @@ public:
     bool consenteLoSpostamento(const QString &percorso) const;
 
 private:
-    // Sposta un file nel Cestino e dice dove; vuoto se non si è potuto. `avvenuto` è il percorso
-    // nel Cestino.
-    QString nelCestino(const QString &percorso);
+    // Chiude il file, se è aperto, perché se ne possa prendere il posto; falso se non si vuole.
+    bool libera(const QString &percorso);
+    // Mette al posto dell'archivio una copia del modello e dice dove sta ora il vecchio, oppure
+    // perché non si è potuto: allora nulla è cambiato.
+    bool rinnova(const QString &modello, const QString &percorso);
 
     QWidget *m_finestra;
     std::function<void()> m_apreArchivi;

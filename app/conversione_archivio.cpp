@@ -1,13 +1,9 @@
 #include "app/conversione_archivio.h"
 
 #include "db/conversione.h"
-#include "platform/ado.h"
-#include "platform/avanzamento.h"
+#include "db/custodia.h"
+#include "platform/a_parte.h"
 #include "platform/messaggi.h"
-#include "platform/shell.h"
-
-#include <QFileInfo>
-#include <QTemporaryDir>
 
 using namespace modTarvola;
 
@@ -63,41 +59,20 @@ QString testoDi(const Resoconto &resoconto)
     return righe.join(u'\n');
 }
 
-// Il vecchio file va nel Cestino solo quando il nuovo è pronto, e ne torna se il nuovo non arriva.
-bool sostituisce(QWidget *finestra, const QString &percorso, const QString &nuovo,
-                 const std::function<QString(const QString &)> &nelCestino)
+bool converteESostituisce(QWidget *finestra, const QString &percorso, const QString &cestino)
 {
-    const QString vecchio = nelCestino(percorso);
-    if (vecchio.isEmpty())
-        return false;
-    const shell::Esito arrivo =
-        shell::OperazioneFile(QStringLiteral("Rinomina"), nuovo, percorso, false);
-    if (arrivo.stato == 0)
-        return true;
-    QString motivo = arrivo.motivo;
-    const shell::Esito ritorno =
-        shell::OperazioneFile(QStringLiteral("Muovi"), vecchio, percorso, false);
-    if (ritorno.stato != 0)
-        motivo += QStringLiteral("\nIl vecchio file è\n") + vecchio;
-    messaggi::riferisceErrore(finestra, percorso + u'\n' + motivo);
-    return false;
-}
-
-bool converteESostituisce(QWidget *finestra, const QString &percorso,
-                          const std::function<QString(const QString &)> &nelCestino)
-{
-    // Nella cartella del file, perché prenderne il posto sia un cambio di nome soltanto.
-    const QTemporaryDir cartella(QFileInfo(percorso).absolutePath() +
-                                 QStringLiteral("/.conversione-XXXXXX"));
-    if (!cartella.isValid())
-        throw ado::Errore(ado::Causa::Altro, cartella.errorString());
-    const QString nuovo = cartella.filePath(shell::NomeFileDaPercorso(percorso));
     std::optional<Resoconto> resoconto;
-    avanzamento::compie(
-        finestra, QStringLiteral("Conversione del file"),
-        [&](const avanzamento::Passo &passo) { resoconto = converte(percorso, nuovo, passo); });
-    if (!resoconto || !sostituisce(finestra, percorso, nuovo, nelCestino))
-        return false;
+    QString avvenuto;
+    avanzamento::compieAParte(
+        finestra, QStringLiteral("Conversione del file"), [&](const avanzamento::Passo &passo) {
+            avvenuto = sostituisceArchivio(percorso, cestino, passo, [&](const QString &nuovo) {
+                resoconto = converte(percorso, nuovo, passo);
+                if (!resoconto)
+                    throw ado::Errore(ado::Causa::Interrotto, QStringLiteral("interrotto"));
+            });
+        });
+    messaggi::avvisa(finestra, QStringLiteral("Il file\n") + percorso +
+                                   QStringLiteral("\nè stato rinominato\n") + avvenuto);
     if (!resoconto->intero())
         messaggi::avvisa(finestra, testoDi(*resoconto));
     return true;
@@ -105,8 +80,19 @@ bool converteESostituisce(QWidget *finestra, const QString &percorso,
 
 } // namespace
 
-bool converteArchivio(QWidget *finestra, const QString &percorso,
-                      const std::function<QString(const QString &)> &nelCestino)
+void riferisceNonSostituito(QWidget *finestra, const QString &percorso, const ado::Errore &errore)
+{
+    if (errore.causa() == ado::Causa::Interrotto)
+        return;
+    // Spostato sotto un altro programma, il file e quello che ne prende il nome si rovinerebbero.
+    if (dynamic_cast<const TrasferimentoFallito *>(&errore) != nullptr ||
+        errore.causa() == ado::Causa::Occupato)
+        messaggi::avvisa(finestra, QStringLiteral("Trasferimeto fallito del file") + percorso);
+    else
+        messaggi::riferisceErrore(finestra, percorso + u'\n' + errore.testo());
+}
+
+bool converteArchivio(QWidget *finestra, const QString &percorso, const QString &cestino)
 {
     try {
         verificaFormatoAnteriore(percorso);
@@ -117,9 +103,9 @@ bool converteArchivio(QWidget *finestra, const QString &percorso,
                                                    "nella cartella 'Cestino'.\nConvertire il "
                                                    "file?"),
                                 true) &&
-               converteESostituisce(finestra, percorso, nelCestino);
+               converteESostituisce(finestra, percorso, cestino);
     } catch (const ado::Errore &errore) {
-        messaggi::riferisceErrore(finestra, percorso + u'\n' + errore.testo());
+        riferisceNonSostituito(finestra, percorso, errore);
         return false;
     }
 }

@@ -18,9 +18,8 @@ QString perdite(const Compattato &esito)
 {
     QString testo = QStringLiteral("Il file era danneggiato: è stato riparato con tutto ciò che se "
                                    "ne leggeva ancora.");
-    if (esito.mancanti.isEmpty())
-        return testo + QStringLiteral("\nNessun record è andato perduto.");
-    testo += QStringLiteral("\nRecord perduti:");
+    testo += esito.mancanti.isEmpty() ? QStringLiteral("\nNessun record è andato perduto.")
+                                      : QStringLiteral("\nRecord perduti:");
     for (const salvataggio::Conto &conto : esito.mancanti) {
         const QString quanti = conto.perdute == 0
                                    ? QStringLiteral("forse alcuni, che non si possono contare")
@@ -28,6 +27,12 @@ QString perdite(const Compattato &esito)
                                               : QString::number(conto.perdute);
         testo += QStringLiteral("\n%1: %2").arg(conto.tabella, quanti);
     }
+    if (esito.senzaProprietario > 0)
+        testo +=
+            QStringLiteral("\nRecord rimasti senza proprietario o senza membri: %1. Alla "
+                           "prossima eliminazione saranno tolti, con ciò che ne dipende: prima di "
+                           "eliminare qualsiasi record conviene guardarli.")
+                .arg(esito.senzaProprietario);
     return testo;
 }
 
@@ -60,6 +65,10 @@ bool Custodia::compie(const QString &titolo, const QString &comando,
             }
             if (!messaggi::avverte(m_finestra, testo))
                 return false;
+        } catch (const std::exception &errore) {
+            messaggi::avvisa(m_finestra, comando.arg(QStringLiteral("non riuscit")) + u'\n' +
+                                             QString::fromLocal8Bit(errore.what()));
+            return false;
         }
     }
 }
@@ -72,14 +81,16 @@ bool Custodia::libera(const QString &percorso)
     return false;
 }
 
-bool Custodia::consenteDiSovrascrivere(const QString &percorso, const QString &altrimenti)
+std::optional<bool> Custodia::consenteDiSovrascrivere(const QString &percorso,
+                                                      const QString &altrimenti)
 {
-    if (!QFileInfo::exists(percorso) ||
+    const bool presente = QFileInfo::exists(percorso);
+    if (!presente ||
         messaggi::chiede(m_finestra, QStringLiteral("un file con questo nome è già presente, si "
                                                     "desidera sovrascriverlo?")))
-        return true;
+        return presente;
     messaggi::avvisa(m_finestra, altrimenti);
-    return false;
+    return {};
 }
 
 void Custodia::compatta()
@@ -121,10 +132,13 @@ void Custodia::backUp()
     if (!copia.endsWith(u'/'))
         copia += u'/';
     copia += shell::NomeFileDaPercorso(percorso);
-    if (!consenteDiSovrascrivere(copia, QStringLiteral("Back-up annullato")) || !libera(copia))
+    const auto presente = consenteDiSovrascrivere(copia, QStringLiteral("Back-up annullato"));
+    if (!presente || !libera(copia))
         return;
     if (compie(QStringLiteral("Back-up di\n") + percorso, QStringLiteral("Back-up %1o"),
-               [&](const avanzamento::Passo &passo) { copiaArchivio(percorso, copia, passo); }))
+               [&](const avanzamento::Passo &passo) {
+                   copiaArchivio(percorso, copia, passo, !*presente);
+               }))
         messaggi::avvisa(m_finestra, QStringLiteral("Back-up riuscito"));
 }
 
@@ -134,14 +148,16 @@ void Custodia::recupera()
     if (scelto.isEmpty())
         return;
     const QString arrivo = shell::cartellaApplicazione() + u'/' + shell::NomeFileDaPercorso(scelto);
-    if (!consenteDiSovrascrivere(arrivo, QStringLiteral("Recupero annullato")))
+    const auto presente = consenteDiSovrascrivere(arrivo, QStringLiteral("Recupero annullato"));
+    if (!presente)
         return;
     // Un file copiato su se stesso è già al suo posto: non c'è che da non toccarlo.
-    const bool altro = !QFileInfo::exists(arrivo) || !stessoFile(scelto, arrivo);
+    const bool altro = !*presente || !stessoFile(scelto, arrivo);
     if (altro && (!libera(scelto) || !libera(arrivo)))
         return;
-    if (!altro ||
-        compie(QStringLiteral("Recupero di\n") + scelto, QStringLiteral("Recupero %1o"),
-               [&](const avanzamento::Passo &passo) { recuperaArchivio(scelto, arrivo, passo); }))
+    if (!altro || compie(QStringLiteral("Recupero di\n") + scelto, QStringLiteral("Recupero %1o"),
+                         [&](const avanzamento::Passo &passo) {
+                             recuperaArchivio(scelto, arrivo, passo, !*presente);
+                         }))
         messaggi::avvisa(m_finestra, QStringLiteral("Recupero riuscito"));
 }

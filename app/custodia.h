@@ -3,6 +3,8 @@
 #include "app/archivi_file.h"
 #include "platform/avanzamento.h"
 
+#include <optional>
+
 // I comandi del menu File che mettono al sicuro un archivio.
 class Custodia
 {
@@ -18,7 +20,8 @@ private:
     // motivo, e dove il file è di un altro programma lascia riprovare. Vero se è riuscito.
     bool compie(const QString &titolo, const QString &comando,
                 const std::function<void(const avanzamento::Passo &)> &lavoro);
-    bool consenteDiSovrascrivere(const QString &percorso, const QString &altrimenti);
+    // Dice se un file c'è, e allora chiede se sovrascriverlo; niente se non si vuole.
+    std::optional<bool> consenteDiSovrascrivere(const QString &percorso, const QString &altrimenti);
     bool libera(const QString &percorso);
 
     QWidget *m_finestra;

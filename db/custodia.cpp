@@ -37,6 +37,11 @@ void apre(ado::Connection &connessione, const QString &percorso)
 {
     connessione.Open(stringaDiConnessione(percorso));
     rifiutaPiuNuovo(connessione, versioneSchema);
+    const int versione = versioneDi(connessione);
+    if (versione < 1)
+        throw ado::Errore(
+            ado::Causa::Danneggiato,
+            QStringLiteral("il file è danneggiato (versione dello schema %1)").arg(versione));
     verificaTabelle(connessione);
 }
 
@@ -82,22 +87,36 @@ bool riparabile(ado::Causa causa)
     return causa == ado::Causa::Danneggiato || causa == ado::Causa::NonArchivio;
 }
 
-// Il giornale di una scrittura interrotta si disfa aprendo il file. Quello che resta non è del file
-// che ne prende il posto.
+// La scrittura interrotta di un altro programma si disfa aprendo il file. Il giornale resta solo a
+// un file che non si apre.
+void sistemaGiornale(const QString &percorso)
+{
+    if (!QFileInfo::exists(percorso) || !QFileInfo::exists(giornale(percorso)))
+        return;
+    try {
+        ado::Connection connessione;
+        connessione.Open(stringaDiConnessione(percorso));
+    } catch (const ado::Errore &errore) {
+        if (errore.causa() == ado::Causa::Occupato)
+            throw;
+    }
+}
+
+// Il giornale che resta non è del file che prende il posto di questo.
 void togliGiornale(const QString &percorso)
 {
-    if (QFileInfo::exists(percorso) && QFileInfo::exists(giornale(percorso))) {
-        try {
-            ado::Connection connessione;
-            connessione.Open(stringaDiConnessione(percorso));
-        } catch (const ado::Errore &errore) {
-            if (errore.causa() == ado::Causa::Occupato)
-                throw;
-        }
-    }
+    sistemaGiornale(percorso);
     if (QFileInfo::exists(giornale(percorso)) && !QFile::remove(giornale(percorso)))
         throw ado::Errore(ado::Causa::Altro,
                           QStringLiteral("%1 non si può togliere").arg(giornale(percorso)));
+}
+
+// Sposta senza sovrascrivere; un giornale che non c'è è già spostato.
+shell::Esito sposta(const QString &da, const QString &a, const provvisorio::Passo &passo = {})
+{
+    return QFileInfo::exists(da)
+               ? shell::OperazioneFile(QStringLiteral("Muovi"), da, a, false, passo)
+               : shell::Esito();
 }
 
 // Un programma interrotto può aver lasciato il vecchio file fra lo scambio e il Cestino.
@@ -111,21 +130,32 @@ void raccoglie(const QString &percorso, const QString &cestino)
                               cestino + u'/' + shell::NomeFileDaPercorso(percorso), true);
 }
 
-QString scambiaColCestino(provvisorio::File &nuovo, const QString &percorso, const QString &cestino)
+// Il giornale di un file che non si apre lo precede: in nessun momento deve stare accanto al nuovo.
+QString scambiaColCestino(provvisorio::File &nuovo, const QString &percorso, const QString &cestino,
+                          const provvisorio::Passo &passo)
 {
     const bool cestinoNuovo = !QFileInfo::exists(cestino);
     QDir().mkpath(cestino);
-    const QString vecchio = nuovo.scambia();
-    const QString arrivo = cestino + u'/' + shell::NomeFileDaPercorso(percorso);
-    const shell::Esito esito =
-        shell::OperazioneFile(QStringLiteral("Muovi"), vecchio, arrivo, true);
-    if (esito.stato != 0) {
-        nuovo.ripristina();
-        if (cestinoNuovo)
-            QDir().rmdir(cestino);
-        throw TrasferimentoFallito(ado::Causa::Altro, esito.motivo);
+    const QString arrivo = shell::liberoDa(cestino + u'/' + shell::NomeFileDaPercorso(percorso));
+    shell::Esito esito = sposta(giornale(percorso), giornale(arrivo));
+    if (esito.stato == 0) {
+        try {
+            esito = sposta(nuovo.scambia(), arrivo, passo);
+            if (esito.stato != 0)
+                nuovo.ripristina();
+        } catch (const ado::Errore &) {
+            sposta(giornale(arrivo), giornale(percorso));
+            throw;
+        }
     }
-    return esito.nuovoNome.isEmpty() ? arrivo : esito.nuovoNome;
+    if (esito.stato == 0)
+        return arrivo;
+    sposta(giornale(arrivo), giornale(percorso));
+    if (cestinoNuovo)
+        QDir().rmdir(cestino);
+    if (esito.stato == 2)
+        throw ado::Errore(ado::Causa::Interrotto, esito.motivo);
+    throw TrasferimentoFallito(ado::Causa::Altro, esito.motivo);
 }
 
 void verificaRecuperato(const QString &percorso, const provvisorio::Passo &passo)
@@ -155,16 +185,33 @@ Compattato compattaArchivio(const QString &percorso, const QString &cestino,
             throw;
         QFile::remove(nuovo.percorso());
         esito.riparato = true;
-        esito.mancanti = salvaArchivio(suo, nuovo.percorso(), tratto(passo, 0, 90));
+        const Salvato salvato = salvaArchivio(suo, nuovo.percorso(), tratto(passo, 0, 90));
+        esito.mancanti = salvato.mancanti;
+        esito.senzaProprietario = salvato.senzaProprietario;
         verificaRecuperato(nuovo.percorso(), tratto(passo, 90, 90));
     }
     raccoglie(suo, cestino);
-    esito.nelCestino = scambiaColCestino(nuovo, suo, cestino);
-    seguitaIlGiornale(suo, esito.nelCestino);
+    esito.nelCestino = scambiaColCestino(nuovo, suo, cestino, tratto(passo, 95, 100));
     return esito;
 }
 
-void copiaArchivio(const QString &percorso, const QString &copia, const provvisorio::Passo &passo)
+QString sostituisceArchivio(const QString &percorso, const QString &cestino,
+                            const provvisorio::Passo &passo,
+                            const std::function<void(const QString &nuovo)> &scrive)
+{
+    const QString suo = vero(percorso);
+    Presa presa(suo);
+    presa.daSolo();
+    provvisorio::File nuovo(suo);
+    scrive(nuovo.percorso());
+    provvisorio::sincronizza(nuovo.percorso());
+    sistemaGiornale(suo);
+    raccoglie(suo, cestino);
+    return scambiaColCestino(nuovo, suo, cestino, passo);
+}
+
+void copiaArchivio(const QString &percorso, const QString &copia, const provvisorio::Passo &passo,
+                   bool soloSeLibera)
 {
     const QString suo = vero(percorso);
     const QString arrivo = vero(copia);
@@ -176,11 +223,11 @@ void copiaArchivio(const QString &percorso, const QString &copia, const provviso
     compattaIn(suo, nuovo.percorso(), passo);
     if (arrivo != suo)
         togliGiornale(arrivo);
-    nuovo.prendeIlPosto();
+    nuovo.prendeIlPosto(suo, soloSeLibera);
 }
 
 void recuperaArchivio(const QString &scelto, const QString &destinazione,
-                      const provvisorio::Passo &passo)
+                      const provvisorio::Passo &passo, bool soloSeLibera)
 {
     const QString suo = vero(scelto);
     const QString arrivo = vero(destinazione);
@@ -193,27 +240,23 @@ void recuperaArchivio(const QString &scelto, const QString &destinazione,
     if (!precedente)
         fermo.emplace(stringaDiConnessione(suo));
     provvisorio::copia(suo, nuovo.percorso(), tratto(passo, 0, 80));
-    if (!precedente)
+    if (precedente)
+        verificaFormatoAnteriore(nuovo.percorso());
+    else
         verificaRecuperato(nuovo.percorso(), tratto(passo, 80, 80));
     togliGiornale(arrivo);
-    nuovo.prendeIlPosto();
+    nuovo.prendeIlPosto(suo, soloSeLibera);
 }
 
-bool usatoDaAltri(const QString &percorso)
+void scostaIlGiornale(const QString &percorso)
 {
-    try {
-        Presa(percorso).daSolo();
-        return false;
-    } catch (const ado::Errore &) {
-        return true;
-    }
-}
-
-void seguitaIlGiornale(const QString &percorso, const QString &avvenuto)
-{
-    if (QFileInfo::exists(giornale(percorso)))
-        shell::OperazioneFile(QStringLiteral("Muovi"), giornale(percorso), giornale(avvenuto),
-                              true);
+    if (!QFileInfo::exists(giornale(percorso)))
+        return;
+    const shell::Esito esito =
+        shell::OperazioneFile(QStringLiteral("Muovi"), giornale(percorso),
+                              giornale(percorso + QStringLiteral(" (vecchio)")), true);
+    if (esito.stato != 0)
+        throw ado::Errore(ado::Causa::Altro, giornale(percorso) + u'\n' + esito.motivo);
 }
 
 } // namespace modTarvola

@@ -20,26 +20,31 @@ struct Compattato {
     QString nelCestino;    // dove sta ora il vecchio file
     bool riparato = false; // era danneggiato: il nuovo è fatto di ciò che si leggeva ancora
     QList<salvataggio::Conto> mancanti;
+    qint64 senzaProprietario = 0; // record salvati che la prossima eliminazione toglierebbe
 };
 
 // Mette al posto dell'archivio la sua copia compatta, o riparata, e il vecchio file nel Cestino.
 Compattato compattaArchivio(const QString &percorso, const QString &cestino,
                             const provvisorio::Passo &passo);
 
-// Scrive una copia compatta e verificata dell'archivio; quella che c'era è sostituita. La copia può
-// essere l'archivio stesso.
-void copiaArchivio(const QString &percorso, const QString &copia, const provvisorio::Passo &passo);
+// Mette al posto dell'archivio un file nuovo, che `scrive` scrive intero nel percorso che riceve, e
+// il vecchio nel Cestino; rende dove sta ora.
+QString sostituisceArchivio(const QString &percorso, const QString &cestino,
+                            const provvisorio::Passo &passo,
+                            const std::function<void(const QString &nuovo)> &scrive);
 
-// Copia un archivio com'è, lo verifica e lo mette alla destinazione. Un file di un formato
-// precedente, che si converte aprendolo, passa senza verifica.
+// Scrive una copia compatta e verificata dell'archivio; quella che c'era è sostituita, oppure, con
+// `soloSeLibera`, nulla è sovrascritto. La copia può essere l'archivio stesso.
+void copiaArchivio(const QString &percorso, const QString &copia, const provvisorio::Passo &passo,
+                   bool soloSeLibera = false);
+
+// Copia un archivio com'è, lo verifica e lo mette alla destinazione, come sopra. Di un file di un
+// formato precedente, che si converte aprendolo, verifica che si possa leggere.
 void recuperaArchivio(const QString &scelto, const QString &destinazione,
-                      const provvisorio::Passo &passo);
+                      const provvisorio::Passo &passo, bool soloSeLibera = false);
 
-// Vero se un altro programma ha aperto il file.
-bool usatoDaAltri(const QString &percorso);
-
-// Sposta nel Cestino ciò che un programma interrotto ha lasciato accanto a un file spostato: senza
-// il suo giornale il file sarebbe a metà, e il giornale rovinerebbe chi ne prende il nome.
-void seguitaIlGiornale(const QString &percorso, const QString &avvenuto);
+// Il nome di un file che non c'è ancora non deve avere accanto il giornale di uno che non c'è più:
+// quello nuovo ne sarebbe rovinato. Lo mette da parte; lancia ado::Errore se non può.
+void scostaIlGiornale(const QString &percorso);
 
 } // namespace modTarvola

@@ -1,6 +1,7 @@
 #include "db/salvati.h"
 
 #include "db/codici.h"
+#include "db/orfani.h"
 #include "db/schema.h"
 
 #include <QRegularExpression>
@@ -119,6 +120,25 @@ void riservaNumeri(ado::Connection &connessione)
     }
 }
 
+// Annota da capo chi è senza proprietario: mentre le righe entrano i proprietari di alcune non ci
+// sono ancora. Rende quanti record sono, senza i legami e gli operatori, che soli possono essere.
+qint64 annotaOrfani(ado::Connection &connessione)
+{
+    ado::Transazione insieme(connessione);
+    connessione.Execute({QStringLiteral("DELETE FROM Orfani"), {}, {}});
+    annotaTutto(connessione);
+    const qint64 quanti =
+        connessione
+            .valore({QStringLiteral("SELECT count(DISTINCT Codice) FROM Orfani WHERE Tabella NOT "
+                                    "IN ('Soli', 'OperatoriContesti', 'FamiglieConiugi', "
+                                    "'FamiglieGenitori')"),
+                     {},
+                     {}})
+            .toLongLong();
+    insieme.conferma();
+    return quanti;
+}
+
 // Un file di cui nulla si legge resta com'è; di una versione più nuova non si sanno le tabelle.
 void rifiutaVersione(const QString &danneggiato)
 {
@@ -133,8 +153,8 @@ void rifiutaVersione(const QString &danneggiato)
 
 } // namespace
 
-QList<salvataggio::Conto> salvaArchivio(const QString &danneggiato, const QString &nuovo,
-                                        const provvisorio::Passo &passo)
+Salvato salvaArchivio(const QString &danneggiato, const QString &nuovo,
+                      const provvisorio::Passo &passo)
 {
     rifiutaVersione(danneggiato);
     ado::Connection connessione;
@@ -150,7 +170,7 @@ QList<salvataggio::Conto> salvaArchivio(const QString &danneggiato, const QStrin
                               QStringLiteral("la password del file è un'altra"));
         return sua;
     };
-    QList<salvataggio::Conto> mancanti;
+    Salvato esito;
     qint64 righe = 0;
     const auto conti = salvataggio::salva(danneggiato, connessione, regole, passo);
     for (const salvataggio::Conto &conto : conti) {
@@ -158,15 +178,16 @@ QList<salvataggio::Conto> salvaArchivio(const QString &danneggiato, const QStrin
             continue;
         righe += conto.salvate;
         if (conto.perdute > 0 || conto.almeno)
-            mancanti.append(conto);
+            esito.mancanti.append(conto);
     }
     if (righe == 0)
         throw ado::Errore(ado::Causa::Danneggiato,
                           QStringLiteral("nel file non si legge più nulla di un archivio"));
     riservaNumeri(connessione);
+    esito.senzaProprietario = annotaOrfani(connessione);
     connessione.Close();
     provvisorio::sincronizza(nuovo);
-    return mancanti;
+    return esito;
 }
 
 } // namespace modTarvola

@@ -7,11 +7,16 @@
 namespace modTarvola
 {
 
-// Scrive in un file nuovo tutto ciò che dell'archivio ancora si legge, e rende i conti delle
-// tabelle da cui manca qualcosa o da cui può mancare. Nel nuovo nessun codice che una riga nomina
-// ancora sarà dato a un altro record. Lancia ado::Errore; con la causa PasswordErrata se il file ha
-// un'altra password, VersioneNuova se è più nuovo, Danneggiato se non se ne legge nulla.
-QList<salvataggio::Conto> salvaArchivio(const QString &danneggiato, const QString &nuovo,
-                                        const provvisorio::Passo &passo);
+struct Salvato {
+    QList<salvataggio::Conto> mancanti; // delle tabelle da cui manca o può mancare qualcosa
+    qint64 senzaProprietario = 0;       // record che la prossima eliminazione toglierebbe
+};
+
+// Scrive in un file nuovo tutto ciò che dell'archivio ancora si legge. Nel nuovo nessun codice che
+// una riga nomina ancora sarà dato a un altro record. Lancia ado::Errore; con la causa
+// PasswordErrata se il file ha un'altra password, VersioneNuova se è più nuovo, Danneggiato se non
+// se ne legge nulla.
+Salvato salvaArchivio(const QString &danneggiato, const QString &nuovo,
+                      const provvisorio::Passo &passo);
 
 } // namespace modTarvola

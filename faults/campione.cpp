@@ -1,10 +1,13 @@
 #include "faults/campione.h"
 
 #include "db/schema.h"
+#include "platform/pagine.h"
 
 #include <QCryptographicHash>
 #include <QRandomGenerator>
+#include <QSet>
 
+#include <algorithm>
 #include <sqlite3.h>
 
 namespace campione
@@ -158,6 +161,41 @@ QHash<QString, Righe> leggibili(const QString &percorso, const QHash<QString, Ri
         sqlite3_finalize(istruzione);
     }
     sqlite3_close(base);
+    return tutte;
+}
+
+QHash<QString, Righe> intatte(const QString &sano, const QString &guasto,
+                              const QHash<QString, Righe> &prima)
+{
+    const pagine::File fonte(sano);
+    const pagine::File rotto(guasto, false);
+    const QList<pagine::Uso> uso(qsizetype{fonte.quante()} + 1, pagine::Uso::Ignoto);
+    const auto intatta = [&](quint32 numero) { return fonte.leggi(numero) == rotto.leggi(numero); };
+    QHash<QString, Righe> tutte;
+    QSet<QString> viste;
+    const auto prende = [&](const pagine::Cella &cella, quint32 numero) {
+        const auto riga = pagine::Carico(fonte, cella).colonne();
+        const QString codice = riga ? QString::fromUtf8(riga->constFirst().byte) : QString();
+        const QString tabella = modTarvola::tabellaDiCodice(codice);
+        if (!prima.value(tabella).contains(codice))
+            return;
+        // Di una riga che si trova due volte, anche in una pagina ormai libera, non si sa qual è.
+        if (viste.contains(codice)) {
+            tutte[tabella].remove(codice);
+            return;
+        }
+        viste.insert(codice);
+        const auto seguito = pagine::catena(fonte, cella, uso);
+        if (intatta(numero) && seguito && std::all_of(seguito->cbegin(), seguito->cend(), intatta))
+            tutte[tabella].insert(codice, prima[tabella][codice]);
+    };
+    for (quint32 numero = 1; numero <= fonte.quante(); ++numero) {
+        const pagine::Pagina pagina = fonte.pagina(numero);
+        if (pagina.genere != pagine::Genere::Tabella || !pagina.foglia)
+            continue;
+        for (const pagine::Cella &cella : pagina.celle)
+            prende(cella, numero);
+    }
     return tutte;
 }
 

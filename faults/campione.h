@@ -19,6 +19,11 @@ QHash<QString, Righe> istantanea(ado::Connection &connessione);
 // Le righe dell'istantanea che il motore, chiesto di una riga per volta, ancora rende uguali.
 QHash<QString, Righe> leggibili(const QString &percorso, const QHash<QString, Righe> &prima);
 
+// Le righe dell'istantanea le cui pagine, in un file danneggiato, sono ancora quelle del file sano:
+// chi salva deve trovarle anche dove il motore non arriva più. Solo quelle che hanno un codice.
+QHash<QString, Righe> intatte(const QString &sano, const QString &guasto,
+                              const QHash<QString, Righe> &prima);
+
 // Quante righe di `prima` non sono, uguali, in `dopo`.
 qint64 mancano(const Righe &prima, const Righe &dopo);
 

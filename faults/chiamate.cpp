@@ -37,18 +37,27 @@ const Lavoro tutti[] = {
     {"restore", lavori::recupera, true},
 };
 
-// I file che si vedono e il loro contenuto.
-QMap<QString, QByteArray> visibili(const QString &cartella)
+// Un disco: ciò che non sa fare, e se nel frattempo si riempie.
+struct Disco {
+    const char *nome;
+    bool pieno = false;
+    int senzaModi = 0;
+    bool senzaLegami = false;
+    bool cestinoAltrove = false;
+};
+
+// I file e il loro contenuto, anche quelli nascosti.
+QMap<QString, QByteArray> contenuto(const QString &cartella, QDir::Filters quali = QDir::Hidden)
 {
     QMap<QString, QByteArray> trovati;
     const QDir dove(cartella);
-    for (const QString &nome : dove.entryList(QDir::Files)) {
+    for (const QString &nome : dove.entryList(QDir::Files | quali)) {
         QFile file(dove.filePath(nome));
         if (file.open(QIODevice::ReadOnly))
             trovati.insert(dove.filePath(nome), file.readAll());
     }
     for (const QString &nome : dove.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
-        trovati.insert(visibili(dove.filePath(nome)));
+        trovati.insert(contenuto(dove.filePath(nome), quali));
     return trovati;
 }
 
@@ -68,117 +77,186 @@ void rimette(const lavori::Posto &posto, const QMap<QString, QByteArray> &com_er
     }
 }
 
-// Quante righe di prima mancano nell'archivio; un'eliminazione riuscita ne può togliere.
-qint64 mancano(const Righe &prima, const lavori::Posto &posto)
+Righe righeDi(const QString &percorso)
 {
-    lavori::apre(posto);
-    const Righe dopo = campione::istantanea(modTarvola::connessione());
-    qint64 quante = 0;
-    for (auto tabella = prima.cbegin(); tabella != prima.cend(); ++tabella)
-        quante += campione::mancano(*tabella, dopo.value(tabella.key()));
-    return quante;
+    modTarvola::ApriArchivio(percorso);
+    Righe righe = campione::istantanea(modTarvola::connessione());
+    lavori::chiude();
+    return righe;
 }
 
 struct Stato {
     lavori::Posto posto;
     QMap<QString, QByteArray> file;
     Righe righe;
-    Righe senzaLaVoce;
+    QHash<QString, Righe> dopo; // per lavoro, le righe di quando è riuscito
 };
 
-int verifica(const Stato &stato, const Lavoro &lavoro, bool riuscito, const QString &dove)
-{
-    int perdite = verificaIntegri(stato.posto.cartella);
-    if (lavoro.suiFile && !riuscito && visibili(stato.posto.cartella) != stato.file) {
-        perduto(dove + QStringLiteral(": i file non sono più quelli"));
-        ++perdite;
-    }
-    try {
-        const bool tolta = QLatin1String(lavoro.nome) == QLatin1String("delete") &&
-                           mancano(stato.righe, stato.posto) > 0;
-        if (mancano(tolta ? stato.senzaLaVoce : stato.righe, stato.posto) > 0) {
-            perduto(dove + QStringLiteral(": righe perdute"));
-            ++perdite;
-        }
-        // E si va avanti.
-        lavori::salva(stato.posto, QStringLiteral("dopo"));
-    } catch (const ado::Errore &errore) {
-        perduto(dove + QStringLiteral(": ") + errore.testo());
-        ++perdite;
-    }
-    lavori::chiude();
-    return perdite;
-}
+struct Esito {
+    bool riuscito = true;
+    bool muto = false;          // fallito senza dire perché
+    bool restaQualcosa = false; // ciò che doveva togliere non si è potuto togliere
+    int chiamate = 0;
+    int fallite = 0;
+};
 
+// La copia e il recupero sono di prima dell'ultimo salvataggio: chi dice di averli rifatti deve
+// averli cambiati.
 Stato prepara(const Giro &giro)
 {
     Stato stato{{giro.cartella + QStringLiteral("/chiamate")}, {}, {}, {}};
     lavori::prepara(stato.posto, 12);
-    lavori::apre(stato.posto);
-    stato.righe = campione::istantanea(modTarvola::connessione());
     lavori::copia(stato.posto);
     lavori::recupera(stato.posto);
-    stato.file = visibili(stato.posto.cartella);
-    lavori::elimina(stato.posto, QStringLiteral("V3"));
-    stato.senzaLaVoce = campione::istantanea(modTarvola::connessione());
+    lavori::salva(stato.posto, QStringLiteral("x-0"));
     lavori::chiude();
+    stato.righe = righeDi(stato.posto.archivio());
+    stato.file = contenuto(stato.posto.cartella);
+    for (const Lavoro &lavoro : tutti) {
+        lavoro.compie(stato.posto);
+        lavori::chiude();
+        stato.dopo.insert(QString::fromUtf8(lavoro.nome), righeDi(stato.posto.archivio()));
+        rimette(stato.posto, stato.file);
+    }
     return stato;
 }
 
-bool compie(const Stato &stato, const Lavoro &lavoro, inganni::Piano piano)
+Esito compie(const Stato &stato, const Lavoro &lavoro, const Disco &disco, int quale, int errore)
 {
     rimette(stato.posto, stato.file);
+    inganni::Piano piano;
     piano.cartella = stato.posto.cartella;
+    piano.quale = quale;
+    piano.errore = errore;
+    piano.dalliInPoi = disco.pieno;
+    piano.soloScritture = disco.pieno;
+    piano.senzaModi = disco.senzaModi;
+    piano.senzaLegami = disco.senzaLegami;
+    if (disco.cestinoAltrove)
+        piano.altroDisco = stato.posto.cestino() + u'/';
     inganni::arma(piano);
-    bool riuscito = true;
+    Esito esito;
     try {
         lavoro.compie(stato.posto);
-    } catch (const ado::Errore &errore) {
-        riuscito = errore.testo().isEmpty();
+    } catch (const ado::Errore &guasto) {
+        esito.riuscito = false;
+        esito.muto = guasto.testo().isEmpty();
     }
     // Il disco resta guasto mentre il file si chiude.
     lavori::chiude();
     inganni::disarma();
-    return riuscito;
+    esito.chiamate = inganni::passate();
+    esito.fallite = inganni::fallite();
+    esito.restaQualcosa = inganni::fallitoIlTogliere();
+    return esito;
 }
 
-int falliscono(Giro &giro, bool pieno)
+// Ciò che un comando riuscito deve avere fatto oltre a non perdere righe.
+bool haFatto(const Stato &stato, const QString &lavoro)
 {
-    const Stato stato = prepara(giro);
-    int perdite = 0;
+    if (lavoro == QStringLiteral("compact"))
+        return contenuto(stato.posto.cestino())
+            .values()
+            .contains(stato.file.value(stato.posto.archivio()));
+    if (lavoro == QStringLiteral("back-up"))
+        return righeDi(stato.posto.copia()) == stato.righe;
+    if (lavoro == QStringLiteral("restore"))
+        return righeDi(stato.posto.recupero()) == stato.righe;
+    return true;
+}
+
+int verifica(const Stato &stato, const Lavoro &lavoro, const Esito &esito, const QString &dove)
+{
+    int perdite = verificaIntegri(stato.posto.cartella);
+    const auto esige = [&](bool vero, const char *che) {
+        if (!vero) {
+            perduto(dove + QStringLiteral(": ") + QString::fromUtf8(che));
+            ++perdite;
+        }
+    };
+    const QString nome = QString::fromUtf8(lavoro.nome);
+    esige(!esito.muto, "un errore senza parole");
+    if (lavoro.suiFile && !esito.riuscito) {
+        const auto quali = esito.restaQualcosa ? QDir::Filters() : QDir::Hidden;
+        esige(contenuto(stato.posto.cartella, quali) == stato.file, "i file non sono più quelli");
+    }
+    try {
+        // O tutto o nulla, in un senso e nell'altro.
+        const Righe righe = righeDi(stato.posto.archivio());
+        const Righe &dopo = stato.dopo[nome];
+        esige(righe == dopo || (!esito.riuscito && righe == stato.righe), "righe perdute o a metà");
+        esige(!esito.riuscito || haFatto(stato, nome), "detto fatto, e non è fatto");
+        // E si va avanti.
+        lavori::salva(stato.posto, QStringLiteral("dopo"));
+    } catch (const ado::Errore &errore) {
+        esige(false, qPrintable(errore.testo()));
+    }
+    lavori::chiude();
+    return perdite;
+}
+
+struct Conti {
     int iniettati = 0;
     int messaggi = 0;
-    for (const Lavoro &lavoro : tutti) {
-        compie(stato, lavoro, {{}, -1, 0, false, pieno, false});
-        const int chiamate = inganni::passate();
-        const int volte = qMin(chiamate, qMax(3, giro.giri));
-        for (int i = 0; i < volte; ++i) {
-            const int quale = volte == chiamate ? i : giro.caso.bounded(chiamate);
-            const int errore = pieno ? ENOSPC : (i % 3 == 0 ? ENOSPC : EIO);
-            const bool riuscito = compie(stato, lavoro, {{}, quale, errore, pieno, pieno, false});
-            iniettati += inganni::fallite();
-            messaggi += riuscito ? 0 : 1;
-            perdite += verifica(
-                stato, lavoro, riuscito,
-                QStringLiteral("%1, chiamata %2").arg(QString::fromUtf8(lavoro.nome)).arg(quale));
+    int perdite = 0;
+};
+
+// Il lavoro prima riesce, poi fallisce in ciascuna delle sue chiamate, o in tante a caso.
+void fallisce(Giro &giro, const Stato &stato, const Lavoro &lavoro, const Disco &disco,
+              Conti &conti)
+{
+    const QString nome =
+        QString::fromUtf8(disco.nome) + QStringLiteral(", ") + QString::fromUtf8(lavoro.nome);
+    const Esito sano = compie(stato, lavoro, disco, -1, 0);
+    conti.perdite += verifica(stato, lavoro, sano, nome);
+    const bool soloLegge = disco.pieno && QLatin1String(lavoro.nome) == QLatin1String("open");
+    if (!sano.riuscito || (sano.chiamate == 0 && !soloLegge)) {
+        perduto(nome + QStringLiteral(": non riesce, o non c'è nulla da far fallire"));
+        ++conti.perdite;
+    }
+    constexpr int errori[] = {ENOSPC, EIO, EACCES};
+    const int volte = qMin(sano.chiamate, qMax(3, giro.giri));
+    for (int i = 0; i < volte; ++i) {
+        const int quale = volte == sano.chiamate ? i : giro.caso.bounded(sano.chiamate);
+        const Esito esito =
+            compie(stato, lavoro, disco, quale, disco.pieno ? ENOSPC : errori[i % 3]);
+        conti.iniettati += esito.fallite;
+        conti.messaggi += esito.riuscito ? 0 : 1;
+        conti.perdite +=
+            verifica(stato, lavoro, esito, nome + QStringLiteral(", chiamata %1").arg(quale));
+    }
+}
+
+int falliscono(Giro &giro, std::initializer_list<Disco> dischi, bool soloSuiFile)
+{
+    const Stato stato = prepara(giro);
+    Conti conti;
+    for (const Disco &disco : dischi) {
+        for (const Lavoro &lavoro : tutti) {
+            if (lavoro.suiFile || !soloSuiFile)
+                fallisce(giro, stato, lavoro, disco, conti);
         }
     }
-    QTextStream(stdout) << (pieno ? "disk full: " : "failing calls: ") << iniettati
-                        << " calls failed, " << messaggi << " ended in a message: lost " << perdite
-                        << '\n';
-    return perdite;
+    QTextStream(stdout) << dischi.begin()->nome << ": " << conti.iniettati << " calls failed, "
+                        << conti.messaggi << " ended in a message: lost " << conti.perdite << '\n';
+    return conti.perdite;
 }
 
 } // namespace
 
 int chiamate(Giro &giro)
 {
-    return falliscono(giro, false);
+    return falliscono(giro, {{"failing calls"}}, false) +
+           falliscono(giro,
+                      {{"disks that cannot exchange files", false, EINVAL},
+                       {"nor link them", false, ENOSYS, true}},
+                      true) +
+           falliscono(giro, {{"Cestino on another disk", false, 0, false, true}}, true);
 }
 
 int discoPieno(Giro &giro)
 {
-    return falliscono(giro, true);
+    return falliscono(giro, {{"disk full", true}}, false);
 }
 
 } // namespace prove

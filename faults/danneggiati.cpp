@@ -1,5 +1,4 @@
 #include "db/connessioni.h"
-#include "db/custodia.h"
 #include "faults/campione.h"
 #include "faults/inganni.h"
 #include "faults/lavori.h"
@@ -7,8 +6,10 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTextStream>
 
+#include <algorithm>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -20,7 +21,7 @@ namespace
 
 using Righe = QHash<QString, campione::Righe>;
 
-constexpr int secondiAlMassimo = 60;
+constexpr int secondiAlMassimo = 10;
 
 enum Danno {
     Tronco,
@@ -127,60 +128,180 @@ void guasta(Danno danno, const QString &percorso, const QByteArray &sano, QRando
     }
 }
 
-bool riesce(const std::function<void()> &lavoro)
+QByteArray byteDi(const QString &percorso)
 {
+    QFile file(percorso);
+    return QFileInfo(percorso).isFile() && file.open(QIODevice::ReadOnly) ? file.readAll()
+                                                                          : QByteArray();
+}
+
+struct Esito {
+    bool riuscito = true;
+    ado::Causa causa = ado::Causa::Altro;
+    QString motivo;
+};
+
+Esito prova(const std::function<void()> &lavoro)
+{
+    Esito esito;
     try {
         lavoro();
-        return true;
     } catch (const ado::Errore &errore) {
-        return errore.testo().isEmpty();
+        esito = {false, errore.causa(), errore.testo()};
     }
+    lavori::chiude();
+    return esito;
 }
+
+// Un file danneggiato, il sano da cui viene e ciò che in questo c'era.
+struct Guasto {
+    lavori::Posto posto;
+    Danno danno;
+    QString sano;
+    const Righe &sane;
+};
 
 Righe righeDi(const QString &percorso)
 {
-    ado::Connection connessione;
-    connessione.Open(modTarvola::stringaDiConnessione(percorso));
-    return campione::istantanea(connessione);
+    modTarvola::ApriArchivio(percorso);
+    Righe righe = campione::istantanea(modTarvola::connessione());
+    lavori::chiude();
+    return righe;
 }
 
-int confronta(const Righe &attese, const Righe &trovate, const QString &che)
+bool esige(bool vero, const QString &che)
 {
+    if (!vero)
+        perduto(che);
+    return vero;
+}
+
+bool haTutto(const Righe &attese, const QString &percorso, const QString &che)
+{
+    const Righe trovate = righeDi(percorso);
     qint64 mancano = 0;
     for (auto tabella = attese.cbegin(); tabella != attese.cend(); ++tabella)
         mancano += campione::mancano(*tabella, trovate.value(tabella.key()));
-    if (mancano > 0)
-        perduto(QStringLiteral("%1: %2 righe che si leggevano").arg(che).arg(mancano));
-    return mancano > 0 ? 1 : 0;
+    return esige(mancano == 0,
+                 QStringLiteral("%1: %2 righe che si leggevano").arg(che).arg(mancano));
+}
+
+// Ciò che dev'essere salvato: quello che il motore rende ancora e quello che sta in pagine sane.
+Righe attese(const Guasto &guasto)
+{
+    if (guasto.danno == Cartella || guasto.danno == Coda || guasto.danno == SenzaPermesso)
+        return {};
+    Righe tutte = campione::leggibili(guasto.posto.archivio(), guasto.sane);
+    const Righe intatte = campione::intatte(guasto.sano, guasto.posto.archivio(), guasto.sane);
+    for (auto tabella = intatte.cbegin(); tabella != intatte.cend(); ++tabella)
+        tutte[tabella.key()].insert(*tabella);
+    return tutte;
+}
+
+bool vuote(const Righe &righe)
+{
+    return std::all_of(righe.cbegin(), righe.cend(),
+                       [](const campione::Righe &una) { return una.isEmpty(); });
+}
+
+// Una copia dichiarata riuscita ha tutto; altrimenti non c'è.
+bool copiaGiusta(const Esito &esito, const QString &copia, const Righe &ancora)
+{
+    return esito.riuscito ? haTutto(ancora, copia, copia)
+                          : esige(!QFileInfo::exists(copia), copia + QStringLiteral(": c'è"));
+}
+
+// Un rifiuto è giusto se non c'è nulla da salvare o per una ragione che non è il danno ai dati, e
+// lascia il file com'era; una riparazione salva tutto e tiene il vecchio.
+bool compattatoGiusto(const Guasto &guasto, const Esito &esito, const Righe &ancora,
+                      const QByteArray &prima)
+{
+    const QString archivio = guasto.posto.archivio();
+    if (esito.riuscito) {
+        const QString vecchio = guasto.posto.cestino() + QStringLiteral("/archivio.tvd");
+        return haTutto(ancora, archivio, QStringLiteral("riparato")) &&
+               esige(byteDi(vecchio) == prima, QStringLiteral("il vecchio non è nel Cestino"));
+    }
+    const bool giusto = vuote(ancora) || guasto.danno == SolaLettura ||
+                        esito.causa == ado::Causa::PasswordErrata ||
+                        esito.causa == ado::Causa::VersioneNuova;
+    return esige(giusto, QStringLiteral("rifiutato ciò che si leggeva: ") + esito.motivo) &&
+           esige(QFileInfo::exists(archivio) && byteDi(archivio) == prima,
+                 QStringLiteral("rifiutato, e non è più lo stesso"));
+}
+
+// Chi comanda può leggere ogni file: senza permessi ci si prova da nessuno.
+void entra(const Guasto &guasto)
+{
+    inganni::Piano piano;
+    piano.cartella = guasto.posto.cartella;
+    piano.solaLettura = true;
+    if (guasto.danno == SolaLettura)
+        inganni::arma(piano);
+    if (guasto.danno == SenzaPermesso && ::geteuid() == 0 && ::seteuid(65534) != 0)
+        qFatal("la prova non può cambiare utente");
+}
+
+void esce()
+{
+    inganni::disarma();
+    if (::getuid() == 0 && ::seteuid(0) != 0)
+        qFatal("la prova non può cambiare utente");
+}
+
+// Da un CD la copia su un altro disco riesce.
+bool copiaDaSolaLettura(const Guasto &guasto)
+{
+    inganni::Piano piano;
+    piano.cartella = guasto.posto.archivio();
+    piano.solaLettura = true;
+    inganni::arma(piano);
+    const Esito copiato = prova([&] { lavori::copia(guasto.posto); });
+    const Esito recuperato = prova([&] { lavori::recupera(guasto.posto); });
+    inganni::disarma();
+    return esige(copiato.riuscito, QStringLiteral("copia da sola lettura: ") + copiato.motivo) &&
+           esige(recuperato.riuscito,
+                 QStringLiteral("recupero da sola lettura: ") + recuperato.motivo) &&
+           haTutto(guasto.sane, guasto.posto.copia(), QStringLiteral("copia da sola lettura")) &&
+           haTutto(guasto.sane, guasto.posto.recupero(), QStringLiteral("recupero"));
 }
 
 // Apre, copia, recupera, compatta; in quest'ordine, perché l'ultimo ripara.
-int provaTutto(const lavori::Posto &posto, Danno danno, const Righe &sane)
+Finale provaTutto(const Guasto &guasto)
 {
-    const bool leggibile = danno != Cartella && danno != Coda && danno != SenzaPermesso;
-    const Righe ancora = leggibile ? campione::leggibili(posto.archivio(), sane) : Righe();
-    int perdite = 0;
-    if (danno == SenzaPermesso && ::geteuid() == 0 && ::seteuid(65534) != 0)
-        return 1;
-    if (danno == SolaLettura)
-        inganni::arma({posto.cartella, -1, 0, false, false, true});
-    riesce([&] { lavori::apre(posto); });
-    if (riesce([&] { lavori::copia(posto); }))
-        perdite += confronta(ancora, righeDi(posto.copia()), QStringLiteral("copia"));
-    riesce([&] { lavori::recupera(posto); });
-    const bool compattato = riesce([&] { lavori::compatta(posto); });
-    lavori::chiude();
-    inganni::disarma();
-    if (danno == SenzaPermesso && ::getuid() == 0 && ::seteuid(0) != 0)
-        return 1;
-    if (compattato) {
-        perdite += verificaIntegri(posto.cartella + QStringLiteral("/copie"));
-        perdite += confronta(ancora, righeDi(posto.archivio()), QStringLiteral("riparato"));
-    } else if (leggibile) {
-        // Un rifiuto è giusto solo se lo dice per una ragione che non è il danno ai dati.
-        perdite += QFile::exists(posto.archivio()) ? 0 : 1;
-    }
-    return perdite * 2 + (compattato ? 1 : 0);
+    const lavori::Posto &posto = guasto.posto;
+    const Righe ancora = attese(guasto);
+    const QByteArray prima = byteDi(posto.archivio());
+    entra(guasto);
+    const Esito aperto = prova([&] { lavori::apre(posto); });
+    const Esito copiato = prova([&] { lavori::copia(posto); });
+    const Esito recuperato = prova([&] { lavori::recupera(posto); });
+    const Esito compattato = prova([&] { lavori::compatta(posto); });
+    esce();
+    bool bene = true;
+    for (const Esito &esito : {aperto, copiato, recuperato, compattato})
+        bene = esige(esito.riuscito || !esito.motivo.isEmpty(), QStringLiteral("muto")) && bene;
+    if (guasto.danno == SenzaPermesso)
+        bene = esige(!aperto.riuscito && compattato.causa == ado::Causa::Illeggibile,
+                     QStringLiteral("senza permesso: ") + compattato.motivo) &&
+               bene;
+    bene = copiaGiusta(copiato, posto.copia(), ancora) && bene;
+    bene = copiaGiusta(recuperato, posto.recupero(), ancora) && bene;
+    bene = compattatoGiusto(guasto, compattato, ancora, prima) && bene;
+    bene = verificaIntegri(posto.cartella + QStringLiteral("/copie")) == 0 && bene;
+    if (guasto.danno == SolaLettura)
+        bene = copiaDaSolaLettura(guasto) && bene;
+    return !bene ? Perduto : compattato.riuscito ? Fatto : Rifiutato;
+}
+
+// Una cartella in cui chiunque può scrivere, perché a fermare chi non ha permessi sia il file.
+void preparaCartella(const lavori::Posto &posto)
+{
+    QDir(posto.cartella).removeRecursively();
+    for (const char *nome : {"/copie", "/recuperi"})
+        QDir().mkpath(posto.cartella + QString::fromUtf8(nome));
+    for (const char *nome : {"", "/copie", "/recuperi"})
+        ::chmod((posto.cartella + QString::fromUtf8(nome)).toUtf8().constData(), 0777);
 }
 
 } // namespace
@@ -188,34 +309,32 @@ int provaTutto(const lavori::Posto &posto, Danno danno, const Righe &sane)
 int danneggiati(Giro &giro)
 {
     const lavori::Posto posto{giro.cartella + QStringLiteral("/danneggiati")};
+    const QString sano = giro.cartella + QStringLiteral("/sano.tvd");
     lavori::prepara(posto, 60);
     const Righe sane = righeDi(posto.archivio());
-    QFile file(posto.archivio());
-    if (!file.open(QIODevice::ReadOnly))
-        return 1;
-    const QByteArray byte = file.readAll();
-    file.close();
+    const QByteArray byte = byteDi(posto.archivio());
+    scrive(sano, byte);
+    ::chmod(giro.cartella.toUtf8().constData(), 0755);
     int perdite = 0;
     int riparati = 0;
-    for (int i = 0; i < giro.giri; ++i) {
+    // Ogni danno almeno una volta.
+    const int file = qMax<int>(giro.giri, quantiDanni);
+    for (int i = 0; i < file; ++i) {
         const auto danno = static_cast<Danno>(i < quantiDanni ? i : giro.caso.bounded(Vuoto));
-        QDir(posto.cartella).removeRecursively();
-        for (const char *nome : {"/copie", "/recuperi"})
-            QDir().mkpath(posto.cartella + QString::fromUtf8(nome));
+        preparaCartella(posto);
         guasta(danno, posto.archivio(), byte, giro.caso);
-        const int esito = aParte(secondiAlMassimo, [&] { return provaTutto(posto, danno, sane); });
-        if (esito < 0 || esito > 1) {
-            perduto(QStringLiteral("file danneggiato %1, di genere %2: %3")
-                        .arg(i)
-                        .arg(danno)
-                        .arg(esito < 0 ? QStringLiteral("il programma è caduto o non finisce")
-                                       : QStringLiteral("perduto")));
+        const QByteArray prima = byteDi(posto.archivio());
+        const Finale finale = aParte(secondiAlMassimo, [&] {
+            return provaTutto({posto, danno, sano, sane});
+        });
+        if (finale == Perduto) {
+            perduto(QStringLiteral("file danneggiato %1, di genere %2").arg(i).arg(danno));
             ++perdite;
-            QFile::copy(posto.archivio(), giro.cartella + QStringLiteral("/perduto-%1.tvd").arg(i));
+            scrive(giro.cartella + QStringLiteral("/perduto-%1.tvd").arg(i), prima);
         }
-        riparati += esito == 1 ? 1 : 0;
+        riparati += finale == Fatto ? 1 : 0;
     }
-    QTextStream(stdout) << "damaged files: " << giro.giri << ", " << riparati
+    QTextStream(stdout) << "damaged files: " << file << ", " << riparati
                         << " compacted or repaired, the others refused with a message: lost "
                         << perdite << '\n';
     return perdite;

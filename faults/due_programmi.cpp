@@ -6,7 +6,6 @@
 #include <QTextStream>
 
 #include <cstring>
-#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -119,9 +118,12 @@ int dueProgrammi(Giro &giro)
         int tubo[2];
         if (::pipe(tubo) != 0)
             return 1;
+        QList<pid_t> figli;
         for (int chi = 0; chi <= scrittori; ++chi) {
-            if (::fork() != 0)
+            if (const pid_t figlio = ::fork(); figlio != 0) {
+                figli.append(figlio);
                 continue;
+            }
             if (chi == scrittori)
                 custodisce(posto, tubo[1]);
             scrive(posto, tubo[1], chi);
@@ -132,9 +134,13 @@ int dueProgrammi(Giro &giro)
         for (ssize_t letti = 0; (letti = ::read(tubo[0], pezzo, sizeof pezzo)) > 0;)
             detto.append(pezzo, letti);
         ::close(tubo[0]);
-        while (::wait(nullptr) > 0)
-            continue;
+        for (const pid_t figlio : std::as_const(figli))
+            perdite += finisceCosi(figlio, 0, 0);
         perdite += verificaIntegri(posto.cartella) + verifica(posto, detto, conti);
+    }
+    if (conti.custodie == 0) {
+        perduto(QStringLiteral("nessuna compattazione né copia è riuscita fra i salvataggi"));
+        ++perdite;
     }
     QTextStream(stdout) << "several programs on one file: " << volte << " rounds, "
                         << volte * salvataggi * scrittori << " saves, " << conti.custodie

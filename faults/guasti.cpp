@@ -18,22 +18,37 @@ void perduto(const QString &che)
     QTextStream(stderr) << "LOST: " << che << '\n';
 }
 
-int aParte(int secondi, const std::function<int()> &lavoro)
+Finale aParte(int secondi, const std::function<Finale()> &lavoro)
 {
     const pid_t figlio = ::fork();
     if (figlio == 0) {
         ::alarm(static_cast<unsigned>(secondi));
-        int esito = 100;
+        int esito = Perduto;
         try {
             esito = lavoro();
         } catch (const std::exception &errore) {
             perduto(QString::fromUtf8(errore.what()));
         }
-        ::_exit(qMin(esito, 100));
+        ::_exit(esito);
     }
     int stato = 0;
-    ::waitpid(figlio, &stato, 0);
-    return WIFEXITED(stato) ? WEXITSTATUS(stato) : -1;
+    if (::waitpid(figlio, &stato, 0) == figlio && WIFEXITED(stato) &&
+        (WEXITSTATUS(stato) == Fatto || WEXITSTATUS(stato) == Rifiutato))
+        return static_cast<Finale>(WEXITSTATUS(stato));
+    if (!WIFEXITED(stato) || WEXITSTATUS(stato) != Perduto)
+        perduto(QStringLiteral("il programma è caduto o non finisce (%1)").arg(stato));
+    return Perduto;
+}
+
+int finisceCosi(pid_t processo, int stato, int segnale)
+{
+    int suo = 0;
+    const bool finito = ::waitpid(processo, &suo, 0) == processo;
+    if (finito && (segnale != 0 ? WIFSIGNALED(suo) && WTERMSIG(suo) == segnale
+                                : WIFEXITED(suo) && WEXITSTATUS(suo) == stato))
+        return 0;
+    perduto(QStringLiteral("un programma è finito come non doveva (%1)").arg(suo));
+    return 1;
 }
 
 int verificaIntegri(const QString &cartella)

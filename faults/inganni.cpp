@@ -23,7 +23,10 @@ std::atomic<int> cadute{0};
 inganni::Piano piano;
 QByteArray radice;
 
-enum class Genere { Apre, ApreScrivendo, Scrive, Altro };
+std::atomic<bool> togliere{false};
+QByteArray altroDisco;
+
+enum class Genere { Apre, ApreScrivendo, Scrive, Toglie, Altro };
 
 // Vero se la chiamata deve fallire; allora l'errore è quello del piano.
 bool cade(Genere genere)
@@ -40,15 +43,40 @@ bool cade(Genere genere)
     if (piano.quale < 0 || mia < piano.quale || (mia > piano.quale && !piano.dalliInPoi))
         return false;
     ++cadute;
+    togliere = genere == Genere::Toglie;
     errno = piano.errore;
     return true;
 }
 
+bool sotto(const char *percorso, const QByteArray &cartella)
+{
+    return percorso != nullptr && !cartella.isEmpty() &&
+           std::strncmp(percorso, cartella.constData(), static_cast<size_t>(cartella.size())) == 0;
+}
+
+// Ciò che un disco non sa fare con due nomi; allora l'errore è il suo.
+bool nonSa(const char *da, const char *a, int errore)
+{
+    if (!armato || !sotto(da, radice))
+        return false;
+    errno = sotto(da, altroDisco) != sotto(a, altroDisco) ? EXDEV : errore;
+    return errno != 0;
+}
+
+// Chi muore fra un cambio di nome e l'altro abbia il tempo di farlo.
+int attendi(int esito)
+{
+    if (armato && piano.attesa > 0) {
+        const int errore = errno;
+        ::usleep(piano.attesa);
+        errno = errore;
+    }
+    return esito;
+}
+
 bool cadePercorso(const char *percorso, Genere genere)
 {
-    return armato && percorso != nullptr &&
-           std::strncmp(percorso, radice.constData(), static_cast<size_t>(radice.size())) == 0 &&
-           cade(genere);
+    return armato && sotto(percorso, radice) && cade(genere);
 }
 
 bool cadeNumero(int numero, Genere genere)
@@ -84,8 +112,10 @@ void arma(const Piano &nuovo)
 {
     piano = nuovo;
     radice = nuovo.cartella.toUtf8();
+    altroDisco = nuovo.altroDisco.toUtf8();
     conto = 0;
     cadute = 0;
+    togliere = false;
     armato = true;
 }
 
@@ -97,6 +127,11 @@ int passate()
 int fallite()
 {
     return cadute;
+}
+
+bool fallitoIlTogliere()
+{
+    return togliere;
 }
 
 void disarma()
@@ -122,6 +157,7 @@ int ingannaFtruncate64(int numero, off64_t lunghezza) __asm__("ftruncate64");
 int ingannaRename(const char *da, const char *a) __asm__("rename");
 int ingannaRenameat2(int daDove, const char *da, int aDove, const char *a,
                      unsigned modi) __asm__("renameat2");
+int ingannaLink(const char *da, const char *a) __asm__("link");
 int ingannaUnlink(const char *percorso) __asm__("unlink");
 int ingannaMkdir(const char *percorso, mode_t permessi) __asm__("mkdir");
 
@@ -190,20 +226,30 @@ int ingannaFtruncate64(int numero, off64_t lunghezza)
 int ingannaRename(const char *da, const char *a)
 {
     static const auto sua = vera<int (*)(const char *, const char *)>("rename");
-    return cadePercorso(da, Genere::Altro) ? -1 : sua(da, a);
+    return cadePercorso(da, Genere::Altro) || nonSa(da, a, 0) ? -1 : attendi(sua(da, a));
 }
 
 int ingannaRenameat2(int daDove, const char *da, int aDove, const char *a, unsigned modi)
 {
     static const auto sua =
         vera<int (*)(int, const char *, int, const char *, unsigned)>("renameat2");
-    return cadePercorso(da, Genere::Altro) ? -1 : sua(daDove, da, aDove, a, modi);
+    return cadePercorso(da, Genere::Altro) || nonSa(da, a, modi == 0 ? 0 : piano.senzaModi)
+               ? -1
+               : attendi(sua(daDove, da, aDove, a, modi));
+}
+
+int ingannaLink(const char *da, const char *a)
+{
+    static const auto sua = vera<int (*)(const char *, const char *)>("link");
+    return cadePercorso(da, Genere::Altro) || nonSa(da, a, piano.senzaLegami ? EPERM : 0)
+               ? -1
+               : attendi(sua(da, a));
 }
 
 int ingannaUnlink(const char *percorso)
 {
     static const auto sua = vera<int (*)(const char *)>("unlink");
-    return cadePercorso(percorso, Genere::Altro) ? -1 : sua(percorso);
+    return cadePercorso(percorso, Genere::Toglie) ? -1 : sua(percorso);
 }
 
 int ingannaMkdir(const char *percorso, mode_t permessi)

@@ -15,12 +15,18 @@ struct Piano {
     bool dalliInPoi = false; // anche tutte quelle dopo
     bool soloScritture = false;
     bool solaLettura = false; // ogni chiamata che cambia qualcosa fallisce, come su un CD
+    int senzaModi = 0;        // l'errore di un disco che non conosce i modi di renameat2
+    bool senzaLegami = false; // né i collegamenti
+    QString altroDisco;       // la cartella che sta su un altro disco
+    unsigned attesa = 0;      // microsecondi dopo ogni cambio di nome
 };
 
 void arma(const Piano &nuovo);
 // Quante chiamate sono passate, e quante sono state fatte fallire, da quando è armato.
 int passate();
 int fallite();
+// Vero se a fallire è stata la chiamata che toglie un file.
+bool fallitoIlTogliere();
 void disarma();
 
 } // namespace inganni

@@ -1,5 +1,6 @@
 #include "faults/lavori.h"
 
+#include "db/binari.h"
 #include "db/codici.h"
 #include "db/connessioni.h"
 #include "db/custodia.h"
@@ -61,10 +62,16 @@ QString allega(const Posto &posto, const QString &nome)
 {
     apre(posto);
     ado::Transazione transazione(connessione());
-    const QString codice = NuovoCodice(QStringLiteral("Binari"));
-    esegue("INSERT INTO Binari (Codice, Tipo, IdProprietario, Nome, Campolungo) "
-           "VALUES (?, 14, 'V1', ?, ?)",
-           {codice, nome, contenuto(nome)});
+    const QByteArray tutto = contenuto(nome);
+    constexpr qsizetype pezzo = 50'000;
+    auto flusso = aggiungeFile(connessione(), {14, QStringLiteral("V1"), nome, tutto.size()});
+    for (qsizetype da = 0; da < tutto.size(); da += pezzo)
+        flusso->Write(tutto.mid(da, pezzo));
+    flusso.reset();
+    const QString codice =
+        connessione()
+            .valore({QStringLiteral("SELECT Codice FROM Binari WHERE Nome = ?"), {nome}, {}})
+            .toString();
     transazione.conferma();
     return codice;
 }

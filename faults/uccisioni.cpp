@@ -1,15 +1,17 @@
 #include "db/connessioni.h"
-#include "faults/campione.h"
+#include "faults/inganni.h"
 #include "faults/lavori.h"
 #include "faults/prove.h"
+#include "platform/provvisorio.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QHash>
 #include <QSet>
 #include <QTextStream>
 
+#include <cerrno>
 #include <csignal>
-#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -137,6 +139,18 @@ int mancanti(const Attesi &attesi)
     return mancano;
 }
 
+// A turno un disco che sa scambiare due file, uno che conosce solo i collegamenti, uno che non
+// conosce neanche quelli. Dopo un cambio di nome si aspetta, perché la morte possa arrivare lì.
+inganni::Piano discoDi(int numero, const lavori::Posto &posto)
+{
+    inganni::Piano piano;
+    piano.cartella = posto.cartella;
+    piano.senzaModi = numero % 3 == 0 ? 0 : EINVAL;
+    piano.senzaLegami = numero % 3 == 2;
+    piano.attesa = 3000;
+    return piano;
+}
+
 // Uccide un processo che lavora, dopo un tempo a caso; rende ciò che manca poi.
 int uccide(Giro &giro, int numero, const lavori::Posto &posto, Attesi &attesi,
            QHash<QString, int> &conti)
@@ -148,14 +162,20 @@ int uccide(Giro &giro, int numero, const lavori::Posto &posto, Attesi &attesi,
     const pid_t figlio = ::fork();
     if (figlio == 0) {
         ::close(tubo[0]);
+        inganni::arma(discoDi(numero, posto));
         lavora(posto, tubo[1], seme, numero);
     }
     ::close(tubo[1]);
     ::usleep(static_cast<useconds_t>(giro.caso.bounded(250'000)));
     ::kill(figlio, SIGKILL);
-    ::waitpid(figlio, nullptr, 0);
-    int perdite = ascolta(tubo[0], attesi, conti);
+    int perdite = finisceCosi(figlio, 0, SIGKILL);
+    perdite += ascolta(tubo[0], attesi, conti);
     ::close(tubo[0]);
+    // Solo dove mancano anche i collegamenti un archivio può trovarsi senza nome, e lo riprende.
+    if (discoDi(numero, posto).senzaLegami) {
+        ++conti[QFileInfo::exists(posto.archivio()) ? u"con nome"_s : u"senza nome"_s];
+        provvisorio::ritrovaIn(posto.cartella);
+    }
     perdite += verificaIntegri(posto.cartella);
     try {
         lavori::apre(posto);
@@ -184,10 +204,18 @@ int uccisioni(Giro &giro)
         perdite += uccide(giro, i, posto, attesi, conti);
         QDir(posto.cestino()).removeRecursively();
     }
+    constexpr int giriPerTutto = 60;
+    for (const QString &lavoro : {u"P"_s, u"A"_s, u"E"_s, u"C"_s, u"B"_s, u"R"_s}) {
+        if (giro.giri >= giriPerTutto && conti[lavoro] == 0) {
+            perduto(u"nessun lavoro compiuto del genere "_s + lavoro);
+            ++perdite;
+        }
+    }
     QTextStream(stdout) << "killed " << giro.giri << " times, after " << conti[u"P"_s] << " saves, "
                         << conti[u"A"_s] << " attachments, " << conti[u"E"_s] << " deletions, "
                         << conti[u"C"_s] << " compactions, " << conti[u"B"_s] << " back-ups, "
-                        << conti[u"R"_s] << " restores: lost " << perdite << '\n';
+                        << conti[u"R"_s] << " restores; " << conti[u"senza nome"_s]
+                        << " archives found again by name: lost " << perdite << '\n';
     return perdite;
 }
 

@@ -15,6 +15,10 @@ QString mostra(QFileDialog &dialogo, const SceltaFile &scelta)
     // Quello del toolkit: in italiano dappertutto, e raggiungibile dai lettori di schermo.
     dialogo.setOption(QFileDialog::DontUseNativeDialog);
     dialogo.setWindowTitle(scelta.titolo);
+    if (scelta.entrando) {
+        scelta.entrando(scelta.cartella);
+        QObject::connect(&dialogo, &QFileDialog::directoryEntered, &dialogo, scelta.entrando);
+    }
     dialogo.setDirectory(scelta.cartella);
     dialogo.setViewMode(QFileDialog::Detail);
     dialogo.resize(dialogo.fontMetrics().averageCharWidth() * 120,
@@ -67,7 +71,7 @@ QString scegliCartella(QWidget *sopra, const QString &titolo, const QString &car
     QFileDialog dialogo(sopra);
     dialogo.setFileMode(QFileDialog::Directory);
     dialogo.setOption(QFileDialog::ShowDirsOnly);
-    return mostra(dialogo, {titolo, cartella, {}, {}});
+    return mostra(dialogo, {titolo, cartella, {}, {}, {}});
 }
 
 } // namespace dialoghi

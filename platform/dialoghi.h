@@ -3,6 +3,8 @@
 #include <QString>
 #include <QWidget>
 
+#include <functional>
+
 // L'unica porta delle finestre per scegliere file e cartelle.
 namespace dialoghi
 {
@@ -12,6 +14,8 @@ struct SceltaFile {
     QString cartella;
     QString filtro;
     QString estensione; // aggiunta al nome nuovo che non finisce già così; vuota: nessuna
+    // Chiamata prima di mostrare i file di una cartella; può non esserci.
+    std::function<void(const QString &cartella)> entrando = {};
 };
 
 // Il percorso di un file che esiste; vuoto se non se ne sceglie nessuno.

@@ -12,7 +12,6 @@ namespace pagine
 namespace
 {
 
-constexpr quint32 paginaPredefinita = 4096;
 constexpr int testata = 100;
 constexpr qint64 lungoDa = 256 * 1024;
 constexpr qint64 rigaMassima = 1'000'000'000;
@@ -93,18 +92,16 @@ File::File(const QString &percorso, bool badaAllaTestata) : m_file(percorso)
         throw ado::Errore(ado::Causa::Illeggibile, m_file.errorString());
     const QByteArray inizio = m_file.read(testata);
     m_dimensione = paginaPredefinita;
-    quint32 riservati = 0;
     if (badaAllaTestata && inizio.size() == testata) {
         const quint32 scritta = due(inizio, 16) == 1 ? 65536 : due(inizio, 16);
-        if (dimensioneValida(scritta)) {
+        if (dimensioneValida(scritta))
             m_dimensione = scritta;
-            riservati = static_cast<quint8>(inizio.at(20));
-        }
         m_attese = quattro(inizio, 28);
         m_primaLibera = quattro(inizio, 32);
         m_versione = quattro(inizio, 60);
     }
-    m_utili = static_cast<int>(m_dimensione - (riservati <= 32 ? riservati : 0));
+    // Gli archivi non riservano byte in fondo alle pagine: la testata che lo dice è rovinata.
+    m_utili = static_cast<int>(m_dimensione);
     m_quante = static_cast<quint32>((m_file.size() + m_dimensione - 1) / m_dimensione);
 }
 

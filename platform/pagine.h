@@ -11,6 +11,9 @@
 namespace pagine
 {
 
+// La misura delle pagine degli archivi, in byte.
+constexpr quint32 paginaPredefinita = 4096;
+
 enum class Genere { Nessuno, Tabella, Indice };
 enum class Uso : quint8 { Ignoto, Albero, Seguito, Libera };
 
@@ -47,6 +50,7 @@ public:
 
     quint32 quante() const { return m_quante; }
     quint32 attese() const { return m_attese; }
+    quint32 dimensione() const { return m_dimensione; } // di una pagina, in byte
     int byteUtili() const { return m_utili; }
     // La versione dello schema e la prima pagina dell'elenco di quelle libere, dalla testata.
     quint32 versione() const { return m_versione; }

@@ -4,6 +4,7 @@
 #include "platform/salvate.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace salvataggio
 {
@@ -20,7 +21,8 @@ class Salvataggio
 public:
     Salvataggio(const QString &danneggiato, bool badaAllaTestata, ado::Connection &nuovo,
                 const Regole &regole, const provvisorio::Passo &passo);
-    QList<Conto> compie();
+    // Con `tiene` falso conta soltanto ciò che si salverebbe.
+    QList<Conto> compie(bool tiene);
 
 private:
     QHash<QString, Albero> previsti();
@@ -74,7 +76,7 @@ bool Salvataggio::unoIntero(const QStringList &alberi) const
                        [this](const QString &nome) { return m_alberi[nome].intero; });
 }
 
-QList<Conto> Salvataggio::compie()
+QList<Conto> Salvataggio::compie(bool tiene)
 {
     ado::Transazione transazione(m_nuovo);
     for (const Tabella &tabella : m_salvate.tabelle()) {
@@ -94,7 +96,8 @@ QList<Conto> Salvataggio::compie()
     QList<Conto> conti;
     for (const Tabella &tabella : m_salvate.tabelle())
         conti.append(conta(tabella));
-    transazione.conferma();
+    if (tiene)
+        transazione.conferma();
     return conti;
 }
 
@@ -267,12 +270,19 @@ Conto Salvataggio::conta(const Tabella &tabella)
 QList<Conto> salva(const QString &danneggiato, ado::Connection &nuovo, const Regole &regole,
                    const provvisorio::Passo &passo)
 {
-    QList<Conto> conti = Salvataggio(danneggiato, true, nuovo, regole, passo).compie();
-    qint64 righe = 0;
-    for (const Conto &conto : std::as_const(conti))
-        righe += conto.salvate;
-    // Una testata che mente sulla misura delle pagine nasconde tutto il resto.
-    return righe > 0 ? conti : Salvataggio(danneggiato, false, nuovo, regole, passo).compie();
+    const auto compie = [&](bool badaAllaTestata, bool tiene) {
+        return Salvataggio(danneggiato, badaAllaTestata, nuovo, regole, passo).compie(tiene);
+    };
+    const auto righe = [](const QList<Conto> &conti) {
+        return std::accumulate(
+            conti.cbegin(), conti.cend(), qint64{0},
+            [](qint64 somma, const Conto &conto) { return somma + conto.salvate; });
+    };
+    if (File(danneggiato).dimensione() == paginaPredefinita)
+        return compie(true, true);
+    // Una testata che mente sulla misura delle pagine ne nasconde molte: si prova nei due modi.
+    const bool badaAllaTestata = righe(compie(true, false)) > righe(compie(false, false));
+    return compie(badaAllaTestata, true);
 }
 
 } // namespace salvataggio

@@ -1,17 +1,17 @@
 #include "platform/shell.h"
 
+#include "platform/ado.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QStandardPaths>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
-#include <unistd.h>
 
 namespace shell
 {
@@ -19,59 +19,36 @@ namespace shell
 namespace
 {
 
-QString liberoDa(const QString &percorso)
+// Una copia non è fatta finché non è sul disco, col suo nome: solo allora l'originale si può
+// togliere. Lancia ado::Errore.
+void copia(const QString &origine, const QString &destinazione, const provvisorio::Passo &passo)
 {
-    const QFileInfo info(percorso);
-    const QString estensione = info.suffix().isEmpty() ? QString() : u'.' + info.suffix();
-    QString candidato = percorso;
-    for (int numero = 2; QFileInfo::exists(candidato); ++numero) {
-        candidato = QStringLiteral("%1/%2 (%3)%4")
-                        .arg(info.path(), info.completeBaseName())
-                        .arg(numero)
-                        .arg(estensione);
+    provvisorio::File nuovo(destinazione);
+    provvisorio::copia(origine, nuovo.percorso(), passo);
+    nuovo.prendeIlPosto(origine, true);
+    if (!provvisorio::sincronizzaNome(destinazione)) {
+        QFile::remove(destinazione);
+        throw ado::Errore(ado::Causa::Altro,
+                          QStringLiteral("%1: il disco non risponde").arg(destinazione));
     }
-    return candidato;
 }
 
-// Una copia non è fatta finché non è sul disco: solo allora l'originale si può togliere.
-QString copia(const QString &origine, const QString &destinazione)
-{
-    QFile da(origine);
-    if (!da.open(QIODevice::ReadOnly))
-        return da.errorString();
-    QSaveFile a(destinazione);
-    if (!a.open(QIODevice::WriteOnly))
-        return a.errorString();
-    constexpr qint64 blocco = qint64{1} << 20;
-    while (!da.atEnd()) {
-        const QByteArray pezzo = da.read(blocco);
-        if (pezzo.isEmpty())
-            return da.errorString();
-        if (a.write(pezzo) != pezzo.size())
-            return a.errorString();
-    }
-    if (!a.flush() || ::fsync(a.handle()) != 0 || !a.commit())
-        return a.errorString();
-    return {};
-}
-
-QString muovi(const QString &origine, const QString &destinazione)
+void muovi(const QString &origine, const QString &destinazione, const provvisorio::Passo &passo)
 {
     // Il nucleo rifiuta da sé un nome preso nel frattempo: nulla è mai sovrascritto.
     if (::renameat2(AT_FDCWD, QFile::encodeName(origine).constData(), AT_FDCWD,
-                    QFile::encodeName(destinazione).constData(), RENAME_NOREPLACE) == 0)
-        return {};
-    if (errno != EXDEV && errno != EINVAL)
-        return QString::fromLocal8Bit(std::strerror(errno));
-    QString motivo = copia(origine, destinazione);
-    if (!motivo.isEmpty())
-        return motivo;
+                    QFile::encodeName(destinazione).constData(), RENAME_NOREPLACE) == 0) {
+        provvisorio::sincronizzaNome(destinazione);
+        return;
+    }
+    if (errno != EXDEV && errno != EINVAL && errno != ENOSYS)
+        throw ado::Errore(ado::Causa::Altro, QString::fromLocal8Bit(std::strerror(errno)));
+    copia(origine, destinazione, passo);
     QFile file(origine);
     if (!file.remove()) {
-        motivo = file.errorString();
         QFile::remove(destinazione);
+        throw ado::Errore(ado::Causa::Altro, file.errorString());
     }
-    return motivo;
 }
 
 Esito cancella(const QString &percorso)
@@ -106,8 +83,25 @@ QString fileDelProgramma(const QString &nome)
     return {};
 }
 
+QString liberoDa(const QString &percorso)
+{
+    const QFileInfo info(percorso);
+    const QString estensione = info.suffix().isEmpty() ? QString() : u'.' + info.suffix();
+    const auto preso = [](const QString &nome) {
+        return QFileInfo::exists(nome) || QFileInfo::exists(nome + QStringLiteral("-journal"));
+    };
+    QString candidato = percorso;
+    for (int numero = 2; preso(candidato); ++numero) {
+        candidato = QStringLiteral("%1/%2 (%3)%4")
+                        .arg(info.path(), info.completeBaseName())
+                        .arg(numero)
+                        .arg(estensione);
+    }
+    return candidato;
+}
+
 Esito OperazioneFile(const QString &operazione, const QString &origine, const QString &destinazione,
-                     bool rinominaSePreso)
+                     bool rinominaSePreso, const provvisorio::Passo &passo)
 {
     if (operazione == QStringLiteral("Cancella"))
         return cancella(origine);
@@ -115,20 +109,17 @@ Esito OperazioneFile(const QString &operazione, const QString &origine, const QS
     if (!copiare && operazione != QStringLiteral("Muovi") &&
         operazione != QStringLiteral("Rinomina"))
         return {1, {}, QStringLiteral("l'operazione %1 non esiste").arg(operazione)};
-    Esito esito;
-    QString arrivo = destinazione;
-    if (QFileInfo::exists(destinazione)) {
-        if (!rinominaSePreso)
-            return {1, {}, QStringLiteral("il file di destinazione esiste già")};
-        arrivo = liberoDa(destinazione);
-        esito.nuovoNome = arrivo;
+    if (!rinominaSePreso && QFileInfo::exists(destinazione))
+        return {1, {}, QStringLiteral("il file di destinazione esiste già")};
+    const QString arrivo = rinominaSePreso ? liberoDa(destinazione) : destinazione;
+    const provvisorio::Passo suo =
+        passo ? passo : [](qint64 /*fatto*/, qint64 /*totale*/) { return true; };
+    try {
+        copiare ? copia(origine, arrivo, suo) : muovi(origine, arrivo, suo);
+    } catch (const ado::Errore &errore) {
+        return {errore.causa() == ado::Causa::Interrotto ? 2 : 1, {}, errore.testo()};
     }
-    esito.motivo = copiare ? copia(origine, arrivo) : muovi(origine, arrivo);
-    if (!esito.motivo.isEmpty()) {
-        esito.stato = 1;
-        esito.nuovoNome.clear();
-    }
-    return esito;
+    return {0, arrivo == destinazione ? QString() : arrivo, {}};
 }
 
 QString NomeFileDaPercorso(const QString &percorso)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/provvisorio.h"
+
 #include <QString>
 
 // I servizi sui file e la cartella dell'applicazione.
@@ -21,9 +23,13 @@ struct Esito {
 
 // "Muovi", "Copia" o "Rinomina" un file, o "Cancella" (nel cestino del desktop). Un nome già preso
 // nella destinazione non è mai sovrascritto: con `rinominaSePreso` il file arriva come "nome
-// (2).tvd" e così via, altrimenti l'operazione non riesce. Se non riesce il file resta dov'era.
+// (2).tvd" e così via, altrimenti l'operazione non riesce. Se non riesce il file resta dov'era;
+// così se è il passo, chiamato mentre si copia da un disco all'altro, a dire di smettere.
 Esito OperazioneFile(const QString &operazione, const QString &origine, const QString &destinazione,
-                     bool rinominaSePreso);
+                     bool rinominaSePreso, const provvisorio::Passo &passo = {});
+// Il nome dato, o "nome (2).tvd" e così via, che non è di un file né di un archivio di cui resta il
+// giornale.
+QString liberoDa(const QString &percorso);
 // La parte del percorso che è nome di file.
 QString NomeFileDaPercorso(const QString &percorso);
 

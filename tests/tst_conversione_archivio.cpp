@@ -24,8 +24,7 @@ class TstConversioneArchivio : public QObject
     QStringList m_detti;
 
     // Risponde ai messaggi come farebbe chi guarda, col bottone dato dove c'è, e ne tiene il testo.
-    bool converteRispondendo(QMessageBox::StandardButton risposta,
-                             const std::function<QString(const QString &)> &nelCestino)
+    bool converteRispondendo(QMessageBox::StandardButton risposta)
     {
         m_detti.clear();
         QTimer risponde;
@@ -39,12 +38,7 @@ class TstConversioneArchivio : public QObject
         });
         risponde.start(10);
         QWidget finestra;
-        return converteArchivio(&finestra, m_percorso, nelCestino);
-    }
-
-    QString sposta(const QString &percorso)
-    {
-        return QFile::rename(percorso, m_cestino) ? m_cestino : QString();
+        return converteArchivio(&finestra, m_percorso, m_cestino);
     }
 
     // I file della cartella, anche quelli nascosti.
@@ -59,14 +53,14 @@ private slots:
     {
         m_cartella = std::make_unique<QTemporaryDir>();
         m_percorso = m_cartella->filePath(u"parrocchia.tvd"_s);
-        m_cestino = m_cartella->filePath(u"vecchio.tvd"_s);
+        m_cestino = m_cartella->filePath(u"Cestino"_s);
     }
 
     void converteEMetteAlSuoPosto_data()
     {
         QTest::addColumn<int>("messaggi");
-        QTest::newRow("vuoto") << 1;
-        QTest::newRow("storia") << 2;
+        QTest::newRow("vuoto") << 2;
+        QTest::newRow("storia") << 3;
     }
 
     void converteEMetteAlSuoPosto()
@@ -75,17 +69,22 @@ private slots:
         const QByteArray byte =
             letto(dato(QString::fromLatin1(QTest::currentDataTag()) + u".tvd"_s));
         QVERIFY(scritto(m_percorso, byte));
-        QVERIFY(converteRispondendo(QMessageBox::Yes,
-                                    [this](const QString &vecchio) { return sposta(vecchio); }));
-        QCOMPARE(rimasti(), (QStringList{u"parrocchia.tvd"_s, u"vecchio.tvd"_s}));
-        QCOMPARE(letto(m_cestino), byte);
+        QVERIFY(QFile::setPermissions(m_percorso, QFile::ReadOwner | QFile::WriteOwner));
+        const QString morto = u".parrocchia.tvd.parziale-999999999-0"_s;
+        QVERIFY(scritto(m_cartella->filePath(morto), "a metà"));
+        QVERIFY(converteRispondendo(QMessageBox::Yes));
+        QCOMPARE(rimasti(), (QStringList{u"Cestino"_s, u"parrocchia.tvd"_s}));
+        QCOMPARE(letto(m_cestino + u"/parrocchia.tvd"_s), byte);
+        QVERIFY(!(QFile::permissions(m_percorso) & QFile::ReadOther));
         ado::Connection archivio;
         archivio.Open(stringaDiConnessione(m_percorso));
         QCOMPARE(m_detti.size(), messaggi);
         QVERIFY(m_detti.first().contains(u"Cestino"_s));
-        if (messaggi == 2) {
-            QVERIFY(m_detti.at(1).contains(u"Traduzioni: colonne sconosciute L2, Conteggio"_s));
-            QVERIFY(m_detti.at(1).contains(u"Tabelle sconosciute: Errori di incollamento"_s));
+        QCOMPARE(m_detti.at(1), u"Il file\n"_s + m_percorso + u"\nè stato rinominato\n"_s +
+                                    m_cestino + u"/parrocchia.tvd"_s);
+        if (messaggi == 3) {
+            QVERIFY(m_detti.at(2).contains(u"Traduzioni: colonne sconosciute L2, Conteggio"_s));
+            QVERIFY(m_detti.at(2).contains(u"Tabelle sconosciute: Errori di incollamento"_s));
         }
     }
 
@@ -93,35 +92,30 @@ private slots:
     {
         QTest::addColumn<QString>("file");
         QTest::addColumn<bool>("risponde");
-        QTest::addColumn<QString>("cestino");
-        QTest::addColumn<int>("messaggi");
-        QTest::newRow("altra password") << u"altra-password"_s << true << u"va"_s << 1;
-        QTest::newRow("si risponde No") << u"vuoto"_s << false << u"va"_s << 1;
-        QTest::newRow("non va nel Cestino") << u"vuoto"_s << true << u"non va"_s << 1;
-        QTest::newRow("il nuovo non arriva") << u"vuoto"_s << true << u"sparisce"_s << 2;
+        QTest::addColumn<bool>("cestino");
+        QTest::addColumn<QString>("detto");
+        QTest::newRow("altra password") << u"altra-password"_s << true << true << u"password"_s;
+        QTest::newRow("si risponde No") << u"vuoto"_s << false << true << u"Convertire"_s;
+        QTest::newRow("non va nel Cestino")
+            << u"vuoto"_s << true << false << u"Trasferimeto fallito del file"_s;
     }
 
     void lasciaIlVecchioAlSuoPosto()
     {
         QFETCH(QString, file);
         QFETCH(bool, risponde);
-        QFETCH(QString, cestino);
-        QFETCH(int, messaggi);
+        QFETCH(bool, cestino);
+        QFETCH(QString, detto);
         const QByteArray byte = letto(dato(file + u".tvd"_s));
         QVERIFY(scritto(m_percorso, byte));
-        const auto nelCestino = [&](const QString &vecchio) {
-            if (cestino == u"non va"_s)
-                return QString();
-            if (cestino == u"sparisce"_s) {
-                for (const QString &uno : rimasti())
-                    QFile::remove(m_cartella->filePath(uno) + u"/parrocchia.tvd"_s);
-            }
-            return sposta(vecchio);
-        };
-        QVERIFY(!converteRispondendo(risponde ? QMessageBox::Yes : QMessageBox::No, nelCestino));
-        QCOMPARE(rimasti(), QStringList{u"parrocchia.tvd"_s});
+        if (!cestino)
+            QVERIFY(scritto(m_cestino, "non è una cartella"));
+        const QStringList prima = rimasti();
+        QVERIFY(!converteRispondendo(risponde ? QMessageBox::Yes : QMessageBox::No));
+        QCOMPARE(rimasti(), prima);
         QCOMPARE(letto(m_percorso), byte);
-        QCOMPARE(m_detti.size(), messaggi);
+        QVERIFY2(m_detti.constLast().contains(detto), qPrintable(m_detti.constLast()));
+        QCOMPARE(m_detti.contains(u"Trasferimeto fallito del file"_s + m_percorso), !cestino);
     }
 };
 

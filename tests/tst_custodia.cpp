@@ -8,6 +8,9 @@
 #include <QDir>
 #include <QRandomGenerator>
 
+#include <unistd.h>
+#include <utility>
+
 using namespace Qt::StringLiterals;
 using namespace modTarvola;
 
@@ -173,6 +176,9 @@ private slots:
         QTest::newRow("altro") << QByteArray(20000, 'q') << QString() << ado::Causa::NonArchivio;
         QTest::newRow("più nuovo")
             << QByteArray() << u"PRAGMA user_version = 77"_s << ado::Causa::VersioneNuova;
+        QTest::newRow("anteriore a metà")
+            << QByteArray("\0\1\0\0Standard Jet DB\0", 20).append(QByteArray(20000, 'q'))
+            << QString() << ado::Causa::NonArchivio;
         QTest::newRow("altra password")
             << QByteArray() << u"UPDATE Protezione SET Valore = 'x' WHERE Nome = 'password'"_s
             << ado::Causa::PasswordErrata;
@@ -299,6 +305,127 @@ private slots:
         QCOMPARE(contenuto(m_cartella->path()).keys(),
                  QStringList({u"Cestino/"_s, u"prova.tvd"_s}));
         QCOMPARE(contenuto(cestino()).values(), QList<QByteArray>({m_sano, m_sano}));
+    }
+
+    // Senza nome resta solo il vecchio archivio: lo riprende, purché nessuno l'abbia preso.
+    void ritrovaIlVecchioSenzaNome()
+    {
+        const QString morto = accanto(u".prova.tvd.scambio-999999999-%1"_s);
+        QVERIFY(QFile::rename(m_percorso, morto.arg(0)));
+        provvisorio::ritrovaIn(m_cartella->path());
+        QCOMPARE(byteDi(m_percorso), m_sano);
+        scrive(morto.arg(1), "altro");
+        provvisorio::ritrovaIn(m_cartella->path());
+        QCOMPARE(byteDi(m_percorso), m_sano);
+        QCOMPARE(byteDi(morto.arg(1)), QByteArray("altro"));
+        // Un secondo nome dell'archivio stesso non è un vecchio file.
+        QVERIFY(QFile::remove(morto.arg(1)));
+        QCOMPARE(::link(qPrintable(m_percorso), qPrintable(morto.arg(2))), 0);
+        compattaArchivio(m_percorso, cestino(), avanti);
+        QCOMPARE(contenuto(cestino()).keys(), QStringList(u"prova.tvd"_s));
+    }
+
+    // Un nome che qualcuno ha preso dopo la domanda resta suo.
+    void nonSovrascriveCioCheCompare()
+    {
+        const QString copia = accanto(u"copia.tvd"_s);
+        bool comparso = false;
+        const auto compare = [&](qint64, qint64) {
+            if (!std::exchange(comparso, true))
+                scrive(copia, "di un altro");
+            return true;
+        };
+        errore([&] { copiaArchivio(m_percorso, copia, compare, true); });
+        QCOMPARE(byteDi(copia), QByteArray("di un altro"));
+        QVERIFY(QFile::remove(copia));
+        comparso = false;
+        errore([&] { recuperaArchivio(m_percorso, copia, compare, true); });
+        QCOMPARE(byteDi(copia), QByteArray("di un altro"));
+        QCOMPARE(contenuto(m_cartella->path()).size(), 2);
+    }
+
+    void tieneIPermessi()
+    {
+        const auto propri = QFile::ReadOwner | QFile::WriteOwner;
+        const auto permessi = [](const QString &percorso) {
+            return QFile::permissions(percorso) & (QFile::ReadGroup | QFile::ReadOther);
+        };
+        QVERIFY(QFile::setPermissions(m_percorso, propri));
+        const QString copia = accanto(u"copia.tvd"_s);
+        copiaArchivio(m_percorso, copia, avanti);
+        QVERIFY(!permessi(copia));
+        QVERIFY(QFile::setPermissions(copia, propri | QFile::ReadGroup));
+        recuperaArchivio(m_percorso, copia, avanti);
+        QCOMPARE(permessi(copia), QFile::ReadGroup);
+        compattaArchivio(m_percorso, cestino(), avanti);
+        QVERIFY(!permessi(m_percorso));
+    }
+
+    // Una testata con un bit rovinato non nasconde righe, e un archivio senza versione è guasto.
+    void salvaConLaTestataRotta_data()
+    {
+        QTest::addColumn<int>("posto");
+        QTest::addColumn<int>("byte");
+        QTest::newRow("byte riservati") << 20 << 32;
+        QTest::newRow("pagine doppie") << 16 << 0x20;
+        QTest::newRow("pagine mezze") << 16 << 0x08;
+        QTest::newRow("versione 0") << 63 << 0;
+    }
+    void salvaConLaTestataRotta()
+    {
+        QFETCH(int, posto);
+        QFETCH(int, byte);
+        QByteArray rotto = m_sano;
+        rotto[posto] = static_cast<char>(byte);
+        scrive(m_percorso, rotto);
+        QCOMPARE(errore([&] { copiaArchivio(m_percorso, accanto(u"c.tvd"_s), avanti); }).causa(),
+                 ado::Causa::Danneggiato);
+        QVERIFY(!QFileInfo::exists(accanto(u"c.tvd"_s)));
+        QVERIFY(compattaArchivio(m_percorso, cestino(), avanti).riparato);
+        QCOMPARE(righeDi(m_percorso), m_prima);
+        ApriArchivio(m_percorso);
+    }
+
+    // Il giornale di un file che non si apre lo segue, e nel Cestino non incontra un altro file.
+    void ilGiornaleSegueIlSuoFile()
+    {
+        scrive(m_percorso, QByteArray(4096, 'x') + m_sano.mid(4096));
+        // Quello che comincia con uno zero il motore non lo disfa.
+        const QByteArray suo("\0suo", 4);
+        scrive(m_percorso + u"-journal"_s, suo);
+        QVERIFY(QDir().mkpath(cestino()));
+        scrive(cestino(u"prova.tvd-journal"_s), "di un altro");
+        const Compattato esito = compattaArchivio(m_percorso, cestino(), avanti);
+        QCOMPARE(QFileInfo(esito.nelCestino).fileName(), u"prova (2).tvd"_s);
+        QCOMPARE(byteDi(esito.nelCestino + u"-journal"_s), suo);
+        QVERIFY(!QFileInfo::exists(m_percorso + u"-journal"_s));
+        // Chi dà il nome a un file nuovo non lo lascia accanto a un giornale altrui.
+        const QString nuovo = accanto(u"nuovo.tvd"_s);
+        scrive(nuovo + u"-journal"_s, "di chi non c'è più");
+        scostaIlGiornale(nuovo);
+        QVERIFY(!QFileInfo::exists(nuovo + u"-journal"_s));
+    }
+
+    // Chi ha perduto il proprietario sarà tolto alla prossima eliminazione: si dice prima.
+    void contaChiHaPersoIlProprietario()
+    {
+        QByteArray rotto = m_sano;
+        for (const char *albero : {"Voci", "sqlite_autoindex_Voci_1", "VociNumero"})
+            rotto.replace((radice(albero) - 1) * 4096, 4096, QByteArray(4096, 'x'));
+        scrive(m_percorso, rotto);
+        const Compattato esito = compattaArchivio(m_percorso, cestino(), avanti);
+        const auto dopo = righeDi(m_percorso);
+        QVERIFY(esito.riparato && dopo.value(u"Voci"_s).size() < 60);
+        ApriArchivio(m_percorso);
+        const QString senza =
+            u"SELECT count(*) FROM %1 WHERE %2 NOT IN (SELECT Codice FROM Voci)"_s;
+        qint64 attesi = 0;
+        for (const auto &[tabella, colonna] : {std::pair{u"Individui"_s, u"Voce"_s},
+                                               {u"Famiglie"_s, u"Voce"_s},
+                                               {u"Binari"_s, u"IdProprietario"_s}})
+            attesi += legge(senza.arg(tabella, colonna)).toLongLong();
+        QVERIFY(attesi > 0);
+        QCOMPARE(esito.senzaProprietario, attesi);
     }
 
     // Il passaggio a una versione nuova è tutto o niente.
