@@ -99,6 +99,8 @@ File::File(const QString &percorso, bool badaAllaTestata) : m_file(percorso)
         m_attese = quattro(inizio, 28);
         m_primaLibera = quattro(inizio, 32);
         m_versione = quattro(inizio, 60);
+        if (inizio.startsWith("SQLite format 3"))
+            m_libere = quattro(inizio, 36);
     }
     // Gli archivi non riservano byte in fondo alle pagine: la testata che lo dice è rovinata.
     m_utili = static_cast<int>(m_dimensione);
