@@ -233,8 +233,8 @@ bool Salvataggio::accetta(Tabella &tabella, const Cella &cella, bool orfana)
         riparaCodice(tabella, cella.chiave, *riga);
     if (!adatta(tabella, *riga))
         return false;
-    // Una riga in una pagina che potrebbe essere libera era già stata cancellata se un indice intero
-    // non la nomina.
+    // Una riga in una pagina che potrebbe essere libera era già stata cancellata se un indice
+    // intero non la nomina.
     if (orfana && !m_libereIntere && unoIntero(tabella.testimoni) &&
         !m_salvate.aspettata(tabella, riga->constFirst().byte))
         return false;
