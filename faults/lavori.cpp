@@ -46,7 +46,10 @@ QString salva(const Posto &posto, const QString &nome)
     apre(posto);
     ado::Transazione transazione(connessione());
     const QString codice = NuovoCodice(QStringLiteral("Individui"));
-    esegue("INSERT INTO Individui (Codice, Voce, Nome) VALUES (?, 'V1', ?)", {codice, nome});
+    // L'ora è sempre la stessa, perché due salvataggi uguali si possano confrontare.
+    esegue("INSERT INTO Individui (Codice, Voce, Nome, Creazione) "
+           "VALUES (?, 'V1', ?, '2024-01-01 10:00:00')",
+           {codice, nome});
     CollegaOperatore(connessione(), QStringLiteral("O1"), codice);
     transazione.conferma();
     return codice;

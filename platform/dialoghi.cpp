@@ -3,6 +3,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QHeaderView>
+#include <QLineEdit>
 
 namespace dialoghi
 {
@@ -48,6 +49,15 @@ QString apriFile(QWidget *sopra, const SceltaFile &scelta)
     QFileDialog dialogo(sopra);
     dialogo.setAcceptMode(QFileDialog::AcceptOpen);
     dialogo.setFileMode(QFileDialog::ExistingFile);
+    // Le parti della finestra del toolkit nascono con lei.
+    dialogo.setOption(QFileDialog::DontUseNativeDialog);
+    // Il nome di un file si può battere senza estensione, se non ce n'è uno che si chiama proprio
+    // così.
+    if (auto *nome = dialogo.findChild<QLineEdit *>(QStringLiteral("fileNameEdit")))
+        QObject::connect(nome, &QLineEdit::textChanged, &dialogo, [&](const QString &battuto) {
+            dialogo.setDefaultSuffix(
+                QFileInfo(dialogo.directory(), battuto).exists() ? QString() : scelta.estensione);
+        });
     const QString percorso = mostra(dialogo, scelta);
     return QFileInfo(percorso).isFile() ? percorso : QString();
 }

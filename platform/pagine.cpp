@@ -1,6 +1,7 @@
 #include "platform/pagine.h"
 
 #include "platform/ado.h"
+#include "platform/presa.h"
 
 #include <QtEndian>
 
@@ -88,7 +89,9 @@ bool dimensioneValida(quint32 dimensione)
 
 File::File(const QString &percorso, bool badaAllaTestata) : m_file(percorso)
 {
-    if (!m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+    constexpr auto modo = QIODevice::ReadOnly | QIODevice::Unbuffered;
+    const int preso = Presa::descrittoreDi(percorso);
+    if (!(preso >= 0 ? m_file.open(preso, modo) : m_file.open(modo)) || !m_file.seek(0))
         throw ado::Errore(ado::Causa::Illeggibile, m_file.errorString());
     const QByteArray inizio = m_file.read(testata);
     m_dimensione = paginaPredefinita;
@@ -99,6 +102,8 @@ File::File(const QString &percorso, bool badaAllaTestata) : m_file(percorso)
         m_attese = quattro(inizio, 28);
         m_primaLibera = quattro(inizio, 32);
         m_versione = quattro(inizio, 60);
+        if (inizio.startsWith("SQLite format 3"))
+            m_libere = quattro(inizio, 36);
     }
     // Gli archivi non riservano byte in fondo alle pagine: la testata che lo dice è rovinata.
     m_utili = static_cast<int>(m_dimensione);

@@ -55,6 +55,8 @@ public:
     // La versione dello schema e la prima pagina dell'elenco di quelle libere, dalla testata.
     quint32 versione() const { return m_versione; }
     quint32 primaLibera() const { return m_primaLibera; }
+    // Quante la testata ne dà per libere; negativo se non si sa.
+    qint64 libere() const { return m_libere; }
 
     // Vuota se il disco non la rende.
     QByteArray leggi(quint32 numero) const;
@@ -72,6 +74,7 @@ private:
     quint32 m_attese = 0;
     quint32 m_versione = 0;
     quint32 m_primaLibera = 0;
+    qint64 m_libere = -1;
 };
 
 // Il carico di una cella, letto in ordine di pagina in pagina.

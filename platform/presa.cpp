@@ -117,3 +117,13 @@ bool Presa::attuale(const QString &percorso) const
     return !m_preso || (::stat(QFile::encodeName(percorso).constData(), &stato) == 0 &&
                         stato.st_dev == m_disco && stato.st_ino == m_numero);
 }
+
+int Presa::descrittoreDi(const QString &percorso)
+{
+    const QMutexLocker chiuso(&guardia());
+    struct stat stato = {};
+    if (::stat(QFile::encodeName(percorso).constData(), &stato) != 0)
+        return -1;
+    const auto suo = presi().find({stato.st_dev, stato.st_ino});
+    return suo == presi().end() ? -1 : suo->second.descrittori.front();
+}

@@ -23,6 +23,10 @@ public:
     // Falso se il percorso è ormai di un altro file.
     bool attuale(const QString &percorso) const;
 
+    // Il descrittore di un file che questo programma tiene; negativo se non lo tiene. Chi legge il
+    // file senza il motore lo fa di qui: chiudere un altro descrittore ne scioglierebbe i blocchi.
+    static int descrittoreDi(const QString &percorso);
+
 private:
     bool m_preso = false;
     dev_t m_disco = 0;

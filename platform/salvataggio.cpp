@@ -45,6 +45,8 @@ private:
     const provvisorio::Passo &m_passo;
     Salvate m_salvate;
     Alberi m_alberi;
+    // Vero se si sa di ogni pagina libera che lo è.
+    bool m_libereIntere;
 };
 
 Salvataggio::Salvataggio(const QString &danneggiato, bool badaAllaTestata, ado::Connection &nuovo,
@@ -54,7 +56,8 @@ Salvataggio::Salvataggio(const QString &danneggiato, bool badaAllaTestata, ado::
       m_regole(regole),
       m_passo(passo),
       m_salvate(nuovo),
-      m_alberi(m_file, previsti())
+      m_alberi(m_file, previsti()),
+      m_libereIntere(m_alberi.uso().count(Uso::Libera) == m_file.libere())
 {
 }
 
@@ -230,8 +233,9 @@ bool Salvataggio::accetta(Tabella &tabella, const Cella &cella, bool orfana)
         riparaCodice(tabella, cella.chiave, *riga);
     if (!adatta(tabella, *riga))
         return false;
-    // Dove un indice è intero, ciò che non nomina era già stato cancellato.
-    if (orfana && unoIntero(tabella.testimoni) &&
+    // Una riga in una pagina che potrebbe essere libera era già stata cancellata se un indice
+    // intero non la nomina.
+    if (orfana && !m_libereIntere && unoIntero(tabella.testimoni) &&
         !m_salvate.aspettata(tabella, riga->constFirst().byte))
         return false;
     if (!m_salvate.inserisce(tabella, cella.chiave, *riga, carico))

@@ -108,7 +108,8 @@ private slots:
         const QString file = percorso(u"esempio.tvd"_s);
         batteFile(u"Compatta/ripara un file"_s, {});
         sceglie(u"&File"_s, u"Compatta e ripristina"_s);
-        batteFile(u"Compatta/ripara un file"_s, file);
+        // Il nome si può battere senza estensione.
+        batteFile(u"Compatta/ripara un file"_s, percorso(u"esempio"_s));
         avvertimentoSpostamento(file, false);
         sceglie(u"&File"_s, u"Compatta e ripristina"_s);
         batteFile(u"Compatta/ripara un file"_s, file);
@@ -129,6 +130,13 @@ private slots:
         nonRiuscito(u"Compressione/riparazione non riuscita"_s);
         sceglie(u"&File"_s, u"Compatta e ripristina"_s);
         QVERIFY(!QFileInfo::exists(cestino(u"rotto.tvd"_s)));
+        // Un file che nel frattempo ha perduto il nome lo riprende quando lo si cerca.
+        const QString senzaNome = nellaCartella(u".altro.tvd.scambio-999999999-0"_s);
+        creaModello(senzaNome);
+        batteFile(u"Compatta/ripara un file"_s, {});
+        sceglie(u"&File"_s, u"Compatta e ripristina"_s);
+        QCOMPARE(archiviIn(nellaCartella(u"altro.tvd"_s)), 0);
+        QVERIFY(!QFileInfo::exists(senzaNome));
         // Una cartella che non si può fare.
         QDir().rmdir(cestino({}));
         scriveFile(shell::cartellaApplicazione() + u"/Cestino"_s, {});

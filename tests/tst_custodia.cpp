@@ -8,6 +8,8 @@
 #include <QDir>
 #include <QRandomGenerator>
 
+#include <fcntl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
 
@@ -404,6 +406,36 @@ private slots:
         scrive(nuovo + u"-journal"_s, "di chi non c'è più");
         scostaIlGiornale(nuovo);
         QVERIFY(!QFileInfo::exists(nuovo + u"-journal"_s));
+    }
+
+    // Mentre il file si legge senza il motore, i blocchi del motore restano.
+    void nessunoScriveMentreSiSalva()
+    {
+        scrive(m_percorso, QByteArray(m_sano).replace((radice("Voci") - 1) * 4096, 4096,
+                                                      QByteArray(4096, 'x')));
+        const QByteArray nome = QFile::encodeName(m_percorso);
+        int volte = 0;
+        int sciolti = 0;
+        const auto guarda = [&](qint64, qint64) {
+            if (volte++ % 3 != 0)
+                return true;
+            const pid_t altro = ::fork();
+            if (altro == 0) {
+                struct flock blocco = {};
+                blocco.l_type = F_WRLCK;
+                blocco.l_start = 0x40000001; // il byte di chi sta per scrivere
+                blocco.l_len = 1;
+                const int file = ::open(nome.constData(), O_RDWR);
+                ::_exit(::fcntl(file, F_GETLK, &blocco) == 0 && blocco.l_type != F_UNLCK ? 0 : 1);
+            }
+            int stato = 0;
+            ::waitpid(altro, &stato, 0);
+            sciolti += stato == 0 ? 0 : 1;
+            return true;
+        };
+        QVERIFY(compattaArchivio(m_percorso, cestino(), guarda).riparato);
+        QVERIFY(volte > 10);
+        QCOMPARE(sciolti, 0);
     }
 
     // Chi ha perduto il proprietario sarà tolto alla prossima eliminazione: si dice prima.
