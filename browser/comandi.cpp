@@ -78,8 +78,8 @@ void fmTabella::esegue(ComandoTabella comando)
     });
 }
 
-// Senza una riga corrente i comandi che ne vogliono una non fanno nulla. Una riga eliminata altrove,
-// o che non si legge, non deve aprire un record nuovo.
+// Senza una riga corrente i comandi che ne vogliono una non fanno nulla. Una riga eliminata
+// altrove, o che non si legge, non deve aprire un record nuovo.
 bool fmTabella::rigaPronta() const
 {
     if (rigaCorrente() < 0)

@@ -1,7 +1,6 @@
 #include "platform/ado.h"
 
 #include <sqlite3.h>
-
 #include <utility>
 
 namespace ado
