@@ -39,7 +39,7 @@ const Lavoro tutti[] = {
 
 // Un disco: ciò che non sa fare, e se nel frattempo si riempie.
 struct Disco {
-    const char *nome;
+    const char *nome = "";
     bool pieno = false;
     int senzaModi = 0;
     bool senzaLegami = false;
@@ -246,12 +246,13 @@ int falliscono(Giro &giro, std::initializer_list<Disco> dischi, bool soloSuiFile
 
 int chiamate(Giro &giro)
 {
-    return falliscono(giro, {{"failing calls"}}, false) +
-           falliscono(giro,
-                      {{"disks that cannot exchange files", false, EINVAL},
-                       {"nor link them", false, ENOSYS, true}},
-                      true) +
-           falliscono(giro, {{"Cestino on another disk", false, 0, false, true}}, true);
+    int perdite = falliscono(giro, {{"failing calls"}}, false);
+    perdite += falliscono(giro,
+                          {{"disks that cannot exchange files", false, EINVAL},
+                           {"nor link them", false, ENOSYS, true}},
+                          true);
+    perdite += falliscono(giro, {{"Cestino on another disk", false, 0, false, true}}, true);
+    return perdite;
 }
 
 int discoPieno(Giro &giro)

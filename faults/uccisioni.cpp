@@ -166,7 +166,7 @@ int uccide(Giro &giro, int numero, const lavori::Posto &posto, Attesi &attesi,
         lavora(posto, tubo[1], seme, numero);
     }
     ::close(tubo[1]);
-    ::usleep(static_cast<useconds_t>(giro.caso.bounded(250'000)));
+    ::usleep(static_cast<useconds_t>(giro.caso.bounded(400'000)));
     ::kill(figlio, SIGKILL);
     int perdite = finisceCosi(figlio, 0, SIGKILL);
     perdite += ascolta(tubo[0], attesi, conti);
@@ -204,7 +204,7 @@ int uccisioni(Giro &giro)
         perdite += uccide(giro, i, posto, attesi, conti);
         QDir(posto.cestino()).removeRecursively();
     }
-    constexpr int giriPerTutto = 60;
+    constexpr int giriPerTutto = 100;
     for (const QString &lavoro : {u"P"_s, u"A"_s, u"E"_s, u"C"_s, u"B"_s, u"R"_s}) {
         if (giro.giri >= giriPerTutto && conti[lavoro] == 0) {
             perduto(u"nessun lavoro compiuto del genere "_s + lavoro);

@@ -9,6 +9,7 @@
 #include <QRandomGenerator>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
@@ -229,6 +230,10 @@ private slots:
             if (passi < 3)
                 prova([&] { recuperaArchivio(m_percorso, accanto(u"c.tvd"_s), ferma); });
         }
+        const QString manca = accanto(u"manca"_s);
+        QVERIFY(errore([&] { copiaArchivio(m_percorso, manca + u"/c.tvd"_s, avanti); })
+                    .testo()
+                    .startsWith(manca + u':'));
         ado::Connection altro;
         altro.Open(stringaDiConnessione(m_percorso));
         altro.Execute({u"BEGIN IMMEDIATE"_s, {}, {}});
@@ -307,6 +312,13 @@ private slots:
         QCOMPARE(contenuto(m_cartella->path()).keys(),
                  QStringList({u"Cestino/"_s, u"prova.tvd"_s}));
         QCOMPARE(contenuto(cestino()).values(), QList<QByteArray>({m_sano, m_sano}));
+        // Di un nome che comincia allo stesso modo non è il resto.
+        const QString lungo = accanto(QString(70, u'a') + u".tvd"_s);
+        const QString altrui = accanto(u'.' + QString(60, u'a') + u".scambio-999999999-0"_s);
+        scrive(lungo, m_sano);
+        scrive(altrui, m_sano);
+        compattaArchivio(lungo, cestino(), avanti);
+        QVERIFY(QFileInfo::exists(altrui));
     }
 
     // Senza nome resta solo il vecchio archivio: lo riprende, purché nessuno l'abbia preso.
@@ -325,6 +337,27 @@ private slots:
         QCOMPARE(::link(qPrintable(m_percorso), qPrintable(morto.arg(2))), 0);
         compattaArchivio(m_percorso, cestino(), avanti);
         QCOMPARE(contenuto(cestino()).keys(), QStringList(u"prova.tvd"_s));
+    }
+
+    // Il Cestino può stare su un altro disco: anche mentre vi si copia il vecchio ci si può
+    // fermare.
+    void siFermaAncheVersoUnAltroDisco()
+    {
+        const QTemporaryDir altrove(u"/dev/shm/tarvola-XXXXXX"_s);
+        struct stat uno = {};
+        struct stat altro = {};
+        if (!altrove.isValid() || ::stat(qPrintable(altrove.path()), &altro) != 0 ||
+            ::stat(qPrintable(m_percorso), &uno) != 0 || uno.st_dev == altro.st_dev)
+            QSKIP("qui c'è un disco solo");
+        const auto ferma = [](qint64 fatto, qint64 totale) { return fatto < totale; };
+        const ado::Errore fermato =
+            errore([&] { compattaArchivio(m_percorso, altrove.path(), ferma); });
+        QCOMPARE(fermato.causa(), ado::Causa::Interrotto);
+        QCOMPARE(byteDi(m_percorso), m_sano);
+        QVERIFY(contenuto(altrove.path()).isEmpty());
+        QCOMPARE(contenuto(m_cartella->path()).size(), 1);
+        compattaArchivio(m_percorso, altrove.path(), avanti);
+        QCOMPARE(contenuto(altrove.path()).values(), QList<QByteArray>{m_sano});
     }
 
     // Un nome che qualcuno ha preso dopo la domanda resta suo.
