@@ -1,0 +1,344 @@
+#include "app/finestre.h"
+#include "prova_elenchi.h"
+
+#include <QDesktopServices>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QRadioButton>
+
+namespace
+{
+
+const QString sparita =
+    u"Operazione non riuscita:\nla riga non si legge più: aggiornare l'elenco"_s;
+
+QString avvertimentoPer(const QString &file)
+{
+    return u"Attenzione! Eliminando questa voce saranno, anche, \n"
+           "eliminate TUTTE le voci ad essa collegate. Procedere?\n"
+           "Si consiglia di annullare l'operazione e di effettuare, prima,\n"
+           "un back-up dell'archivio\n"_s +
+           file;
+}
+
+QString chiedeDi(const QString &nome)
+{
+    return u"Il file "_s + nome + u"\nè già presente nella cartella "_s +
+           shell::cartellaApplicazione() +
+           u"\nSi per sovrascriverlo No per aprire il file esistente"_s;
+}
+
+QByteArray contenuto(const QString &percorso)
+{
+    QFile file(percorso);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// Per ogni tabella i codici che restano, tolto il primo.
+void rimastiSenzaIlPrimo()
+{
+    QTest::addColumn<QString>("rimasti");
+    QTest::newRow("Archivi") << u"A2"_s;
+    QTest::newRow("Registri") << u"R2 R3"_s;
+    QTest::newRow("Voci") << u"V2 V3"_s;
+    QTest::newRow("Individui") << u"I2"_s;
+    QTest::newRow("Famiglie") << u"F2"_s;
+    QTest::newRow("Eventi") << u"E2"_s;
+    QTest::newRow("Binari") << u"B2"_s;
+}
+
+} // namespace
+
+class TstComandiTabella : public QObject, private ProvaElenchi
+{
+    Q_OBJECT
+
+public slots:
+    // Sta al posto del programma che aprirebbe i file.
+    void apreFile(const QUrl &indirizzo) { aperti.append(indirizzo.fileName()); }
+
+private slots:
+    void init()
+    {
+        comincia();
+        aperti.clear();
+        for (const QString &nome : {u"atto.txt"_s, u"vecchio.tvd"_s})
+            QFile::remove(shell::cartellaApplicazione() + u'/' + nome);
+    }
+    void cleanup() { finisce(); }
+
+    void apreUnDipendente_data()
+    {
+        QTest::addColumn<QString>("finestra");
+        QTest::addColumn<QString>("titolo");
+        QTest::addColumn<QString>("codici");
+        QTest::newRow("Individui") << u"fmIndividuo"_s << u"Individuo"_s << u"I1|||V1|0|3"_s;
+        QTest::newRow("Famiglie") << u"fmFamiglia"_s << u"Famiglia"_s << u"|F1||V1|0|3"_s;
+        QTest::newRow("Eventi") << u"fmEvento"_s << u"Sepoltura"_s << u"||E1|V1|27|3"_s;
+    }
+    void apreUnDipendente()
+    {
+        QFETCH(QString, finestra);
+        esempio();
+        const QString tabella = QString::fromUtf8(QTest::currentDataTag());
+        fmTabella *tutti = elenco(tabella);
+        tutti->proprieta.ConOperatore = u"O7"_s;
+        const QString prima = correnti();
+        persona->poi([&](QWidget *aperta) {
+            QCOMPARE(aperta->objectName(), finestra);
+            QTEST(aperta->windowTitle(), "titolo");
+            const auto *editore = qobject_cast<FinestraEditor *>(aperta);
+            QVERIFY(FinestreAperte() == std::vector{const_cast<FinestraEditor *>(editore)});
+            const ProprietaFinestra &sue = editore->proprieta;
+            QTEST((QStringList{sue.IndividuoLocale, sue.FamigliaLocale, sue.EventoLocale,
+                               sue.VoceLocale, QString::number(sue.EventoLocaleTipo),
+                               QString::number(sue.TipoLock)}
+                       .join(u'|')),
+                  "codici");
+            QCOMPARE(sue.ConOperatore, u"O7"_s);
+            QCOMPARE(sue.Percorso, tutti->proprieta.Percorso);
+            if (tabella == u"Eventi") {
+                QCOMPARE(parte<QLabel>(aperta, u"Label2"_s)->text(), u"Sepoltura"_s);
+                QCOMPARE(contesto().EventoCorrente, u"E1"_s);
+            }
+            aperta->close();
+        });
+        comando(tutti, 2);
+        QVERIFY(FinestreAperte().empty());
+        QCOMPARE(correnti(), prima);
+    }
+
+    void apreUnTesto_data()
+    {
+        QTest::addColumn<int>("tipo");
+        QTest::addColumn<QString>("didascalia");
+        QTest::addColumn<QString>("battuto");
+        QTest::addColumn<QString>("conservato");
+        QTest::addColumn<QString>("mostrato");
+        const QString nota = u"Nota"_s;
+        const QString trascritto = u"Testo riportato"_s;
+        const QString prima = u"antico|titolo"_s;
+        QTest::newRow("nota") << 12 << nota << u"È nato\nieri"_s << u"È nato\nieri|sua"_s
+                              << u"È nato|sua"_s;
+        QTest::newRow("testo") << 13 << trascritto << u"Die 4"_s << u"Die 4|sua"_s
+                               << u"Die 4|sua"_s;
+        QTest::newRow("vuoto") << 12 << nota << QString() << prima << prima;
+        QTest::newRow("spazi") << 13 << trascritto << u"  "_s << prima << prima;
+    }
+    void apreUnTesto()
+    {
+        QFETCH(int, tipo);
+        QFETCH(QString, battuto);
+        esempio();
+        esegui(u"UPDATE Binari SET Tipo = ? WHERE Codice = 'B1'"_s, {tipo});
+        const fmTabella *testi = elenco(u"Binari"_s);
+        persona->poi([&](QWidget *finestra) {
+            QTEST(finestra->windowTitle(), "didascalia");
+            auto *testo = parte<QPlainTextEdit>(finestra, u"Text1"_s);
+            QCOMPARE(testo->toPlainText(), u"antico"_s);
+            testo->selectAll();
+            QTest::keyClick(testo, Qt::Key_Delete);
+            batte(testo, battuto);
+            compila(finestra, u"Text2"_s, u"sua"_s);
+            preme(finestra, u"Command1"_s);
+            preme(finestra, u"Command4"_s);
+        });
+        if (battuto.trimmed().isEmpty())
+            persona->avviso(u"Impossibile salvare un testo vuoto"_s);
+        comando(testi, 2);
+        QTEST(
+            legge(u"SELECT Campolungo || '|' || Nome FROM Binari WHERE Codice = 'B1'"_s).toString(),
+            "conservato");
+        // L'elenco è già riletto.
+        QTEST(cella(testi, 0, 4) + u'|' + cella(testi, 0, 3), "mostrato");
+    }
+
+    void apreUnFile()
+    {
+        esempio();
+        const fmTabella *oggetti = elenco(u"Binari"_s);
+        va(oggetti, 1);
+        const QString scritto = shell::cartellaApplicazione() + u"/atto.txt"_s;
+        QDesktopServices::setUrlHandler(u"file"_s, this, "apreFile");
+        comando(oggetti, 2);
+        QCOMPARE(contenuto(scritto), "\x01\x02"_ba);
+        for (const bool si : {false, true}) {
+            scriveFile(scritto, "mio");
+            persona->domanda(chiedeDi(u"atto.txt"_s), si);
+            comando(oggetti, 2);
+            QCOMPARE(contenuto(scritto), si ? "\x01\x02"_ba : "mio"_ba);
+        }
+        QDesktopServices::unsetUrlHandler(u"file"_s);
+        QCOMPARE(aperti, QStringList(3, u"atto.txt"_s));
+        QCOMPARE(corrente(oggetti), u"B2"_s);
+    }
+
+    void nomiProtetti_data()
+    {
+        QTest::addColumn<QString>("nome");
+        QTest::addColumn<bool>("esiste");
+        QTest::newRow("il programma")
+            << QFileInfo(QCoreApplication::applicationFilePath()).fileName() << true;
+        QTest::newRow("il modello") << u"tarvola.mod"_s << true;
+        QTest::newRow("un modello") << u"Tarvola.MOD"_s << false;
+        QTest::newRow("un archivio") << u"vecchio.tvd"_s << true;
+        QTest::newRow("un giornale") << u"vecchio.tvd-journal"_s << false;
+        QTest::newRow("altra cartella") << u"C:\\a\\tarvola.mod"_s << true;
+    }
+    void nomiProtetti()
+    {
+        QFETCH(QString, nome);
+        QFETCH(bool, esiste);
+        esempio();
+        scriveFile(shell::cartellaApplicazione() + u"/vecchio.tvd"_s, "archivio");
+        esegui(u"UPDATE Binari SET Nome = ? WHERE Codice = 'B2'"_s, {nome});
+        const fmTabella *oggetti = elenco(u"Binari"_s);
+        va(oggetti, 1);
+        const QString ultima = nome.section(u'\\', -1);
+        const QString suo = shell::cartellaApplicazione() + u'/' + ultima;
+        const QByteArray prima = contenuto(suo);
+        QCOMPARE(!prima.isEmpty(), esiste);
+        if (esiste)
+            persona->domanda(chiedeDi(ultima), true);
+        persona->avviso(
+            u"Operazione non riuscita:\nil file %1 non va sostituito con un allegato"_s.arg(suo));
+        comando(oggetti, 2);
+        QCOMPARE(contenuto(suo), prima);
+        QCOMPARE(QFile::exists(suo), esiste);
+        QCOMPARE(aperti, QStringList());
+    }
+
+    void elimina_data() { rimastiSenzaIlPrimo(); }
+    void elimina()
+    {
+        QFETCH(QString, rimasti);
+        esempio();
+        const QString tabella = QString::fromUtf8(QTest::currentDataTag());
+        const fmTabella *tutti = elenco(tabella);
+        const QString prima = codici(tutti);
+        const QString avvertimento = avvertimentoPer(percorso(u"esempio.tvd"_s));
+        persona->avvertimento(avvertimento, false);
+        comando(tutti, 5);
+        QCOMPARE(codici(tutti), prima);
+        QCOMPARE(colonna(u"SELECT Codice FROM "_s + tabella).join(u' '), prima);
+        persona->avvertimento(avvertimento, true);
+        comando(tutti, 5);
+        QCOMPARE(codici(tutti), rimasti);
+        QCOMPARE(colonna(u"SELECT Codice FROM "_s + tabella).join(u' '), rimasti);
+        QCOMPARE(griglia(tutti)->currentIndex().row(), 0);
+    }
+
+    // L'operatore che conta è quello entrato nel file dell'elenco, non l'ultimo entrato.
+    void operatoreDellElenco()
+    {
+        fmTabella *primo = apreEsempio();
+        esegui(u"INSERT INTO Operatori (Codice) VALUES ('O1'), ('O2')"_s);
+        primo->proprieta.ConOperatore = u"O2"_s;
+        apreEsempio(u"altro.tvd"_s);
+        esegui(u"INSERT INTO Operatori (Codice) VALUES ('O1'), ('O2')"_s);
+        contesto().OperatoreCorrente = u"O1"_s;
+        comando(primo, 1);
+        persona->avvertimento(avvertimentoPer(percorso(u"altro.tvd"_s)), true);
+        comando(ultimo(), 5);
+        QCOMPARE(colonna(u"SELECT Codice FROM Operatori"_s), QStringList(u"O2"_s));
+        QCOMPARE(righe(u"Registri"_s), 2);
+        ApriArchivio(percorso(u"altro.tvd"_s));
+        QCOMPARE(righe(u"Operatori"_s), 2);
+        QCOMPARE(righe(u"Registri"_s), 3);
+    }
+
+    void rigaEliminataAltrove_data() { rimastiSenzaIlPrimo(); }
+    void rigaEliminataAltrove()
+    {
+        QFETCH(QString, rimasti);
+        esempio();
+        const QString tabella = QString::fromUtf8(QTest::currentDataTag());
+        const fmTabella *vecchio = elenco(tabella);
+        persona->avvertimento(avvertimentoPer(percorso(u"esempio.tvd"_s)), true);
+        comando(elenco(tabella), 5);
+        const auto finestre = principale->visualizzatori().size();
+        lavoraSu(u"A8"_s, u"R8"_s, u"V8"_s);
+        contesto().EventoCorrente = u"E8"_s;
+        const bool siSeleziona = tabella == u"Archivi" || tabella == u"Registri";
+        for (const int numero : siSeleziona ? QList{1, 2, 5} : QList{2, 5}) {
+            persona->avviso(sparita);
+            comando(vecchio, numero);
+        }
+        QCOMPARE(principale->visualizzatori().size(), finestre);
+        QCOMPARE(correnti() + contesto().EventoCorrente, u"A8 R8 V8E8"_s);
+        comando(vecchio, 4);
+        QCOMPARE(codici(vecchio), rimasti);
+    }
+
+    // Un record nuovo può prendere il posto di uno eliminato: il comando non tocca lui.
+    void postoDiUnAltro()
+    {
+        esempio();
+        const fmTabella *vecchio = elenco(u"Registri"_s);
+        va(vecchio, 2);
+        const int chiave = legge(u"SELECT rowid FROM Registri WHERE Codice = 'R3'"_s).toInt();
+        esegui(u"DELETE FROM Registri WHERE Codice = 'R3'"_s);
+        esegui(u"INSERT INTO Registri (Codice, Archivio) VALUES ('R4', 'A1')"_s);
+        QCOMPARE(legge(u"SELECT rowid FROM Registri WHERE Codice = 'R4'"_s).toInt(), chiave);
+        persona->avviso(sparita);
+        comando(vecchio, 5);
+        QCOMPARE(righe(u"Registri"_s), 3);
+        QCOMPARE(cella(vecchio, 2, 0), u"R4"_s);
+    }
+
+    void registroDiUnaVoceNuova_data()
+    {
+        QTest::addColumn<int>("riga");
+        QTest::addColumn<QString>("atteso");
+        QTest::newRow("della prima riga") << 0 << u"Nuovo Matrimonio R2 10"_s;
+        QTest::newRow("dell'ultima riga") << 2 << u"Nuovo Battesimo R1 9"_s;
+        QTest::newRow("nessuna riga") << -1 << QString();
+    }
+    void registroDiUnaVoceNuova()
+    {
+        QFETCH(int, riga);
+        fmTabella *archiviAperti = apreEsempio();
+        if (riga < 0)
+            esegui(u"DELETE FROM Voci"_s);
+        persona->poi([](QWidget *finestra) {
+            parte<QRadioButton>(finestra, u"Option1_1"_s)->click();
+            preme(finestra, u"Command1"_s);
+        });
+        tabelle(archiviAperti, 3);
+        const fmTabella *voci = ultimo();
+        if (riga >= 0)
+            va(voci, riga);
+        contesto().VoceCorrente = u"V8"_s;
+        // Il registro guardato per ultimo non conta.
+        contesto().RegistroCorrente = u"R3"_s;
+        contesto().TipoRegistroCorrente = 11;
+        QString visto;
+        if (riga < 0)
+            persona->avviso(u"Una voce sta in un registro: scegliere prima il registro nel suo "
+                            "elenco"_s);
+        else
+            persona->poi([&](QWidget *finestra) {
+                const auto &sue = qobject_cast<FinestraEditor *>(finestra)->proprieta;
+                visto = u"%1 %2 %3"_s.arg(finestra->windowTitle(), sue.RegistroLocale)
+                            .arg(sue.VoceLocaleTipo);
+                finestra->close();
+            });
+        comando(voci, 3);
+        QTEST(visto, "atteso");
+        if (riga < 0)
+            QCOMPARE(contesto().VoceCorrente, u"V8"_s);
+    }
+
+private:
+    QStringList aperti;
+};
+
+int main(int argc, char **argv)
+{
+    QApplication applicazione(argc, argv);
+    preparaApplicazione(applicazione);
+    TstComandiTabella prove;
+    return QTest::qExec(&prove, argc, argv);
+}
+
+#include "tst_comandi_tabella.moc"
