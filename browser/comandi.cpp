@@ -78,13 +78,13 @@ void fmTabella::esegue(ComandoTabella comando)
     });
 }
 
-// Senza una riga corrente i comandi che ne vogliono una non fanno nulla. Una riga eliminata
-// altrove, o che non si legge, non deve aprire un record nuovo.
+// Senza una riga corrente i comandi che ne vogliono una non fanno nulla. Di una riga eliminata
+// altrove si aprirebbe un record nuovo, o si eliminerebbe un altro.
 bool fmTabella::rigaPronta() const
 {
     if (rigaCorrente() < 0)
         return false;
-    if (!esiste(codiceCorrente()))
+    if (!adoTabella->conferma(rigaCorrente()))
         throw ado::Errore(ado::Causa::Altro,
                           QStringLiteral("la riga non si legge più: aggiornare l'elenco"));
     return true;

@@ -174,6 +174,17 @@ QVariant ModelloTabella::campo(int riga, const QString &nome) const
     return valori(riga).value(m_elenco.colonne().indexOf(nome));
 }
 
+// La chiave di una riga eliminata può toccare a un record nuovo: conta anche il codice.
+bool ModelloTabella::conferma(int riga)
+{
+    const auto posto = m_elenco.colonne().indexOf(QStringLiteral("Codice"));
+    const QString visto = valori(riga).value(posto).toString();
+    const QVariantList ora = m_elenco.riga(chiave(riga));
+    m_righe.remove(chiave(riga));
+    emit dataChanged(index(riga, 0), index(riga, columnCount() - 1));
+    return !ora.isEmpty() && ora.value(posto).toString() == visto;
+}
+
 int ModelloTabella::rigaDi(const QString &codice) const
 {
     return rigaDiChiave(m_elenco.chiaveDi(codice));

@@ -36,6 +36,9 @@ public:
 
     // Il valore del campo in una riga, com'è nell'archivio.
     QVariant campo(int riga, const QString &nome) const;
+    // Vero se la riga è ancora nell'archivio, e del record che si vedeva; da qui in poi mostra ciò
+    // che c'è ora. Lancia ado::Errore se non si può leggere.
+    bool conferma(int riga);
     // La riga del record col codice dato; -1 se non è nell'elenco.
     int rigaDi(const QString &codice) const;
     // La chiave di una riga, che resta la stessa anche dopo un ordinamento.

@@ -1,272 +1,336 @@
-#include "prova_principale.h"
+#include "app/finestre.h"
+#include "prova_elenchi.h"
 
-#include <QMenu>
+#include <QDesktopServices>
+#include <QLabel>
 #include <QPlainTextEdit>
+#include <QRadioButton>
 
-// I comandi dei visualizzatori, su elenchi di ogni tabella.
-class TstComandiTabella : public QObject, private ProvaPrincipale
+namespace
+{
+
+const QString sparita =
+    u"Operazione non riuscita:\nla riga non si legge più: aggiornare l'elenco"_s;
+
+QString avvertimentoPer(const QString &file)
+{
+    return u"Attenzione! Eliminando questa voce saranno, anche, \n"
+           "eliminate TUTTE le voci ad essa collegate. Procedere?\n"
+           "Si consiglia di annullare l'operazione e di effettuare, prima,\n"
+           "un back-up dell'archivio\n"_s +
+           file;
+}
+
+QString chiedeDi(const QString &nome)
+{
+    return u"Il file "_s + nome + u"\nè già presente nella cartella "_s +
+           shell::cartellaApplicazione() +
+           u"\nSi per sovrascriverlo No per aprire il file esistente"_s;
+}
+
+QByteArray contenuto(const QString &percorso)
+{
+    QFile file(percorso);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// Per ogni tabella i codici che restano, tolto il primo.
+void rimastiSenzaIlPrimo()
+{
+    QTest::addColumn<QString>("rimasti");
+    QTest::newRow("Archivi") << u"A2"_s;
+    QTest::newRow("Registri") << u"R2 R3"_s;
+    QTest::newRow("Voci") << u"V2 V3"_s;
+    QTest::newRow("Individui") << u"I2"_s;
+    QTest::newRow("Famiglie") << u"F2"_s;
+    QTest::newRow("Eventi") << u"E2"_s;
+    QTest::newRow("Binari") << u"B2"_s;
+}
+
+} // namespace
+
+class TstComandiTabella : public QObject, private ProvaElenchi
 {
     Q_OBJECT
 
+public slots:
+    // Sta al posto del programma che aprirebbe i file.
+    void apreFile(const QUrl &indirizzo) { aperti.append(indirizzo.fileName()); }
+
 private slots:
-    void init() { comincia(); }
+    void init()
+    {
+        comincia();
+        aperti.clear();
+        for (const QString &nome : {u"atto.txt"_s, u"vecchio.tvd"_s})
+            QFile::remove(shell::cartellaApplicazione() + u'/' + nome);
+    }
     void cleanup() { finisce(); }
 
-    void statoDiOgniElenco_data()
+    void apreUnDipendente_data()
     {
-        QTest::addColumn<QString>("tabella");
-        QTest::addColumn<QString>("piena");
-        QTest::addColumn<QString>("vuota");
-        QTest::addColumn<QString>("titolo");
-        QTest::newRow("registri") << u"Registri"_s << u"SANGE"_s << u"saNge"_s << u" Archivio A1"_s;
-        QTest::newRow("voci") << u"Voci"_s << u"sANGE"_s << u"saNge"_s
-                              << u" Archivio A1 Registro R1"_s;
-        const QString dipendente = u" Archivio A1 Registro R1 Voce V3"_s;
-        for (const QString &tabella : {u"Individui"_s, u"Famiglie"_s, u"Eventi"_s, u"Binari"_s})
-            QTest::newRow(qUtf8Printable(tabella))
-                << tabella << u"sAnGE"_s << u"sange"_s << dipendente;
-    }
-    void statoDiOgniElenco()
-    {
-        QFETCH(QString, tabella);
-        riempie();
-        contesto().ArchivioCorrente = u"A1"_s;
-        contesto().RegistroCorrente = u"R1"_s;
-        contesto().VoceCorrente = u"V3"_s;
-        const fmTabella *elenco = apre(tabella);
-        QTEST(barra(elenco), "piena");
-        QTEST(
-            elenco->windowTitle().mid((tabella + u" File "_s + elenco->proprieta.Percorso).size()),
-            "titolo");
-        esegui(u"DELETE FROM "_s + tabella);
-        comando(elenco, 4);
-        QTEST(barra(elenco), "vuota");
-        // Senza righe i comandi di riga, dal menu, non fanno nulla.
-        for (const QString &comando : {u"Seleziona"_s, u"Apri"_s, u"Elimina"_s})
-            azione(elenco, comando)->trigger();
-        QCOMPARE(ultimo(), elenco);
-    }
-
-    void apreIDipendenti_data()
-    {
-        QTest::addColumn<QString>("tabella");
         QTest::addColumn<QString>("finestra");
         QTest::addColumn<QString>("titolo");
-        QTest::newRow("individuo") << u"Individui"_s << u"fmIndividuo"_s << u"Individuo"_s;
-        QTest::newRow("famiglia") << u"Famiglie"_s << u"fmFamiglia"_s << u"Famiglia"_s;
-        QTest::newRow("evento") << u"Eventi"_s << u"fmEvento"_s << u"Nascita"_s;
-        QTest::newRow("testo") << u"Binari"_s << u"fmTxtL"_s << u"Testo riportato"_s;
+        QTest::addColumn<QString>("codici");
+        QTest::newRow("Individui") << u"fmIndividuo"_s << u"Individuo"_s << u"I1|||V1|0|3"_s;
+        QTest::newRow("Famiglie") << u"fmFamiglia"_s << u"Famiglia"_s << u"|F1||V1|0|3"_s;
+        QTest::newRow("Eventi") << u"fmEvento"_s << u"Sepoltura"_s << u"||E1|V1|27|3"_s;
     }
-    void apreIDipendenti()
+    void apreUnDipendente()
     {
-        QFETCH(QString, tabella);
-        riempie();
-        const fmTabella *elenco = apre(tabella);
-        QString nome;
-        QString titolo;
-        persona->poi([&](QWidget *finestra) {
-            nome = finestra->objectName();
-            titolo = finestra->windowTitle();
-            finestra->close();
+        QFETCH(QString, finestra);
+        esempio();
+        const QString tabella = QString::fromUtf8(QTest::currentDataTag());
+        fmTabella *tutti = elenco(tabella);
+        tutti->proprieta.ConOperatore = u"O7"_s;
+        const QString prima = correnti();
+        persona->poi([&](QWidget *aperta) {
+            QCOMPARE(aperta->objectName(), finestra);
+            QTEST(aperta->windowTitle(), "titolo");
+            const auto *editore = qobject_cast<FinestraEditor *>(aperta);
+            QVERIFY(FinestreAperte() == std::vector{const_cast<FinestraEditor *>(editore)});
+            const ProprietaFinestra &sue = editore->proprieta;
+            QTEST((QStringList{sue.IndividuoLocale, sue.FamigliaLocale, sue.EventoLocale,
+                               sue.VoceLocale, QString::number(sue.EventoLocaleTipo),
+                               QString::number(sue.TipoLock)}
+                       .join(u'|')),
+                  "codici");
+            QCOMPARE(sue.ConOperatore, u"O7"_s);
+            QCOMPARE(sue.Percorso, tutti->proprieta.Percorso);
+            if (tabella == u"Eventi") {
+                QCOMPARE(parte<QLabel>(aperta, u"Label2"_s)->text(), u"Sepoltura"_s);
+                QCOMPARE(contesto().EventoCorrente, u"E1"_s);
+            }
+            aperta->close();
         });
-        comando(elenco, 2);
-        QTEST(nome, "finestra");
-        QTEST(titolo, "titolo");
+        comando(tutti, 2);
+        QVERIFY(FinestreAperte().empty());
+        QCOMPARE(correnti(), prima);
     }
 
-    void testoDallElenco()
+    void apreUnTesto_data()
     {
-        riempie();
-        const fmTabella *elenco = apre(u"Binari"_s);
-        const auto scrive = [this](const QString &testo) {
-            persona->poi([testo](QWidget *finestra) {
-                parte<QPlainTextEdit>(finestra, u"Text1"_s)->setPlainText(testo);
-                preme(finestra, u"Command1"_s);
-                preme(finestra, u"Command4"_s);
-            });
-        };
-        scrive(u"Nacque perché"_s);
-        comando(elenco, 2);
-        QCOMPARE(legge(u"SELECT Campolungo FROM Binari WHERE Codice = 'B1'"_s).toString(),
-                 u"Nacque perché"_s);
-        scrive(u"  "_s);
-        persona->avviso(u"Impossibile salvare un testo vuoto"_s);
-        comando(elenco, 2);
-        QCOMPARE(legge(u"SELECT Campolungo FROM Binari WHERE Codice = 'B1'"_s).toString(),
-                 u"Nacque perché"_s);
+        QTest::addColumn<int>("tipo");
+        QTest::addColumn<QString>("didascalia");
+        QTest::addColumn<QString>("battuto");
+        QTest::addColumn<QString>("conservato");
+        QTest::addColumn<QString>("mostrato");
+        const QString nota = u"Nota"_s;
+        const QString trascritto = u"Testo riportato"_s;
+        const QString prima = u"antico|titolo"_s;
+        QTest::newRow("nota") << 12 << nota << u"È nato\nieri"_s << u"È nato\nieri|sua"_s
+                              << u"È nato|sua"_s;
+        QTest::newRow("testo") << 13 << trascritto << u"Die 4"_s << u"Die 4|sua"_s
+                               << u"Die 4|sua"_s;
+        QTest::newRow("vuoto") << 12 << nota << QString() << prima << prima;
+        QTest::newRow("spazi") << 13 << trascritto << u"  "_s << prima << prima;
+    }
+    void apreUnTesto()
+    {
+        QFETCH(int, tipo);
+        QFETCH(QString, battuto);
+        esempio();
+        esegui(u"UPDATE Binari SET Tipo = ? WHERE Codice = 'B1'"_s, {tipo});
+        const fmTabella *testi = elenco(u"Binari"_s);
+        persona->poi([&](QWidget *finestra) {
+            QTEST(finestra->windowTitle(), "didascalia");
+            auto *testo = parte<QPlainTextEdit>(finestra, u"Text1"_s);
+            QCOMPARE(testo->toPlainText(), u"antico"_s);
+            testo->selectAll();
+            QTest::keyClick(testo, Qt::Key_Delete);
+            batte(testo, battuto);
+            compila(finestra, u"Text2"_s, u"sua"_s);
+            preme(finestra, u"Command1"_s);
+            preme(finestra, u"Command4"_s);
+        });
+        if (battuto.trimmed().isEmpty())
+            persona->avviso(u"Impossibile salvare un testo vuoto"_s);
+        comando(testi, 2);
+        QTEST(
+            legge(u"SELECT Campolungo || '|' || Nome FROM Binari WHERE Codice = 'B1'"_s).toString(),
+            "conservato");
+        // L'elenco è già riletto.
+        QTEST(cella(testi, 0, 4) + u'|' + cella(testi, 0, 3), "mostrato");
     }
 
-    // Un file va nella cartella dell'applicazione; i nomi che il programma usa non vi si scrivono.
-    void fileDallElenco_data()
+    void apreUnFile()
+    {
+        esempio();
+        const fmTabella *oggetti = elenco(u"Binari"_s);
+        va(oggetti, 1);
+        const QString scritto = shell::cartellaApplicazione() + u"/atto.txt"_s;
+        QDesktopServices::setUrlHandler(u"file"_s, this, "apreFile");
+        comando(oggetti, 2);
+        QCOMPARE(contenuto(scritto), "\x01\x02"_ba);
+        for (const bool si : {false, true}) {
+            scriveFile(scritto, "mio");
+            persona->domanda(chiedeDi(u"atto.txt"_s), si);
+            comando(oggetti, 2);
+            QCOMPARE(contenuto(scritto), si ? "\x01\x02"_ba : "mio"_ba);
+        }
+        QDesktopServices::unsetUrlHandler(u"file"_s);
+        QCOMPARE(aperti, QStringList(3, u"atto.txt"_s));
+        QCOMPARE(corrente(oggetti), u"B2"_s);
+    }
+
+    void nomiProtetti_data()
     {
         QTest::addColumn<QString>("nome");
-        QTest::addColumn<bool>("rifiutato");
-        QTest::newRow("scansione") << u"carta è.bin"_s << false;
-        QTest::newRow("modello") << u"Tarvola.mod"_s << true;
-        QTest::newRow("giornale") << u"esempio.tvd-journal"_s << true;
+        QTest::addColumn<bool>("esiste");
+        QTest::newRow("il programma")
+            << QFileInfo(QCoreApplication::applicationFilePath()).fileName() << true;
+        QTest::newRow("il modello") << u"tarvola.mod"_s << true;
+        QTest::newRow("un modello") << u"Tarvola.MOD"_s << false;
+        QTest::newRow("un archivio") << u"vecchio.tvd"_s << true;
+        QTest::newRow("un giornale") << u"vecchio.tvd-journal"_s << false;
+        QTest::newRow("altra cartella") << u"C:\\a\\tarvola.mod"_s << true;
     }
-    void fileDallElenco()
+    void nomiProtetti()
     {
         QFETCH(QString, nome);
-        QFETCH(bool, rifiutato);
-        riempie();
-        esegui(u"UPDATE Binari SET Tipo = 14, Nome = ?, Campolungo = x'00ff'"_s, {nome});
-        const fmTabella *elenco = apre(u"Binari"_s);
-        const QString suo = shell::cartellaApplicazione() + u'/' + nome;
-        QFile::remove(suo);
-        if (rifiutato)
-            persona->avviso(u"Operazione non riuscita:\nil file "_s + suo +
-                            u" non va sostituito con un allegato"_s);
-        comando(elenco, 2);
-        QCOMPARE(QFile::exists(suo), !rifiutato);
-        if (rifiutato)
-            return;
-        scriveFile(suo, "altro");
-        for (const bool si : {false, true}) {
-            persona->domanda(u"Il file "_s + nome + u"\nè già presente nella cartella "_s +
-                                 shell::cartellaApplicazione() +
-                                 u"\nSi per sovrascriverlo No per aprire il file esistente"_s,
-                             si);
-            comando(elenco, 2);
-            QCOMPARE(QFileInfo(suo).size(), si ? 2 : 5);
-        }
-        QFile::remove(suo);
+        QFETCH(bool, esiste);
+        esempio();
+        scriveFile(shell::cartellaApplicazione() + u"/vecchio.tvd"_s, "archivio");
+        esegui(u"UPDATE Binari SET Nome = ? WHERE Codice = 'B2'"_s, {nome});
+        const fmTabella *oggetti = elenco(u"Binari"_s);
+        va(oggetti, 1);
+        const QString ultima = nome.section(u'\\', -1);
+        const QString suo = shell::cartellaApplicazione() + u'/' + ultima;
+        const QByteArray prima = contenuto(suo);
+        QCOMPARE(!prima.isEmpty(), esiste);
+        if (esiste)
+            persona->domanda(chiedeDi(ultima), true);
+        persona->avviso(
+            u"Operazione non riuscita:\nil file %1 non va sostituito con un allegato"_s.arg(suo));
+        comando(oggetti, 2);
+        QCOMPARE(contenuto(suo), prima);
+        QCOMPARE(QFile::exists(suo), esiste);
+        QCOMPARE(aperti, QStringList());
     }
 
-    // Chi lavora in quell'archivio resta, anche se non ha legami e altrove lavora un altro.
-    void eliminaDallElenco()
+    void elimina_data() { rimastiSenzaIlPrimo(); }
+    void elimina()
     {
-        fmTabella *elenco = apreEsempio();
-        esegui(u"INSERT INTO Operatori (Codice, Nome, Tipo) VALUES ('O1', 'Ada', 42), "
-               "('O2', 'Ugo', 42)"_s);
-        elenco->proprieta.ConOperatore = u"O1"_s;
+        QFETCH(QString, rimasti);
+        esempio();
+        const QString tabella = QString::fromUtf8(QTest::currentDataTag());
+        const fmTabella *tutti = elenco(tabella);
+        const QString prima = codici(tutti);
+        const QString avvertimento = avvertimentoPer(percorso(u"esempio.tvd"_s));
+        persona->avvertimento(avvertimento, false);
+        comando(tutti, 5);
+        QCOMPARE(codici(tutti), prima);
+        QCOMPARE(colonna(u"SELECT Codice FROM "_s + tabella).join(u' '), prima);
+        persona->avvertimento(avvertimento, true);
+        comando(tutti, 5);
+        QCOMPARE(codici(tutti), rimasti);
+        QCOMPARE(colonna(u"SELECT Codice FROM "_s + tabella).join(u' '), rimasti);
+        QCOMPARE(griglia(tutti)->currentIndex().row(), 0);
+    }
+
+    // L'operatore che conta è quello entrato nel file dell'elenco, non l'ultimo entrato.
+    void operatoreDellElenco()
+    {
+        fmTabella *primo = apreEsempio();
+        esegui(u"INSERT INTO Operatori (Codice) VALUES ('O1'), ('O2')"_s);
+        primo->proprieta.ConOperatore = u"O2"_s;
         apreEsempio(u"altro.tvd"_s);
-        contesto().OperatoreCorrente = u"O2"_s;
-        principale->findChild<QMdiArea *>()->setActiveSubWindow(cornice(elenco));
-        va(elenco, 1);
-        const QString avvertimento =
-            u"Attenzione! Eliminando questa voce saranno, anche, \n"
-            "eliminate TUTTE le voci ad essa collegate. Procedere?\n"
-            "Si consiglia di annullare l'operazione e di effettuare, prima,\n"
-            "un back-up dell'archivio\n"_s +
-            contesto().PercorsoCorrente;
-        for (const bool riprova : {false, true}) {
-            persona->avvertimento(avvertimento, riprova);
-            comando(elenco, 5);
-            QCOMPARE(righe(u"Archivi"_s), riprova ? 1 : 2);
-        }
-        QCOMPARE(griglia(elenco)->model()->rowCount(), 1);
-        QCOMPARE(colonna(u"SELECT Codice FROM Registri"_s), QStringList(u"R1"_s));
-        QCOMPARE(colonna(u"SELECT Codice FROM Operatori"_s), QStringList(u"O1"_s));
+        esegui(u"INSERT INTO Operatori (Codice) VALUES ('O1'), ('O2')"_s);
+        contesto().OperatoreCorrente = u"O1"_s;
+        comando(primo, 1);
+        persona->avvertimento(avvertimentoPer(percorso(u"altro.tvd"_s)), true);
+        comando(ultimo(), 5);
+        QCOMPARE(colonna(u"SELECT Codice FROM Operatori"_s), QStringList(u"O2"_s));
+        QCOMPARE(righe(u"Registri"_s), 2);
+        ApriArchivio(percorso(u"altro.tvd"_s));
+        QCOMPARE(righe(u"Operatori"_s), 2);
+        QCOMPARE(righe(u"Registri"_s), 3);
     }
 
-    // Una riga eliminata da un'altra finestra non apre un record nuovo.
-    void rigaSparita()
+    void rigaEliminataAltrove_data() { rimastiSenzaIlPrimo(); }
+    void rigaEliminataAltrove()
     {
-        const fmTabella *elenco = apreEsempio();
-        esegui(u"DELETE FROM Archivi WHERE Codice = 'A2'"_s);
-        contesto().ArchivioCorrente = u"A1"_s;
-        griglia(elenco)->setCurrentIndex(griglia(elenco)->model()->index(1, 0));
-        for (const int numero : {1, 2, 5}) {
-            persona->avviso(
-                u"Operazione non riuscita:\nla riga non si legge più: aggiornare l'elenco"_s);
-            comando(elenco, numero);
+        QFETCH(QString, rimasti);
+        esempio();
+        const QString tabella = QString::fromUtf8(QTest::currentDataTag());
+        const fmTabella *vecchio = elenco(tabella);
+        persona->avvertimento(avvertimentoPer(percorso(u"esempio.tvd"_s)), true);
+        comando(elenco(tabella), 5);
+        const auto finestre = principale->visualizzatori().size();
+        lavoraSu(u"A8"_s, u"R8"_s, u"V8"_s);
+        contesto().EventoCorrente = u"E8"_s;
+        const bool siSeleziona = tabella == u"Archivi" || tabella == u"Registri";
+        for (const int numero : siSeleziona ? QList{1, 2, 5} : QList{2, 5}) {
+            persona->avviso(sparita);
+            comando(vecchio, numero);
         }
-        QCOMPARE(contesto().ArchivioCorrente, u"A1"_s);
-        QCOMPARE(ultimo(), elenco);
-        comando(elenco, 4);
-        QCOMPARE(griglia(elenco)->model()->rowCount(), 1);
+        QCOMPARE(principale->visualizzatori().size(), finestre);
+        QCOMPARE(correnti() + contesto().EventoCorrente, u"A8 R8 V8E8"_s);
+        comando(vecchio, 4);
+        QCOMPARE(codici(vecchio), rimasti);
     }
 
-    // Senza un registro suo l'elenco delle voci usa quello della riga, mai quello di altri file.
-    void voceNuovaSenzaRegistro()
+    // Un record nuovo può prendere il posto di uno eliminato: il comando non tocca lui.
+    void postoDiUnAltro()
     {
-        apreEsempio();
+        esempio();
+        const fmTabella *vecchio = elenco(u"Registri"_s);
+        va(vecchio, 2);
+        const int chiave = legge(u"SELECT rowid FROM Registri WHERE Codice = 'R3'"_s).toInt();
+        esegui(u"DELETE FROM Registri WHERE Codice = 'R3'"_s);
+        esegui(u"INSERT INTO Registri (Codice, Archivio) VALUES ('R4', 'A1')"_s);
+        QCOMPARE(legge(u"SELECT rowid FROM Registri WHERE Codice = 'R4'"_s).toInt(), chiave);
+        persona->avviso(sparita);
+        comando(vecchio, 5);
+        QCOMPARE(righe(u"Registri"_s), 3);
+        QCOMPARE(cella(vecchio, 2, 0), u"R4"_s);
+    }
+
+    void registroDiUnaVoceNuova_data()
+    {
+        QTest::addColumn<int>("riga");
+        QTest::addColumn<QString>("atteso");
+        QTest::newRow("della prima riga") << 0 << u"Nuovo Matrimonio R2 10"_s;
+        QTest::newRow("dell'ultima riga") << 2 << u"Nuovo Battesimo R1 9"_s;
+        QTest::newRow("nessuna riga") << -1 << QString();
+    }
+    void registroDiUnaVoceNuova()
+    {
+        QFETCH(int, riga);
+        fmTabella *archiviAperti = apreEsempio();
+        if (riga < 0)
+            esegui(u"DELETE FROM Voci"_s);
+        persona->poi([](QWidget *finestra) {
+            parte<QRadioButton>(finestra, u"Option1_1"_s)->click();
+            preme(finestra, u"Command1"_s);
+        });
+        tabelle(archiviAperti, 3);
+        const fmTabella *voci = ultimo();
+        if (riga >= 0)
+            va(voci, riga);
+        contesto().VoceCorrente = u"V8"_s;
+        // Il registro guardato per ultimo non conta.
         contesto().RegistroCorrente = u"R3"_s;
-        const fmTabella *voci = apre(u"Voci"_s, {});
-        va(voci, 2);
-        persona->poi([](QWidget *editore) {
-            QCOMPARE(editore->windowTitle(), u"Nuovo Battesimo"_s);
-            compila(editore, u"Text1_0"_s, u"IV"_s);
-            preme(editore, u"Command1"_s);
-        });
+        contesto().TipoRegistroCorrente = 11;
+        QString visto;
+        if (riga < 0)
+            persona->avviso(u"Una voce sta in un registro: scegliere prima il registro nel suo "
+                            "elenco"_s);
+        else
+            persona->poi([&](QWidget *finestra) {
+                const auto &sue = qobject_cast<FinestraEditor *>(finestra)->proprieta;
+                visto = u"%1 %2 %3"_s.arg(finestra->windowTitle(), sue.RegistroLocale)
+                            .arg(sue.VoceLocaleTipo);
+                finestra->close();
+            });
         comando(voci, 3);
-        QCOMPARE(legge(u"SELECT Registro FROM Voci WHERE Volume = 'IV'"_s).toString(), u"R1"_s);
-        esegui(u"DELETE FROM Voci"_s);
-        comando(voci, 4);
-        persona->avviso(u"Una voce sta in un registro: scegliere prima il registro nel suo "
-                        "elenco"_s);
-        comando(voci, 3);
-    }
-
-    void mostraECascata()
-    {
-        const fmTabella *primo = apreEsempio(u"a&b.tvd"_s);
-        apriFile(percorso(u"a&b.tvd"_s));
-        QStringList nomi;
-        QTimer::singleShot(100, principale.get(), [&nomi] {
-            auto *elenco = qobject_cast<QMenu *>(QApplication::activePopupWidget());
-            QVERIFY(elenco != nullptr);
-            nomi = didascalie(elenco->actions());
-            elenco->setActiveAction(elenco->actions().constFirst());
-            QTest::keyClick(elenco, Qt::Key_Return);
-        });
-        sceglie(u"&Finestre"_s, u"Mostra"_s);
-        QTRY_COMPARE(principale->findChild<QMdiArea *>()->activeSubWindow(), cornice(primo));
-        QCOMPARE(nomi, QStringList(2, u"Archivi File "_s + percorso(u"a&&b.tvd"_s)));
-        sceglie(u"&Finestre"_s, u"Cascata"_s);
-        QTRY_VERIFY(cornice(primo)->pos().x() > cornice(ultimo())->pos().x() &&
-                    cornice(primo)->pos().y() > cornice(ultimo())->pos().y());
-    }
-
-    // "Campolungo" non si ordina: il segno resta dov'è.
-    void segnoDellOrdine()
-    {
-        riempie();
-        const fmTabella *elenco = apre(u"Binari"_s, {});
-        const QHeaderView *testata = griglia(elenco)->horizontalHeader();
-        ordina(elenco, 4);
-        QVERIFY(!testata->isSortIndicatorShown());
-        ordina(elenco, 3);
-        ordina(elenco, 4);
-        QCOMPARE(testata->sortIndicatorSection(), 3);
-        QVERIFY(testata->isSortIndicatorShown());
+        QTEST(visto, "atteso");
+        if (riga < 0)
+            QCOMPARE(contesto().VoceCorrente, u"V8"_s);
     }
 
 private:
-    // All'esempio si aggiungono una persona con la nascita, la sua famiglia e un testo.
-    void riempie()
-    {
-        apreEsempio();
-        esegui(u"INSERT INTO Individui (Codice, Voce, Nome, Ruolo) VALUES ('I1', 'V3', 'Galileo', "
-               "1)"_s);
-        esegui(u"INSERT INTO Famiglie (Codice, Voce, Ruolo) VALUES ('F1', 'V3', 35)"_s);
-        esegui(u"INSERT INTO FamiglieGenitori VALUES ('F1', 'I1')"_s);
-        esegui(u"INSERT INTO Eventi (Codice, IdProprietario, Tipo) VALUES ('E1', 'I1', 20)"_s);
-        esegui(u"INSERT INTO Binari VALUES ('B1', 13, 'V3', 'titolo', 'Nacque')"_s);
-    }
-    // Di un elenco chiesto dal menu Tabelle, in ambito 7 se il registro è vuoto.
-    fmTabella *apre(const QString &tabella, const QString &registro = u"R1"_s)
-    {
-        ProprietaTabella proprieta;
-        proprieta.TipoTabella = tabella;
-        proprieta.Percorso = percorso(u"esempio.tvd"_s);
-        proprieta.Ordinamento = registro.isEmpty() ? 7 : 0;
-        proprieta.ArchivioLocale = u"A1"_s;
-        proprieta.RegistroLocale = registro;
-        proprieta.VoceLocale = u"V3"_s;
-        proprieta.VoceLocaleTabella = u"A1"_s;
-        principale->apre(proprieta);
-        return ultimo();
-    }
-    static QAction *azione(const fmTabella *elenco, const QString &nome)
-    {
-        for (QAction *una : elenco->menu().at(1)->actions()) {
-            if (una->text() == nome)
-                return una;
-        }
-        qFatal("manca il comando %s", qPrintable(nome));
-    }
+    QStringList aperti;
 };
 
 int main(int argc, char **argv)

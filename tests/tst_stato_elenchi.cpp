@@ -1,0 +1,238 @@
+#include "prova_elenchi.h"
+
+#include <QGroupBox>
+#include <QRadioButton>
+
+namespace
+{
+
+// Le lettere della barra, per le voci del menu; "T" in fondo se "Tabelle" si apre.
+QString vociDelMenu(const fmTabella *tabella)
+{
+    QString stato;
+    for (int i = 0; i < 5; ++i) {
+        const QString lettera = QStringLiteral("SANGE").mid(i, 1);
+        stato += tabella->menu().at(1)->actions().at(i)->isEnabled() ? lettera : lettera.toLower();
+    }
+    return stato + (tabella->menu().at(2)->isEnabled() ? u"T"_s : QString());
+}
+
+// La finestra dell'ambito come la si vede, accettata com'è.
+QString ambitoProposto(const QWidget *finestra)
+{
+    QString mostrate;
+    QString scelte;
+    for (int i = 0; i < 4; ++i)
+        mostrate += parte<QGroupBox>(finestra, u"Frame1_%1"_s.arg(i))->isVisible() ? u'm' : u'n';
+    for (int i = 0; i < 8; ++i) {
+        if (parte<QRadioButton>(finestra, u"Option1_%1"_s.arg(i))->isChecked())
+            scelte += QString::number(i);
+    }
+    const QString vista = u"%1 %2 %3"_s.arg(finestra->windowTitle(), mostrate, scelte);
+    preme(finestra, u"Command1"_s);
+    return vista;
+}
+
+} // namespace
+
+class TstStatoElenchi : public QObject, private ProvaElenchi
+{
+    Q_OBJECT
+
+private slots:
+    void init() { comincia(); }
+    void cleanup() { finisce(); }
+
+    void statoDiOgniElenco_data()
+    {
+        QTest::addColumn<QStringList>("code");
+        QTest::addColumn<QStringList>("barre");
+        QTest::addColumn<QStringList>("menu");
+        QTest::addColumn<QString>("dopo");
+        // Pieno e vuoto, quando si lavora su A8, R8 e V8; poi pieno e vuoto, su nulla.
+        const QString voce = u" Archivio A8 Registro R8 Voce V8"_s;
+        QTest::newRow("Archivi") << QStringList{{}, {}, {}, {}}
+                                 << QStringList{u"SANGE"_s, u"saNge"_s}
+                                 << QStringList{u"SANGET"_s, u"SANGET"_s} << u"A1 R8 V8"_s;
+        QTest::newRow("Registri") << QStringList{u" Archivio A8"_s, u" Archivio A8"_s, {}, {}}
+                                  << QStringList{u"SANGE"_s, u"saNge"_s}
+                                  << QStringList{u"SANGET"_s, u"SANGET"_s} << u"A8 R1 V8"_s;
+        QTest::newRow("Voci") << QStringList{u" Archivio A8 Registro R8"_s,
+                                             u" Archivio A8 Registro R8"_s,
+                                             u" Archivio  Registro "_s,
+                                             {}}
+                              << QStringList{u"sANGE"_s, u"saNge"_s}
+                              << QStringList{u"sANGET"_s, u"SANGET"_s} << u"A8 R8 V1"_s;
+        for (const char *tabella : {"Individui", "Famiglie", "Eventi", "Binari"})
+            QTest::newRow(tabella) << QStringList{voce, voce, u" Archivio "_s, {}}
+                                   << QStringList{u"sAnGE"_s, u"sange"_s}
+                                   << QStringList{u"sAnGE"_s, u"sAnGE"_s} << u"A8 R8 V8"_s;
+    }
+    void statoDiOgniElenco()
+    {
+        QFETCH(QStringList, code);
+        QFETCH(QStringList, barre);
+        QFETCH(QStringList, menu);
+        QFETCH(QString, dopo);
+        const QString nome = QString::fromUtf8(QTest::currentDataTag());
+        for (int caso = 0; caso < 4; ++caso) {
+            const bool vuoto = caso % 2 == 1;
+            esempio(u"%1.tvd"_s.arg(caso));
+            if (vuoto)
+                esegui(u"DELETE FROM "_s + nome);
+            if (caso < 2)
+                lavoraSu(u"A8"_s, u"R8"_s, u"V8"_s);
+            else
+                lavoraSu({}, {}, {});
+            const fmTabella *tabella = elenco(nome);
+            QCOMPARE(tabella->windowTitle(),
+                     nome + u" File "_s + contesto().PercorsoCorrente + code.at(caso));
+            QCOMPARE(barra(tabella), barre.at(vuoto));
+            QCOMPARE(vociDelMenu(tabella), menu.at(vuoto));
+            if (caso < 2)
+                QCOMPARE(correnti(), vuoto ? u"A8 R8 V8"_s : dopo);
+        }
+    }
+
+    void ambitoPropostoDalMenuTabelle_data()
+    {
+        // Per ogni voce del menu dopo "Archivi": la didascalia, le quattro parti (m mostrata, n
+        // nascosta), le scelte fatte e l'ambito che ne viene.
+        QTest::addColumn<QStringList>("attesi");
+        QTest::newRow("Archivi") << QStringList{
+            u"Registri in Archivi mnnm 0246 0"_s,  u"Voci in Archivi mnnm 0356 6"_s,
+            u"Individui in Archivi mnnm 0356 6"_s, u"Famiglie in Archivi mnnm 0356 6"_s,
+            u"Eventi in Archivi mnnm 0356 6"_s,    u"Binari in Archivi mnnm 0356 6"_s};
+        QTest::newRow("Registri") << QStringList{
+            u"Registri in Registri mnnm 0246 0"_s,  u"Voci in Registri mmnm 0246 0"_s,
+            u"Individui in Registri mmnm 0256 4"_s, u"Famiglie in Registri mmnm 0256 4"_s,
+            u"Eventi in Registri mmnm 0256 4"_s,    u"Binari in Registri mmnm 0256 4"_s};
+        QTest::newRow("Voci") << QStringList{
+            u"Registri in Voci mnnm 0246 0"_s,  u"Voci in Voci mmnm 0246 0"_s,
+            u"Individui in Voci mmmm 0246 0"_s, u"Famiglie in Voci mmmm 0246 0"_s,
+            u"Eventi in Voci mmmm 0246 0"_s,    u"Binari in Voci mmmm 0246 0"_s};
+    }
+    void ambitoPropostoDalMenuTabelle()
+    {
+        QFETCH(QStringList, attesi);
+        esempio();
+        fmTabella *da = elenco(QString::fromUtf8(QTest::currentDataTag()));
+        da->proprieta.ArchivioLocale = u"A2"_s;
+        da->proprieta.RegistroLocale = u"R2"_s;
+        da->proprieta.VoceLocale = u"V2"_s;
+        contesto().VoceCorrente = u"V3"_s;
+        QStringList trovati;
+        for (int voce = 2; voce <= 7; ++voce) {
+            QString vista;
+            persona->poi([&](QWidget *finestra) { vista = ambitoProposto(finestra); });
+            tabelle(da, voce);
+            const ProprietaTabella &nuova = ultimo()->proprieta;
+            trovati.append(u"%1 %2"_s.arg(vista).arg(nuova.Ordinamento));
+            QCOMPARE(vista.section(u' ', 0, 0), nuova.TipoTabella);
+            if (voce > 3)
+                QCOMPARE(nuova.ArchivioLocale + nuova.RegistroLocale + nuova.VoceLocale,
+                         u"A2R2V2"_s);
+            QCOMPARE(nuova.VoceLocaleTabella, u"V3"_s);
+            QCOMPARE(contesto().AmbitoScelto, 0);
+            // L'elenco nuovo può avere fatto sua la voce corrente.
+            contesto().VoceCorrente = u"V3"_s;
+        }
+        QCOMPARE(trovati, attesi);
+        // "Archivi" non chiede nulla.
+        tabelle(da, 1);
+        QCOMPARE(codici(ultimo()), u"A1 A2"_s);
+    }
+
+    // Il segno dell'ordine non va su una colonna che non ordina.
+    void segnoDellOrdine()
+    {
+        esempio();
+        esegui(u"UPDATE Binari SET Nome = 'è' WHERE Codice = 'B1'"_s);
+        const fmTabella *oggetti = elenco(u"Binari"_s);
+        const QHeaderView *testata = griglia(oggetti)->horizontalHeader();
+        ordina(oggetti, 4);
+        QVERIFY(!testata->isSortIndicatorShown());
+        for (const int colonna : {3, 4, 3}) {
+            ordina(oggetti, colonna);
+            QVERIFY(testata->isSortIndicatorShown());
+            QCOMPARE(testata->sortIndicatorSection(), 3);
+            QCOMPARE(testata->sortIndicatorOrder(), Qt::AscendingOrder);
+            QCOMPARE(codici(oggetti), u"B2 B1"_s);
+        }
+    }
+
+    void cascata()
+    {
+        QList<QMdiSubWindow *> cornici{cornice(apreEsempio())};
+        for (const QString &tabella : {u"Registri"_s, u"Voci"_s})
+            cornici.append(cornice(elenco(tabella)));
+        auto *area = principale->findChild<QMdiArea *>();
+        sceglie(u"&Finestre"_s, u"Affianca in verticale"_s);
+        // La finestra in uso finisce davanti, più in basso di tutte.
+        area->setActiveSubWindow(cornici.at(0));
+        cornici.append(cornici.takeFirst());
+        sceglie(u"&Finestre"_s, u"Cascata"_s);
+        QTRY_COMPARE(cornici.at(0)->pos(), QPoint());
+        QCOMPARE(area->subWindowList(QMdiArea::StackingOrder), cornici);
+        const QPoint gradino = cornici.at(1)->pos();
+        QVERIFY(gradino.x() > 0 && gradino.y() > 0);
+        QCOMPARE(cornici.at(2)->pos(), gradino * 2);
+        for (const QMdiSubWindow *una : cornici) {
+            QCOMPARE(una->size(), cornici.at(0)->size());
+            QVERIFY(area->viewport()->rect().contains(una->geometry()));
+        }
+    }
+
+    void mostra_data()
+    {
+        QTest::addColumn<bool>("ridotta");
+        QTest::newRow("dietro") << false;
+        QTest::newRow("ridotta") << true;
+    }
+    void mostra()
+    {
+        QFETCH(bool, ridotta);
+        const fmTabella *primo = apreEsempio(u"Bianchi & Figli.tvd"_s);
+        elenco(u"Registri"_s);
+        elenco(u"Voci"_s);
+        if (ridotta)
+            cornice(primo)->showMinimized();
+        auto *area = principale->findChild<QMdiArea *>();
+        area->setActiveSubWindow(cornice(ultimo()));
+        const QString inizio = u" File "_s + percorso(u"Bianchi && Figli.tvd"_s);
+        QStringList elencate;
+        scegliePrima(elencate);
+        sceglie(u"&Finestre"_s, u"Mostra"_s);
+        QCOMPARE(elencate,
+                 QStringList({u"Archivi"_s + inizio, u"Registri"_s + inizio + u" Archivio A1"_s,
+                              u"* Voci"_s + inizio + u" Archivio A1 Registro R1"_s}));
+        QTRY_COMPARE(area->activeSubWindow(), cornice(primo));
+        QCOMPARE(area->subWindowList(QMdiArea::StackingOrder).constLast(), cornice(primo));
+        QVERIFY(!cornice(primo)->isMinimized());
+    }
+
+private:
+    // Dal menu che sta per aprirsi sceglie la prima voce, e dice quali erano ("*" la spuntata).
+    void scegliePrima(QStringList &elencate)
+    {
+        QTimer::singleShot(1, this, [this, &elencate] {
+            auto *aperto = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+            if (aperto == nullptr)
+                return scegliePrima(elencate);
+            for (const QAction *azione : aperto->actions())
+                elencate.append((azione->isChecked() ? u"* "_s : QString()) + azione->text());
+            QTest::mouseClick(aperto, Qt::LeftButton, {},
+                              aperto->actionGeometry(aperto->actions().constFirst()).center());
+        });
+    }
+};
+
+int main(int argc, char **argv)
+{
+    QApplication applicazione(argc, argv);
+    preparaApplicazione(applicazione);
+    TstStatoElenchi prove;
+    return QTest::qExec(&prove, argc, argv);
+}
+
+#include "tst_stato_elenchi.moc"
