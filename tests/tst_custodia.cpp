@@ -1,98 +1,21 @@
-#include "comune.h"
-#include "db/codici.h"
-#include "db/custodia.h"
-#include "db/schema.h"
 #include "db/versioni.h"
-#include "faults/campione.h"
+#include "prova_custodia.h"
 
-#include <QDir>
 #include <QRandomGenerator>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
 
-using namespace Qt::StringLiterals;
-using namespace modTarvola;
-
-namespace
-{
-
-bool avanti(qint64 /*fatto*/, qint64 /*totale*/)
-{
-    return true;
-}
-
-QByteArray byteDi(const QString &percorso)
-{
-    QFile file(percorso);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void scrive(const QString &percorso, const QByteArray &byte)
-{
-    QFile file(percorso);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(byte), byte.size());
-}
-
-QHash<QString, campione::Righe> righeDi(const QString &percorso)
-{
-    ado::Connection connessione;
-    connessione.Open(stringaDiConnessione(percorso));
-    if (connessione.valore({u"PRAGMA integrity_check"_s, {}, {}}).toString() != u"ok"_s)
-        throw ado::Errore(ado::Causa::Danneggiato, u"non integro"_s);
-    return campione::istantanea(connessione);
-}
-
-// Tutto ciò che c'è in una cartella: nomi e contenuti.
-QMap<QString, QByteArray> contenuto(const QString &cartella)
-{
-    QMap<QString, QByteArray> file;
-    const QDir dove(cartella);
-    for (const QString &nome : dove.entryList(QDir::Files | QDir::Hidden | QDir::System))
-        file.insert(nome, byteDi(dove.filePath(nome)));
-    for (const QString &nome : dove.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
-        file.insert(nome + u'/', {});
-    return file;
-}
-
-} // namespace
-
-class TstCustodia : public QObject
+// Compattare, copiare e recuperare: o per intero, o tutto resta com'era.
+class TstCustodia : public QObject, ProvaCustodia
 {
     Q_OBJECT
 
-    std::unique_ptr<QTemporaryDir> m_cartella;
-    QString m_percorso;
-    QByteArray m_sano;
-    QHash<QString, campione::Righe> m_prima;
-
-    QString accanto(const QString &nome) const { return m_cartella->filePath(nome); }
-    QString cestino(const QString &nome = {}) const { return accanto(u"Cestino/"_s + nome); }
-
 private slots:
-    void initTestCase()
-    {
-        const ArchivioDiProva archivio;
-        campione::riempie(connessione(), 60);
-        // Qualcosa di cancellato, perché ci siano pagine libere con righe che non devono tornare.
-        esegui(u"DELETE FROM Eventi WHERE CAST(substr(Codice, 2) AS INTEGER) BETWEEN 20 AND 30"_s);
-        esegui(u"DELETE FROM Binari WHERE Codice IN ('B6', 'B11')"_s);
-        m_prima = campione::istantanea(connessione());
-        connessione().Close();
-        m_sano = byteDi(archivio.percorso());
-    }
-
-    void init()
-    {
-        avviaArchivi();
-        m_cartella = std::make_unique<QTemporaryDir>();
-        m_percorso = accanto(u"prova.tvd"_s);
-        scrive(m_percorso, m_sano);
-    }
+    void initTestCase() { prepara(); }
+    void init() { comincia(); }
 
     void compattaETieneTutto()
     {
@@ -107,66 +30,6 @@ private slots:
         QCOMPARE(righeDi(m_percorso), m_prima);
         QCOMPARE(contenuto(m_cartella->path()).keys(),
                  QStringList({u"Cestino/"_s, u"prova.tvd"_s}));
-    }
-
-    // Ogni pagina del file, una per volta, vuota o piena di byte a caso.
-    void salvaDaOgniPaginaRotta_data()
-    {
-        QTest::addColumn<int>("modo");
-        QTest::newRow("vuota") << 0;
-        QTest::newRow("a caso") << 1;
-        QTest::newRow("di un'altra tabella") << 2;
-    }
-    void salvaDaOgniPaginaRotta()
-    {
-        QFETCH(int, modo);
-        QRandomGenerator caso(7);
-        const auto pagine = static_cast<int>(m_sano.size() / 4096);
-        for (int pagina = 0; pagina<pagine; pagina += pagina> 55 ? 45 : modo == 0 ? 1 : 3) {
-            QByteArray rotto = m_sano;
-            for (int i = 0; i < 4096; ++i)
-                rotto[pagina * 4096 + i] =
-                    modo == 0   ? '\0'
-                    : modo == 1 ? static_cast<char>(caso.bounded(256))
-                                : m_sano.at((pagina + 1 + pagina % 7) % pagine * 4096 + i);
-            scrive(m_percorso, rotto);
-            // Una coppia copiata da un'altra tabella di coppie non si distingue dalle sue.
-            verificaSalvato(qPrintable(u"pagina %1"_s.arg(pagina + 1)), modo == 2);
-        }
-    }
-
-    void salvaDaUnFileTronco()
-    {
-        for (qsizetype resta = 4096; resta < m_sano.size(); resta += 97 * 1000) {
-            scrive(m_percorso, m_sano.left(resta));
-            verificaSalvato(qPrintable(u"%1 byte"_s.arg(resta)));
-        }
-    }
-
-    // Un record nuovo non eredita ciò che una riga salvata dice di uno perduto.
-    void iCodiciNuoviNonSonoDiNessuno()
-    {
-        // Restano eventi, coppie e testi degli individui, ma nessun individuo né il suo indice.
-        {
-            ado::Connection connessione;
-            connessione.Open(stringaDiConnessione(m_percorso));
-            connessione.Execute(
-                {u"UPDATE Binari SET IdProprietario = 'I998' WHERE Codice = 'B2'"_s, {}, {}});
-        }
-        QByteArray rotto = byteDi(m_percorso);
-        for (const char *albero : {"Individui", "sqlite_autoindex_Individui_1", "IndividuiNumero"})
-            rotto.replace((radice(albero) - 1) * 4096, 4096, QByteArray(4096, 'x'));
-        scrive(m_percorso, rotto);
-        const Compattato esito = compattaArchivio(m_percorso, cestino(), avanti);
-        QVERIFY(esito.riparato);
-        ApriArchivio(m_percorso);
-        QCOMPARE(NuovoCodice(u"Individui"_s), u"I999"_s);
-        QCOMPARE(NuovoCodice(u"Voci"_s), u"V61"_s);
-        // E così resta anche dopo un'altra compattazione.
-        connessione().Close();
-        compattaArchivio(m_percorso, cestino(), avanti);
-        ApriArchivio(m_percorso);
-        QCOMPARE(NuovoCodice(u"Individui"_s), u"I999"_s);
     }
 
     // Ciò che non riesce lascia la cartella com'era, byte per byte.
@@ -186,6 +49,7 @@ private slots:
             << QByteArray() << u"UPDATE Protezione SET Valore = 'x' WHERE Nome = 'password'"_s
             << ado::Causa::PasswordErrata;
     }
+
     void nonRiuscireNonCambiaNulla()
     {
         QFETCH(QByteArray, byte);
@@ -258,6 +122,7 @@ private slots:
         QTest::newRow("recupera") << 2;
         QTest::newRow("copia sopra") << 3;
     }
+
     void disfaLaScritturaInterrotta()
     {
         QFETCH(int, comando);
@@ -396,31 +261,6 @@ private slots:
         QVERIFY(!permessi(m_percorso));
     }
 
-    // Una testata con un bit rovinato non nasconde righe, e un archivio senza versione è guasto.
-    void salvaConLaTestataRotta_data()
-    {
-        QTest::addColumn<int>("posto");
-        QTest::addColumn<int>("byte");
-        QTest::newRow("byte riservati") << 20 << 32;
-        QTest::newRow("pagine doppie") << 16 << 0x20;
-        QTest::newRow("pagine mezze") << 16 << 0x08;
-        QTest::newRow("versione 0") << 63 << 0;
-    }
-    void salvaConLaTestataRotta()
-    {
-        QFETCH(int, posto);
-        QFETCH(int, byte);
-        QByteArray rotto = m_sano;
-        rotto[posto] = static_cast<char>(byte);
-        scrive(m_percorso, rotto);
-        QCOMPARE(errore([&] { copiaArchivio(m_percorso, accanto(u"c.tvd"_s), avanti); }).causa(),
-                 ado::Causa::Danneggiato);
-        QVERIFY(!QFileInfo::exists(accanto(u"c.tvd"_s)));
-        QVERIFY(compattaArchivio(m_percorso, cestino(), avanti).riparato);
-        QCOMPARE(righeDi(m_percorso), m_prima);
-        ApriArchivio(m_percorso);
-    }
-
     // Il giornale di un file che non si apre lo segue, e nel Cestino non incontra un altro file.
     void ilGiornaleSegueIlSuoFile()
     {
@@ -439,58 +279,6 @@ private slots:
         scrive(nuovo + u"-journal"_s, "di chi non c'è più");
         scostaIlGiornale(nuovo);
         QVERIFY(!QFileInfo::exists(nuovo + u"-journal"_s));
-    }
-
-    // Mentre il file si legge senza il motore, i blocchi del motore restano.
-    void nessunoScriveMentreSiSalva()
-    {
-        scrive(m_percorso, QByteArray(m_sano).replace((radice("Voci") - 1) * 4096, 4096,
-                                                      QByteArray(4096, 'x')));
-        const QByteArray nome = QFile::encodeName(m_percorso);
-        int volte = 0;
-        int sciolti = 0;
-        const auto guarda = [&](qint64, qint64) {
-            if (volte++ % 3 != 0)
-                return true;
-            const pid_t altro = ::fork();
-            if (altro == 0) {
-                struct flock blocco = {};
-                blocco.l_type = F_WRLCK;
-                blocco.l_start = 0x40000001; // il byte di chi sta per scrivere
-                blocco.l_len = 1;
-                const int file = ::open(nome.constData(), O_RDWR);
-                ::_exit(::fcntl(file, F_GETLK, &blocco) == 0 && blocco.l_type != F_UNLCK ? 0 : 1);
-            }
-            int stato = 0;
-            ::waitpid(altro, &stato, 0);
-            sciolti += stato == 0 ? 0 : 1;
-            return true;
-        };
-        QVERIFY(compattaArchivio(m_percorso, cestino(), guarda).riparato);
-        QVERIFY(volte > 10);
-        QCOMPARE(sciolti, 0);
-    }
-
-    // Chi ha perduto il proprietario sarà tolto alla prossima eliminazione: si dice prima.
-    void contaChiHaPersoIlProprietario()
-    {
-        QByteArray rotto = m_sano;
-        for (const char *albero : {"Voci", "sqlite_autoindex_Voci_1", "VociNumero"})
-            rotto.replace((radice(albero) - 1) * 4096, 4096, QByteArray(4096, 'x'));
-        scrive(m_percorso, rotto);
-        const Compattato esito = compattaArchivio(m_percorso, cestino(), avanti);
-        const auto dopo = righeDi(m_percorso);
-        QVERIFY(esito.riparato && dopo.value(u"Voci"_s).size() < 60);
-        ApriArchivio(m_percorso);
-        const QString senza =
-            u"SELECT count(*) FROM %1 WHERE %2 NOT IN (SELECT Codice FROM Voci)"_s;
-        qint64 attesi = 0;
-        for (const auto &[tabella, colonna] : {std::pair{u"Individui"_s, u"Voce"_s},
-                                               {u"Famiglie"_s, u"Voce"_s},
-                                               {u"Binari"_s, u"IdProprietario"_s}})
-            attesi += legge(senza.arg(tabella, colonna)).toLongLong();
-        QVERIFY(attesi > 0);
-        QCOMPARE(esito.senzaProprietario, attesi);
     }
 
     // Il passaggio a una versione nuova è tutto o niente.
@@ -513,57 +301,6 @@ private slots:
                  ado::Causa::VersioneNuova);
         QVERIFY_THROWS_EXCEPTION(ado::Errore, portaAllaVersione(connessione, passaggi, 5));
         QCOMPARE(versioneDi(connessione), 2);
-    }
-
-private:
-    // La prima pagina di una tabella o di un indice del file sano.
-    qint64 radice(const char *nome) const
-    {
-        ado::Connection connessione;
-        connessione.Open(stringaDiConnessione(m_percorso));
-        return connessione
-            .valore({u"SELECT rootpage FROM sqlite_schema WHERE name = ?"_s,
-                     {QString::fromUtf8(nome)},
-                     {}})
-            .toLongLong();
-    }
-
-    // Compatta il file rotto: ogni riga che il motore rende ancora dev'essere nel nuovo, nessuna
-    // cancellata ne torna, e le perdite contate sono quelle.
-    void verificaSalvato(const char *dove, bool conCopie = false)
-    {
-        QDir(cestino()).removeRecursively();
-        const auto ancora = campione::leggibili(m_percorso, m_prima);
-        Compattato esito;
-        try {
-            esito = compattaArchivio(m_percorso, cestino(), avanti);
-        } catch (const ado::Errore &errore) {
-            QCOMPARE(errore.causa(), ado::Causa::Danneggiato);
-            for (const campione::Righe &righe : ancora)
-                QVERIFY2(righe.isEmpty(), dove);
-            return;
-        }
-        const auto dopo = righeDi(m_percorso);
-        for (const QString &tabella : tabelle()) {
-            const bool coppie = tabella.size() > 10 && conCopie;
-            const qint64 perse = campione::mancano(ancora.value(tabella), dopo.value(tabella));
-            QVERIFY2(perse == 0, qPrintable(u"%1: %2 di %3"_s.arg(dove).arg(perse).arg(tabella)));
-            const auto conto =
-                std::find_if(esito.mancanti.cbegin(), esito.mancanti.cend(),
-                             [&](const salvataggio::Conto &uno) { return uno.tabella == tabella; });
-            const qint64 detto = conto == esito.mancanti.cend() ? 0 : conto->perdute;
-            const bool almeno = conto != esito.mancanti.cend() && conto->almeno;
-            const qint64 vere = m_prima.value(tabella).size() - dopo.value(tabella).size();
-            QVERIFY2(
-                coppie || detto == vere || (almeno && detto <= vere),
-                qPrintable(u"%1: %2 dette %3, vere %4"_s.arg(dove, tabella).arg(detto).arg(vere)));
-            if (coppie)
-                continue;
-            for (auto riga = dopo.value(tabella).cbegin(); riga != dopo.value(tabella).cend();
-                 ++riga)
-                QVERIFY2(m_prima.value(tabella).contains(riga.key()),
-                         qPrintable(u"%1: torna %2"_s.arg(dove, riga.key())));
-        }
     }
 };
 
