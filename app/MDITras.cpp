@@ -121,6 +121,9 @@ void MDITras::apre(const ProprietaTabella &proprieta)
     finestra->setAttribute(Qt::WA_DeleteOnClose);
     finestra->setWindowIcon(finestra->widget()->windowIcon());
     m_area->colloca(finestra, proprieta.TipoTabella);
+    // Anche se intanto la finestra principale non è attiva, perché si chiude un dialogo: quando
+    // torna attiva i tasti vanno all'elenco nuovo.
+    finestra->widget()->setFocus();
 }
 
 void MDITras::chiudeFinestre(const ado::Connection *connessione)

@@ -333,6 +333,8 @@ void TestElenchi::dallaTabellaAllAltra()
     QCOMPARE(individui->proprieta.Ordinamento, 4);
     QCOMPARE(individui->proprieta.RegistroLocale, QStringLiteral("R1"));
     QCOMPARE(individui->findChild<QTableView *>()->model()->rowCount(), 2);
+    // Chi usa la tastiera si trova già nelle righe.
+    QCOMPARE(principale.focusWidget(), individui->findChild<QTableView *>());
     QCOMPARE(contesto().AmbitoScelto, 0);
 }
 
