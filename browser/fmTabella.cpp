@@ -93,7 +93,7 @@ void fmTabella::Form_Load()
 // Le colonne si adattano alle prime righe, mai a tutte; un testo lungo non caccia le altre.
 void fmTabella::adattaColonne()
 {
-    constexpr int righeGuardate = 40;
+    constexpr int righeGuardate = 20;
     const int massima = fontMetrics().averageCharWidth() * 60;
     const int bordo = fontMetrics().averageCharWidth() * 3;
     memoria::adattaColonne(DataGrid1->horizontalHeader(), [&](int colonna) {
