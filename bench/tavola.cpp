@@ -51,13 +51,14 @@ void Tavola::intesta()
 }
 
 void Tavola::rapporto(const char *nome, double meta, const std::function<double()> &nostro,
-                      const std::function<double()> &pavimento)
+                      const std::function<double()> &pavimento, int serie)
 {
+    const int volte = m_volte * serie;
     std::vector<double> nostri;
     std::vector<double> loro;
-    nostri.reserve(static_cast<size_t>(m_volte));
-    loro.reserve(static_cast<size_t>(m_volte));
-    for (int i = 0; i <= m_volte; ++i) {
+    nostri.reserve(static_cast<size_t>(volte));
+    loro.reserve(static_cast<size_t>(volte));
+    for (int i = 0; i <= volte; ++i) {
         const double suo = pavimento();
         const double mio = nostro();
         if (i > 0) {

@@ -22,9 +22,10 @@ public:
     explicit Tavola(int volte) : m_volte(volte) {}
 
     void intesta();
-    // Il nostro tempo e il pavimento, a turno; la meta è sul rapporto.
+    // Il nostro tempo e il pavimento, a turno; la meta è sul rapporto. Ciò che varia molto da una
+    // volta all'altra, come la partenza di un processo, si prende in più serie.
     void rapporto(const char *nome, double meta, const std::function<double()> &nostro,
-                  const std::function<double()> &pavimento);
+                  const std::function<double()> &pavimento, int serie = 1);
     // Una grandezza con una meta sua, senza pavimento.
     void assoluto(const char *nome, double meta, const std::function<double()> &nostro);
     // Due mediane già prese, la meta è sul loro rapporto.

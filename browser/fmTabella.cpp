@@ -8,6 +8,7 @@
 #include "platform/messaggi.h"
 
 #include <QAction>
+#include <QEvent>
 #include <QHeaderView>
 #include <QMenu>
 #include <QTableView>
@@ -88,6 +89,17 @@ void fmTabella::Form_Load()
     vaiAllaRiga(0);
     memoria::ricordaColonne(DataGrid1->horizontalHeader(), proprieta.TipoTabella);
     adattaColonne();
+    DataGrid1->viewport()->installEventFilter(this);
+}
+
+// Le altre chiavi aspettano che le prime righe siano sullo schermo.
+bool fmTabella::eventFilter(QObject *oggetto, QEvent *evento)
+{
+    if (evento->type() == QEvent::Paint) {
+        oggetto->removeEventFilter(this);
+        adoTabella->continua();
+    }
+    return false;
 }
 
 // Le colonne si adattano alle prime righe, mai a tutte; un testo lungo non caccia le altre.

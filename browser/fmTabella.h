@@ -57,6 +57,8 @@ public:
     // Vero se l'elenco viene dalla connessione data.
     bool usa(const ado::Connection *connessione) const { return m_connessione == connessione; }
 
+    bool eventFilter(QObject *oggetto, QEvent *evento) override;
+
 private:
     void creaBarra();
     void creaGriglia();

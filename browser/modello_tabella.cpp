@@ -70,6 +70,7 @@ void ModelloTabella::sostituisce(const std::function<std::vector<qint64>()> &leg
     beginResetModel();
     ++m_lettura;
     m_incompleto = false;
+    m_daContinuare = false;
     m_righe.clear();
     m_chiavi.clear();
     try {
@@ -85,7 +86,12 @@ void ModelloTabella::apre()
 {
     sostituisce([this] { return m_elenco.chiaviDopo(-1, chiaviSubito); });
     m_pezzo = pezzoMinimo;
-    if (m_elenco.aPezzi() && m_chiavi.size() == chiaviSubito)
+    m_daContinuare = m_elenco.aPezzi() && m_chiavi.size() == chiaviSubito;
+}
+
+void ModelloTabella::continua()
+{
+    if (std::exchange(m_daContinuare, false))
         leggeAncora(m_lettura);
 }
 

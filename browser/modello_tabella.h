@@ -22,9 +22,12 @@ public:
     QVariant data(const QModelIndex &indice, int ruolo) const override;
     QVariant headerData(int sezione, Qt::Orientation verso, int ruolo) const override;
 
-    // Legge le prime chiavi e si mette a leggere le altre appena il programma non ha altro da fare:
-    // un milione di righe si vede subito. Lancia ado::Errore; allora l'elenco resta vuoto.
+    // Legge le prime chiavi, così un milione di righe si vede subito. Lancia ado::Errore; allora
+    // l'elenco resta vuoto.
     void apre();
+    // Da quando le prime righe si vedono: legge le altre chiavi ogni volta che il programma non ha
+    // altro da fare. Non fa nulla se non ne mancano.
+    void continua();
     // Rilegge tutte le chiavi nell'ordine corrente. Lancia ado::Errore; allora l'elenco è vuoto.
     void rilegge();
     // Ordina per una colonna, se si può; falso se non si può.
@@ -58,5 +61,6 @@ private:
     int m_lettura = 0;
     int m_pezzo = 0;
     bool m_incompleto = false;
+    bool m_daContinuare = false;
     mutable QCache<qint64, QVariantList> m_righe;
 };
