@@ -10,7 +10,7 @@ Usage: ./run.sh [--demo [FOLDER]]
 Installs what is missing (Debian), builds Tarvola in build/rilascio and starts it.
 
   --demo [FOLDER]  run the demonstration on a virtual display instead; its screenshots and the
-                   archive file it writes go into FOLDER (build/dimostrazione)
+                   archive files it writes go into FOLDER (build/dimostrazione)
   -h, --help, --aiuto
                    show this text
 

@@ -186,11 +186,22 @@ QWidget *fmGuida::colonna()
     m_trovate->setAccessibleName(u"Pagine trovate"_s);
     m_trovate->setWordWrap(true);
     m_trovate->setVisible(false);
+    m_nessuna = new QLabel(u"Nessuna pagina ha queste parole."_s, parte);
+    m_nessuna->setObjectName(u"Nessuna"_s);
+    m_nessuna->setWordWrap(true);
+    m_nessuna->setVisible(false);
     auto *righe = new QVBoxLayout(parte);
     righe->addWidget(etichetta);
     righe->addWidget(m_cerca);
+    righe->addWidget(m_nessuna);
     righe->addWidget(m_trovate, 2);
     righe->addWidget(m_contenuti, 3);
+    collegaColonna();
+    return parte;
+}
+
+void fmGuida::collegaColonna()
+{
     connect(m_cerca, &QLineEdit::textChanged, this, &fmGuida::cerca);
     connect(m_cerca, &QLineEdit::returnPressed, this, [this] {
         if (m_trovate->count() > 0)
@@ -206,7 +217,6 @@ QWidget *fmGuida::colonna()
         if (scelto != nullptr && !scelto->data(0, ruoloFile).toString().isEmpty())
             vai(scelto->data(0, ruoloFile).toString());
     });
-    return parte;
 }
 
 void fmGuida::riempieContenuti()
@@ -254,7 +264,9 @@ void fmGuida::cerca(const QString &parole)
         voce->setToolTip(m_pagine.attorno(posto, parole));
         voce->setData(ruoloFile, pagina.file);
     }
-    m_trovate->setVisible(!parole.trimmed().isEmpty());
+    const bool cercate = !paroleCercate(parole).isEmpty();
+    m_trovate->setVisible(cercate && m_trovate->count() > 0);
+    m_nessuna->setVisible(cercate && m_trovate->count() == 0);
     m_vista->setExtraSelections({});
 }
 

@@ -6,6 +6,7 @@
 #include <QTextBrowser>
 
 class QApplication;
+class QLabel;
 class QLineEdit;
 class QListWidget;
 class QSplitter;
@@ -42,6 +43,7 @@ public:
 private:
     void creaBarra();
     QWidget *colonna();
+    void collegaColonna();
     void riempieContenuti();
     void cerca(const QString &parole);
     void segueContenuti(const QUrl &pagina);
@@ -53,6 +55,7 @@ private:
     QTreeWidget *m_contenuti = nullptr;
     QLineEdit *m_cerca = nullptr;
     QListWidget *m_trovate = nullptr;
+    QLabel *m_nessuna = nullptr;
     int m_ingrandimento = 0;
 };
 

@@ -1,20 +1,14 @@
 #include "demo/copione.h"
 
 #include <QAbstractButton>
-#include <QFileInfo>
 #include <QTextStream>
 
 using namespace Qt::StringLiterals;
 using namespace esempi;
 
-Copione::Copione(Mani &mani, const std::vector<Archivio> &archivi, QString cartella)
-    : m_mani(mani), m_archivi(archivi), m_cartella(std::move(cartella))
+Copione::Copione(Mani &mani, const std::vector<Archivio> &archivi, const QString &cartella)
+    : Scena(mani, cartella + u"/esempi.tvd"_s), m_archivi(archivi)
 {
-}
-
-QString Copione::percorso() const
-{
-    return m_cartella + u"/esempi.tvd"_s;
 }
 
 QString Copione::scrittura(const QString &data)
@@ -27,41 +21,15 @@ Passo Copione::recita()
     co_await m_mani.appare(u"MDITras"_s);
     co_await m_mani.fotografa(u"principale-vuota"_s);
     co_await creaFile();
+    // Si lavora senza dire chi si è: gli atti non hanno un trascrittore da nominare.
+    co_await m_mani.chiudi(u"cmdCancel"_s);
+    co_await m_mani.appareElenco(u"Archivi"_s);
     co_await creaArchivi();
     for (const Archivio &archivio : m_archivi)
         co_await trascriveArchivio(archivio, &archivio == &m_archivi.back());
-    co_await chiudeProgramma();
-}
-
-Passo Copione::creaFile()
-{
-    const bool presente = QFileInfo::exists(percorso());
-    co_await m_mani.scegliMenu(u"File"_s, u"Nuovo"_s);
-    co_await m_mani.appare(u"QFileDialog"_s);
-    const QPointer<QWidget> dialogo = m_mani.davanti();
-    co_await m_mani.scrivi(u"fileNameEdit"_s, m_cartella + u"/esempi"_s);
-    co_await m_mani.fotografa(u"scelta-file"_s);
-    co_await m_mani.premi(Qt::Key_Return);
-    co_await m_mani.scompare(dialogo, u"the file dialog"_s);
-    if (presente)
-        co_await sostituisce();
-    // Si lavora senza dire chi si è: gli atti non hanno un trascrittore da nominare.
-    co_await m_mani.appare(u"fmLogin"_s);
-    co_await m_mani.fotografa(u"accesso"_s);
-    co_await m_mani.chiudi(u"cmdCancel"_s);
-    co_await m_mani.appareElenco(u"Archivi"_s);
-}
-
-// Un file di prima non si perde: il programma lo mette nel Cestino.
-Passo Copione::sostituisce()
-{
-    co_await m_mani.rispondi(u"Il file esiste, cancellare il vecchio file?"_s, u"Sì"_s,
-                             u"messaggio-file-esistente"_s);
-    co_await m_mani.rispondi(u"Attenzione! Il vecchio file\n"_s + percorso() +
-                                 u"\nsarà spostato nella cartella 'Cestino'"_s,
-                             u"Riprova"_s, u"messaggio-cestino"_s);
-    co_await m_mani.rispondiAInizio(u"Il file\n"_s + percorso() + u"\nè stato rinominato\n"_s,
-                                    u"OK"_s);
+    co_await elencaPersone();
+    co_await m_mani.scegliMenu(u"Finestre"_s, u"Affianca in verticale"_s);
+    co_await m_mani.fotografa(u"principale"_s);
 }
 
 Passo Copione::creaArchivi()
@@ -143,13 +111,6 @@ Passo Copione::provaSenzaGenere()
     co_await m_mani.appare(u"fmVoce"_s);
 }
 
-Passo Copione::nuovoCollegamento(QString genere, QString finestra)
-{
-    co_await m_mani.scegli(u"ImageCombo1"_s, genere);
-    co_await m_mani.clicca(u"Command3_0"_s);
-    co_await m_mani.appare(finestra);
-}
-
 // Comincia e finisce con la finestra dell'individuo davanti, finché non la salva.
 Passo Copione::scriveIndividuo(const Individuo &individuo)
 {
@@ -205,8 +166,7 @@ Passo Copione::scriveEventi(const Eventi &eventi)
             co_await sbagliaData();
         co_await m_mani.scrivi(u"Text1_4"_s, scrittura(evento.data));
         co_await m_mani.fotografa(u"evento"_s);
-        co_await m_mani.chiudi(u"Command1"_s);
-        co_await m_mani.appare(proprietario);
+        co_await registra(proprietario);
     }
 }
 
@@ -245,18 +205,6 @@ Passo Copione::elencaPersone()
     co_await m_mani.appareElenco(u"Individui"_s);
     co_await m_mani.fotografa(u"elenco-individui"_s);
     co_await m_mani.chiudiElenco();
-}
-
-Passo Copione::chiudeProgramma()
-{
-    co_await elencaPersone();
-    co_await m_mani.scegliMenu(u"Finestre"_s, u"Affianca in verticale"_s);
-    co_await m_mani.fotografa(u"principale"_s);
-    co_await m_mani.chiudiPrincipale();
-    co_await m_mani.appare(u"fmChiudi"_s);
-    co_await m_mani.fotografa(u"chiudi"_s);
-    m_finito = true;
-    co_await m_mani.chiudi(u"Command1_0"_s);
 }
 
 void Copione::racconta(const Registro &registro, const Atto &atto, qint64 millisecondi) const

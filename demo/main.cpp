@@ -1,6 +1,7 @@
 #include "app/avvio.h"
 #include "app/MDITras.h"
 #include "demo/copione.h"
+#include "demo/trascrittore.h"
 #include "demo/verifica.h"
 #include "platform/ado.h"
 #include "platform/italiano.h"
@@ -30,16 +31,41 @@ QTextStream &uscita()
     return flusso;
 }
 
-// Recita il copione; se si guasta lo dice, fotografa lo schermo com'è e lascia il programma.
-Passo recita(Copione &copione, const Mani &mani)
+// L'ultimo clic chiude il programma, e con lui la recita: prima si segna che è finita.
+Passo chiude(Mani &mani, bool &finita)
+{
+    co_await mani.chiudiPrincipale();
+    co_await mani.appare(u"fmChiudi"_s);
+    co_await mani.fotografa(u"chiudi"_s);
+    finita = true;
+    co_await mani.chiudi(u"Command1_0"_s);
+}
+
+// Recita le scene; se una si guasta lo dice, fotografa lo schermo com'è e lascia il programma.
+Passo recita(Copione &copione, Trascrittore &trascrittore, Mani &mani, bool &finita)
 {
     try {
         co_await copione.recita();
+        co_await trascrittore.recita();
+        co_await chiude(mani, finita);
     } catch (const std::exception &guasto) {
         uscita() << "FAILED: " << guasto.what() << Qt::endl;
         mani.salvaImmagine(u"guasto"_s, true);
         QCoreApplication::exit(1);
     }
+}
+
+// Dice quante righe ha ogni tabella e che cosa non è come lo si è battuto; vero se nulla.
+bool racconta(const QString &percorso, const verifica::Esito &esito)
+{
+    uscita() << "Records in " << percorso << ":\n";
+    for (auto tabella = esito.righe.begin(); tabella != esito.righe.end(); ++tabella) {
+        if (tabella.value() > 0)
+            uscita() << "  " << tabella.key().leftJustified(20) << tabella.value() << '\n';
+    }
+    for (const QString &differenza : esito.differenze)
+        uscita() << "DIFFERENT: " << differenza << '\n';
+    return esito.differenze.isEmpty();
 }
 
 bool lavora(const std::vector<esempi::Archivio> &archivi, const QString &cartella)
@@ -48,26 +74,26 @@ bool lavora(const std::vector<esempi::Archivio> &archivi, const QString &cartell
     finestra.show();
     Mani mani(finestra, cartella);
     Copione copione(mani, archivi, cartella);
+    Trascrittore trascrittore(mani, cartella, cartella + u"/testo.png"_s);
     const QString inizio = italiano::adesso();
-    Passo passo = recita(copione, mani);
+    bool finita = false;
+    Passo passo = recita(copione, trascrittore, mani, finita);
     QTimer::singleShot(0, qApp, [&passo] { passo.comincia(); });
     QTimer::singleShot(tempoMassimo, qApp, [] {
         uscita() << "FAILED: it takes too long" << Qt::endl;
         QCoreApplication::exit(1);
     });
-    if (QApplication::exec() != 0 || !copione.finito() || finestra.isVisible())
+    if (QApplication::exec() != 0 || !finita || finestra.isVisible())
         return false;
 
     uscita() << "\nScreenshots: " << mani.fotografie().join(u", "_s) << "\n\n";
-    const verifica::Esito esito =
-        verifica::confronta(copione.percorso(), shell::fileDelProgramma(u"tarvola.mod"_s),
-                            verifica::attese(archivi), inizio, italiano::adesso());
-    uscita() << "Records in " << copione.percorso() << ":\n";
-    for (auto tabella = esito.righe.begin(); tabella != esito.righe.end(); ++tabella)
-        uscita() << "  " << tabella.key().leftJustified(20) << tabella.value() << '\n';
-    for (const QString &differenza : esito.differenze)
-        uscita() << "DIFFERENT: " << differenza << '\n';
-    return esito.differenze.isEmpty();
+    const auto confronta = [&](const QString &percorso, verifica::Tabelle attese) {
+        return racconta(percorso,
+                        verifica::confronta(percorso, shell::fileDelProgramma(u"tarvola.mod"_s),
+                                            std::move(attese), inizio, italiano::adesso()));
+    };
+    const bool atti = confronta(copione.percorso(), verifica::attese(archivi));
+    return confronta(trascrittore.percorso(), trascrittore.attese()) && atti;
 }
 
 } // namespace
@@ -79,7 +105,8 @@ int main(int argc, char **argv)
     if (argc != 2) {
         uscita() << "Usage: dimostrazione FOLDER\n"
                     "Transcribes a few well-known acts into FOLDER/esempi.tvd by keys and clicks\n"
-                    "on the program's windows, and leaves their screenshots in FOLDER.\n";
+                    "on the program's windows, registers a transcriber in\n"
+                    "FOLDER/trascrittore.tvd, and leaves the windows' screenshots in FOLDER.\n";
         return 2;
     }
     const QString cartella = QDir(QString::fromLocal8Bit(argv[1])).absolutePath();

@@ -3,6 +3,8 @@
 #include "db/connessioni.h"
 #include "db/schema.h"
 
+#include <QCryptographicHash>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -112,6 +114,12 @@ const QStringList &campiDiTempo()
     return campi;
 }
 
+QString inTesto(const QVariant &valore)
+{
+    return valore.typeId() == QMetaType::QByteArray ? impronta(valore.toByteArray())
+                                                    : valore.toString();
+}
+
 // Legge ogni riga di una tabella; un testo vuoto, che non è Null, resta fra i campi.
 QList<Riga> leggeTabella(ado::Connection &connessione, const QString &tabella)
 {
@@ -120,7 +128,7 @@ QList<Riga> leggeTabella(ado::Connection &connessione, const QString &tabella)
         Riga riga;
         for (int i = 0; i < letta.colonne(); ++i) {
             if (!letta.nullo(i))
-                riga[letta.nome(i)] = letta.valore(i).toString();
+                riga[letta.nome(i)] = inTesto(letta.valore(i));
         }
         righe.append(riga);
         return true;
@@ -146,25 +154,25 @@ void traduce(Tabelle &tabelle)
     }
 }
 
-// Le righe coi codici in ordine di numero: l'ordine in cui sono state battute.
-void ordina(QList<Riga> &righe)
-{
-    const auto chiave = [](const Riga &riga) {
-        if (!riga.contains(u"CodiceFamiglia"_s))
-            return std::pair(riga[u"Codice"_s].mid(1).toInt(), riga[u"Codice"_s].toInt());
-        return std::pair(riga[u"CodiceFamiglia"_s].mid(1).toInt(),
-                         riga[u"CodiceIndividuo"_s].mid(1).toInt());
-    };
-    std::sort(righe.begin(), righe.end(),
-              [&](const Riga &a, const Riga &b) { return chiave(a) < chiave(b); });
-}
-
 QString inParole(const Riga &riga)
 {
     QStringList campi;
     for (auto campo = riga.begin(); campo != riga.end(); ++campo)
         campi.append(u"%1=\"%2\""_s.arg(campo.key(), campo.value()));
     return campi.isEmpty() ? u"no row"_s : campi.join(u' ');
+}
+
+// Le righe coi codici in ordine di numero, l'ordine in cui sono state battute; poi le altre.
+void ordina(QList<Riga> &righe)
+{
+    const auto chiave = [](const Riga &riga) {
+        const QString codice = riga[u"Codice"_s];
+        return std::pair(codice.isEmpty() || codice.at(0).isDigit() ? codice.toInt()
+                                                                    : codice.mid(1).toInt(),
+                         inParole(riga));
+    };
+    std::sort(righe.begin(), righe.end(),
+              [&](const Riga &a, const Riga &b) { return chiave(a) < chiave(b); });
 }
 
 // Toglie i tempi, che il programma mette da sé; quelli fuori dai limiti restano, e si vedranno.
@@ -186,6 +194,11 @@ bool conTempi(const QString &tabella)
 }
 
 } // namespace
+
+QString impronta(const QByteArray &byte)
+{
+    return QString::fromLatin1(QCryptographicHash::hash(byte, QCryptographicHash::Sha256).toHex());
+}
 
 Tabelle attese(const std::vector<Archivio> &archivi)
 {

@@ -18,6 +18,9 @@ struct Esito {
     QMap<QString, int> righe;
 };
 
+// Come sta in una riga il contenuto di un file: il suo SHA-256.
+QString impronta(const QByteArray &byte);
+
 // Le righe che gli atti devono lasciare in ogni tabella, coi codici presi nell'ordine in cui i
 // record si battono.
 Tabelle attese(const std::vector<esempi::Archivio> &archivi);
