@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QProgressDialog>
+#include <QScopeGuard>
 #include <QWindow>
 
 namespace avanzamento
@@ -39,6 +40,8 @@ bool compie(QWidget *sopra, const QString &titolo, const std::function<void(cons
     finestra.setMinimumDuration(quando == Compare::Subito ? 0 : momento);
     finestra.setAutoClose(false);
     finestra.setAutoReset(false);
+    // Chi si è messo sopra di lei, come il manuale, deve sapere che se ne va.
+    const auto finita = qScopeGuard([&finestra] { finestra.done(QDialog::Accepted); });
     finestra.setValue(0);
     if (quando == Compare::Subito)
         mostraSubito(finestra);
