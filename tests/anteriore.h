@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QFile>
+#include "comune.h"
+
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -15,26 +16,9 @@ inline QString dato(const QString &nome)
     return QStringLiteral(TARVOLA_DATI "/anteriore/") + nome;
 }
 
-inline QByteArray letto(const QString &percorso)
-{
-    QFile file(percorso);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-inline bool scritto(const QString &percorso, const QByteArray &byte)
-{
-    QFile file(percorso);
-    return file.open(QIODevice::WriteOnly) && file.write(byte) == byte.size();
-}
-
 inline QJsonObject atteso(const QString &nome)
 {
-    return QJsonDocument::fromJson(letto(dato(nome + QStringLiteral(".json")))).object();
-}
-
-inline bool sempre(qint64 /*fatto*/, qint64 /*totale*/)
-{
-    return true;
+    return QJsonDocument::fromJson(byteDi(dato(nome + QStringLiteral(".json")))).object();
 }
 
 inline void cambia(QByteArray &file, qsizetype posto, const QByteArray &byte)

@@ -4,8 +4,12 @@
 #include "db/modello.h"
 #include "platform/ado.h"
 
+#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace modTarvola;
 
 // Un archivio nuovo, nato dal modello in una cartella che sparisce con lui, e reso corrente. I
 // valori condivisi che riguardano gli archivi ripartono da capo.
@@ -26,6 +30,19 @@ public:
 private:
     QTemporaryDir m_cartella;
     QString m_percorso;
+};
+
+// Un archivio aperto a parte, che non diventa il corrente.
+struct Aparte : ado::Connection {
+    explicit Aparte(const QString &percorso) { Open(modTarvola::stringaDiConnessione(percorso)); }
+    void esegui(const QString &testo, const QVariantList &valori = {})
+    {
+        Execute({testo, valori, {}});
+    }
+    QVariant legge(const QString &testo, const QVariantList &valori = {})
+    {
+        return valore({testo, valori, {}});
+    }
 };
 
 inline int esegui(const QString &testo, const QVariantList &valori = {})
@@ -64,4 +81,23 @@ ado::Errore errore(Funzione funzione)
         return trovato;
     }
     return {ado::Causa::Altro, QString()};
+}
+
+inline QByteArray byteDi(const QString &percorso)
+{
+    QFile file(percorso);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+inline void scrive(const QString &percorso, const QByteArray &byte)
+{
+    QFile file(percorso);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(byte), byte.size());
+}
+
+// Il passo di un lavoro che nessuno interrompe.
+inline bool avanti(qint64 /*fatto*/, qint64 /*totale*/)
+{
+    return true;
 }

@@ -6,32 +6,10 @@
 
 #include <QDir>
 
-using namespace Qt::StringLiterals;
-using namespace modTarvola;
-
-inline bool avanti(qint64 /*fatto*/, qint64 /*totale*/)
-{
-    return true;
-}
-
-inline QByteArray byteDi(const QString &percorso)
-{
-    QFile file(percorso);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-inline void scrive(const QString &percorso, const QByteArray &byte)
-{
-    QFile file(percorso);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(byte), byte.size());
-}
-
 inline QHash<QString, campione::Righe> righeDi(const QString &percorso)
 {
-    ado::Connection connessione;
-    connessione.Open(stringaDiConnessione(percorso));
-    if (connessione.valore({u"PRAGMA integrity_check"_s, {}, {}}).toString() != u"ok"_s)
+    Aparte connessione(percorso);
+    if (connessione.legge(u"PRAGMA integrity_check"_s).toString() != u"ok"_s)
         throw ado::Errore(ado::Causa::Danneggiato, u"non integro"_s);
     return campione::istantanea(connessione);
 }

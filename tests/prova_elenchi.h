@@ -62,5 +62,7 @@ protected:
     {
         da->menu().at(2)->actions().at(voce - 1)->trigger();
         QVERIFY(persona->finita());
+        // Chi usa la tastiera si trova già nelle righe.
+        QCOMPARE(principale->focusWidget(), griglia(ultimo()));
     }
 };

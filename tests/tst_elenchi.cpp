@@ -1,20 +1,10 @@
-#include "app/avvio.h"
 #include "app/contesto.h"
-#include "app/MDITras.h"
 #include "browser/fmVisualizza.h"
+#include "comune.h"
 #include "db/elenco.h"
-#include "tests/comune.h"
 
-#include <QAction>
-#include <QMdiArea>
-#include <QMdiSubWindow>
-#include <QMenuBar>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QTableView>
-#include <QTimer>
-
-using namespace modTarvola;
 
 namespace
 {
@@ -54,11 +44,10 @@ void riempie()
         esegui(QString::fromUtf8(istruzione));
 }
 
-QString codici(const Richiesta &richiesta)
+QString codici(const Elenco &elenco, const std::vector<qint64> &chiavi)
 {
-    const Elenco elenco(richiesta, connessione());
     QStringList trovati;
-    for (const qint64 chiave : elenco.chiaviDopo(-1, 1000))
+    for (const qint64 chiave : chiavi)
         trovati.append(elenco.riga(chiave).constFirst().toString());
     return trovati.join(u' ');
 }
@@ -69,280 +58,179 @@ class TestElenchi : public QObject
 {
     Q_OBJECT
 
+    std::unique_ptr<ArchivioDiProva> m_archivio;
+
+    // Da A1, R1 e V1.
+    static Elenco elencoDi(const QString &tabella, int ambito, bool dettagli = false,
+                           const QString &archivio = u"A1"_s)
+    {
+        return Elenco({tabella, ambito, dettagli, archivio, u"R1"_s, u"V1"_s}, connessione());
+    }
+    static QString codiciDi(const Elenco &elenco)
+    {
+        return codici(elenco, elenco.chiaviDopo(-1, 1000));
+    }
+
 private slots:
     void init()
     {
         m_archivio = std::make_unique<ArchivioDiProva>();
         riempie();
     }
-    void ambiti_data();
-    void ambiti();
-    void ambitoSconosciuto();
-    void dettagli();
-    void contenutiMaiLetti();
-    void aPezziComeIntero();
-    void unArchivioSolo();
-    void visualizzatoreDiDipendenti();
-    void finestraDellAmbito_data();
-    void finestraDellAmbito();
-    void dallaTabellaAllAltra();
 
-private:
-    std::unique_ptr<ArchivioDiProva> m_archivio;
+    void ambiti_data()
+    {
+        // I codici negli ambiti 0, 4, 6 e 7; "-" dove la tabella non ha quell'ambito.
+        QTest::addColumn<QStringList>("attesi");
+        const auto riga = [](const char *tabella, const char *attesi) {
+            QTest::newRow(tabella) << QString::fromUtf8(attesi).split(u'|');
+        };
+        riga("Archivi", "A1 A2|-|-|-");
+        riga("Registri", "R1 R2|-|R1 R2|R1 R2 R3");
+        riga("Voci", "V1 V2|V1 V2|V1 V2 V3|V1 V2 V3 V4");
+        riga("Individui", "I1|I1 I2|I1 I2 I3|I1 I2 I3 I4");
+        // I4 non ha ruolo, e nei dettagli non compare.
+        riga("Individui coi dettagli", "I1|I1 I2|I1 I2 I3|I1 I2 I3");
+        riga("Famiglie", "F1|F1 F2|F1 F2 F3|F1 F2 F3 F4");
+        riga("Eventi", "E1 E5 E9 E10|E1 E2 E5 E6 E9 E10|E1 E2 E3 E5 E6 E7 E9 E10|"
+                       "E1 E2 E3 E4 E5 E6 E7 E8 E9 E10");
+        riga("Binari", "B3 B4 B5 B6 B7|B2 B3 B4 B5 B6 B7 B8|B1 B2 B3 B4 B5 B6 B7 B8 B9|"
+                       "B1 B2 B3 B4 B5 B6 B7 B8 B9 B10");
+    }
+    void ambiti()
+    {
+        QFETCH(QStringList, attesi);
+        const QStringList nome = QString::fromUtf8(QTest::currentDataTag()).split(u' ');
+        const bool dettagli = nome.size() > 1;
+        for (const int ambito : {0, 4, 6, 7}) {
+            const QString suoi = attesi.takeFirst();
+            if (suoi == u"-") {
+                QVERIFY_THROWS_EXCEPTION(ado::Errore, elencoDi(nome[0], ambito, dettagli));
+                continue;
+            }
+            QCOMPARE(codiciDi(elencoDi(nome[0], ambito, dettagli)), suoi);
+            // Un registro di un altro archivio non si vede in questo, per quanto abbia le sue voci.
+            if (ambito == 4)
+                QCOMPARE(codiciDi(elencoDi(nome[0], ambito, dettagli, u"A2"_s)), QString());
+        }
+    }
+
+    void dettagli()
+    {
+        const Elenco elenco = elencoDi(u"Individui"_s, 7, true);
+        QCOMPARE(elenco.colonne().join(u' '),
+                 u"Codice Nome Soprannome Cognome Detto Sesso Ruolo Precisazione Voce "
+                 "Legittimo Età Vivente Creazione LuogoNascita DataNascita "
+                 "LuogoBattesimo DataBattesimo LuogoMorte DataMorte LuogoSepoltura "
+                 "DataSepoltura Nome Titolo CodiceVoce"_s);
+        const QVariantList riga = elenco.riga(elenco.chiaveDi(u"I1"_s));
+        QCOMPARE(riga.at(6), u"Battezzato/a"_s);
+        QCOMPARE(riga.mid(13), QVariantList({u"Pisa"_s,
+                                             u"1564-02-15"_s,
+                                             u"Duomo"_s,
+                                             u"1564-02-19"_s,
+                                             {},
+                                             {},
+                                             {},
+                                             {},
+                                             u"Opera Pisa"_s,
+                                             u"Battezzati"_s,
+                                             u"V1"_s}));
+        QVERIFY(!elenco.ordinabile(0));
+    }
+
+    void contenutiMaiLetti()
+    {
+        const Elenco tutti = elencoDi(u"Binari"_s, 7);
+        QCOMPARE(tutti.riga(tutti.chiaveDi(u"B1"_s)).constLast(), u"prima riga"_s);
+        QVERIFY(!tutti.riga(tutti.chiaveDi(u"B4"_s)).constLast().isValid());
+        QVERIFY(!tutti.ordinabile(4) && tutti.ordinabile(3));
+        QCOMPARE(elencoDi(u"Binari"_s, 0).colonne().join(u' '),
+                 u"Codice Tipo IdProprietario Nome"_s);
+    }
+
+    void ordine()
+    {
+        esegui(u"DELETE FROM Voci"_s);
+        const QVariantList nomi{u"Zoe"_s,  u"Èlia"_s, QVariant(), u"elia"_s, u"Fede"_s,
+                                u"Elia"_s, u"anna"_s, u"Anna"_s,  u"elia"_s, u"anna"_s};
+        const QVariantList pagine{0, 7, 2, 9, QVariant(), 11, 6, 1, 8, 100};
+        for (qsizetype i = 0; i < nomi.size(); ++i)
+            esegui(u"INSERT INTO Voci (Codice, Volume, PaginaIniziale) VALUES (?, ?, ?)"_s,
+                   {u"V%1"_s.arg(i + 1), nomi.at(i), pagine.at(i)});
+        const Elenco voci = elencoDi(u"Voci"_s, 7);
+        const auto per = [&voci](const QString &colonna) {
+            return codici(voci,
+                          voci.chiaviOrdinate(static_cast<int>(voci.colonne().indexOf(colonna))));
+        };
+        // Null davanti; le maiuscole sono pari, e fra pari resta l'ordine di scrittura.
+        QCOMPARE(per(u"Volume"_s), u"V3 V7 V8 V10 V4 V6 V9 V2 V5 V1"_s);
+        QCOMPARE(per(u"PaginaIniziale"_s), u"V5 V1 V8 V3 V7 V2 V9 V4 V6 V10"_s);
+        QVERIFY(voci.ordinabile(0) && !voci.ordinabile(-1) && !voci.ordinabile(7));
+        QCOMPARE(voci.riga(voci.chiaveDi(u"v6"_s)).constFirst(), u"V6"_s);
+        QCOMPARE(voci.chiaveDi(u"V99"_s), qint64{-1});
+    }
+
+    // Le chiavi lette un pezzo dopo l'altro sono tutte, una volta sola, anche dove ne mancano.
+    void aPezziComeIntero()
+    {
+        for (int i = 5; i < 60; ++i)
+            esegui(u"INSERT INTO Voci (Codice, Registro) VALUES (?, 'R1')"_s, {u"V%1"_s.arg(i)});
+        esegui(u"DELETE FROM Voci WHERE rowid % 7 = 0"_s);
+        const Elenco elenco = elencoDi(u"Voci"_s, 7);
+        std::vector<qint64> pezzi;
+        for (;;) {
+            const auto pezzo = elenco.chiaviDopo(pezzi.empty() ? -1 : pezzi.back(), 10);
+            pezzi.insert(pezzi.end(), pezzo.begin(), pezzo.end());
+            if (pezzo.size() < 10)
+                break;
+        }
+        QCOMPARE(pezzi, elenco.chiaviDopo(-1, 1000));
+        QCOMPARE(static_cast<int>(pezzi.size()), righe(u"Voci"_s));
+    }
+
+    // Dove tutto è di un archivio le prime righe si trovano per un'altra via: devono essere le
+    // stesse, senza chi ha perduto la sua voce.
+    void unArchivioSolo()
+    {
+        esegui(u"DELETE FROM Registri WHERE Archivio = 'A2'"_s);
+        for (const QString &tabella : {u"Voci"_s, u"Individui"_s, u"Famiglie"_s, u"Eventi"_s}) {
+            for (const bool dettagli : {false, true}) {
+                const Elenco elenco = elencoDi(tabella, 6, dettagli, u"a1"_s);
+                QVERIFY(elenco.aPezzi());
+                QVERIFY(!elenco.chiaviDopo(-1, 1000).empty());
+                QCOMPARE(elenco.chiaviDopo(-1, 1000), elenco.chiaviDopo(-1, Elenco::tutte));
+            }
+        }
+    }
+
+    void finestraDellAmbito_data()
+    {
+        QTest::addColumn<QList<int>>("scelte");
+        QTest::addColumn<int>("ambito");
+        QTest::newRow("nulla") << QList<int>{} << 0;
+        QTest::newRow("tutte le voci") << QList<int>{5} << 4;
+        QTest::newRow("tutti i registri") << QList<int>{3} << 6;
+        QTest::newRow("tutto con dettagli") << QList<int>{1, 7} << 15;
+        QTest::newRow("ripensamento") << QList<int>{1, 0} << 6;
+        QTest::newRow("dettagli e ripensamento") << QList<int>{7, 6} << 0;
+    }
+    void finestraDellAmbito()
+    {
+        QFETCH(QList<int>, scelte);
+        contesto().AmbitoScelto = 99;
+        fmVisualizza finestra(nullptr);
+        QCOMPARE(contesto().AmbitoScelto, 0);
+        const auto scelta = [&](int quale) {
+            return finestra.findChild<QRadioButton *>(u"Option1_%1"_s.arg(quale));
+        };
+        for (const int quale : scelte)
+            scelta(quale)->click();
+        QCOMPARE(scelta(2)->isEnabled(), !scelta(1)->isChecked());
+        finestra.findChild<QPushButton *>(u"Command1"_s)->click();
+        QTEST(static_cast<int>(contesto().AmbitoScelto), "ambito");
+    }
 };
 
-void TestElenchi::ambiti_data()
-{
-    QTest::addColumn<QString>("tabella");
-    QTest::addColumn<int>("ambito");
-    QTest::addColumn<QString>("attesi");
-    // Da A1, R1 e V1.
-    const struct {
-        const char *tabella;
-        int ambito;
-        const char *attesi;
-    } casi[] = {
-        {"Archivi", 0, "A1 A2"},
-        {"Registri", 0, "R1 R2"},
-        {"Registri", 6, "R1 R2"},
-        {"Registri", 7, "R1 R2 R3"},
-        {"Voci", 0, "V1 V2"},
-        {"Voci", 4, "V1 V2"},
-        {"Voci", 6, "V1 V2 V3"},
-        {"Voci", 7, "V1 V2 V3 V4"},
-        {"Individui", 0, "I1"},
-        {"Individui", 4, "I1 I2"},
-        {"Individui", 6, "I1 I2 I3"},
-        {"Individui", 7, "I1 I2 I3 I4"},
-        {"Famiglie", 0, "F1"},
-        {"Famiglie", 4, "F1 F2"},
-        {"Famiglie", 6, "F1 F2 F3"},
-        {"Famiglie", 7, "F1 F2 F3 F4"},
-        {"Eventi", 0, "E1 E5 E9 E10"},
-        {"Eventi", 4, "E1 E2 E5 E6 E9 E10"},
-        {"Eventi", 6, "E1 E2 E3 E5 E6 E7 E9 E10"},
-        {"Eventi", 7, "E1 E2 E3 E4 E5 E6 E7 E8 E9 E10"},
-        {"Binari", 0, "B3 B4 B5 B6 B7"},
-        {"Binari", 4, "B2 B3 B4 B5 B6 B7 B8"},
-        {"Binari", 6, "B1 B2 B3 B4 B5 B6 B7 B8 B9"},
-        {"Binari", 7, "B1 B2 B3 B4 B5 B6 B7 B8 B9 B10"},
-    };
-    for (const auto &caso : casi)
-        QTest::addRow("%s %d", caso.tabella, caso.ambito)
-            << QString::fromUtf8(caso.tabella) << caso.ambito << QString::fromUtf8(caso.attesi);
-}
-
-void TestElenchi::ambiti()
-{
-    QFETCH(QString, tabella);
-    QFETCH(int, ambito);
-    QFETCH(QString, attesi);
-    QCOMPARE(codici({tabella, ambito, false, QStringLiteral("A1"), QStringLiteral("R1"),
-                     QStringLiteral("V1")}),
-             attesi);
-    // Un registro di un altro archivio non si vede in questo, per quanto abbia le sue voci.
-    if (ambito == 4)
-        QCOMPARE(codici({tabella, ambito, false, QStringLiteral("A2"), QStringLiteral("R1"),
-                         QStringLiteral("V1")}),
-                 QString());
-}
-
-void TestElenchi::ambitoSconosciuto()
-{
-    QVERIFY_THROWS_EXCEPTION(
-        ado::Errore, Elenco({QStringLiteral("Archivi"), 7, false, {}, {}, {}}, connessione()));
-}
-
-void TestElenchi::dettagli()
-{
-    // I4 non ha ruolo, e nei dettagli non compare.
-    const QString attesi[] = {QStringLiteral("I1"), QStringLiteral("I1 I2"),
-                              QStringLiteral("I1 I2 I3"), QStringLiteral("I1 I2 I3")};
-    int caso = 0;
-    for (const int ambito : {0, 4, 6, 7})
-        QCOMPARE(codici({QStringLiteral("Individui"), ambito, true, QStringLiteral("A1"),
-                         QStringLiteral("R1"), QStringLiteral("V1")}),
-                 attesi[caso++]);
-    const Elenco elenco({QStringLiteral("Individui"), 7, true, {}, {}, {}}, connessione());
-    QCOMPARE(elenco.colonne().join(u' '),
-             QStringLiteral("Codice Nome Soprannome Cognome Detto Sesso Ruolo Precisazione Voce "
-                            "Legittimo Età Vivente Creazione LuogoNascita DataNascita "
-                            "LuogoBattesimo DataBattesimo LuogoMorte DataMorte LuogoSepoltura "
-                            "DataSepoltura Nome Titolo CodiceVoce"));
-    const QVariantList riga = elenco.riga(elenco.chiaveDi(QStringLiteral("I1")));
-    QCOMPARE(riga.mid(13, 4),
-             (QVariantList{QStringLiteral("Pisa"), QStringLiteral("1564-02-15"),
-                           QStringLiteral("Duomo"), QStringLiteral("1564-02-19")}));
-    QVERIFY(!riga.at(17).isValid() && !riga.at(20).isValid());
-    QCOMPARE(riga.mid(21), (QVariantList{QStringLiteral("Opera Pisa"), QStringLiteral("Battezzati"),
-                                         QStringLiteral("V1")}));
-    QCOMPARE(riga.at(6).toString(), QStringLiteral("Battezzato/a"));
-    QVERIFY(!elenco.ordinabile(0));
-}
-
-void TestElenchi::contenutiMaiLetti()
-{
-    const Elenco tutti({QStringLiteral("Binari"), 7, false, {}, {}, {}}, connessione());
-    const auto contenuto = [&](const char *codice) {
-        return tutti.riga(tutti.chiaveDi(QString::fromUtf8(codice))).constLast();
-    };
-    QCOMPARE(contenuto("B1").toString(), QStringLiteral("prima riga"));
-    QVERIFY(!contenuto("B4").isValid());
-    QVERIFY(!tutti.ordinabile(4) && tutti.ordinabile(3));
-    const Elenco alcuni({QStringLiteral("Binari"), 0, false, {}, {}, {}}, connessione());
-    QCOMPARE(alcuni.colonne().join(u' '), QStringLiteral("Codice Tipo IdProprietario Nome"));
-}
-
-// Le chiavi lette un pezzo dopo l'altro sono tutte, una volta sola, anche dove ne mancano.
-void TestElenchi::aPezziComeIntero()
-{
-    for (int i = 5; i < 60; ++i)
-        esegui(QStringLiteral("INSERT INTO Voci (Codice, Registro) VALUES (?, 'R1')"),
-               {QStringLiteral("V%1").arg(i)});
-    esegui(QStringLiteral("DELETE FROM Voci WHERE rowid % 7 = 0"));
-    const Elenco elenco({QStringLiteral("Voci"), 7, false, {}, {}, {}}, connessione());
-    const std::vector<qint64> intero = elenco.chiaviDopo(-1, 1000);
-    std::vector<qint64> pezzi;
-    for (;;) {
-        const auto pezzo = elenco.chiaviDopo(pezzi.empty() ? -1 : pezzi.back(), 10);
-        pezzi.insert(pezzi.end(), pezzo.begin(), pezzo.end());
-        if (pezzo.size() < 10)
-            break;
-    }
-    QCOMPARE(pezzi, intero);
-    QCOMPARE(static_cast<int>(intero.size()), righe(QStringLiteral("Voci")));
-}
-
-// Dove tutto è di un archivio le prime righe si trovano per un'altra via: devono essere le stesse,
-// senza chi ha perduto la sua voce.
-void TestElenchi::unArchivioSolo()
-{
-    esegui(QStringLiteral("DELETE FROM Registri WHERE Archivio = 'A2'"));
-    const char *const tabelle[] = {"Voci", "Individui", "Famiglie", "Eventi"};
-    for (const char *tabella : tabelle) {
-        for (const bool dettagli : {false, true}) {
-            const Elenco elenco({QString::fromUtf8(tabella), 6, dettagli, QStringLiteral("a1"),
-                                 QString(), QString()},
-                                connessione());
-            QVERIFY(elenco.aPezzi());
-            QVERIFY(!elenco.chiaviDopo(-1, 1000).empty());
-            QCOMPARE(elenco.chiaviDopo(-1, 1000), elenco.chiaviDopo(-1, Elenco::tutte));
-        }
-    }
-}
-
-void TestElenchi::visualizzatoreDiDipendenti()
-{
-    MDITras principale;
-    principale.show();
-    ApriArchivio(m_archivio->percorso());
-    contesto().ArchivioCorrente = QStringLiteral("A1");
-    contesto().VoceCorrente = QStringLiteral("V1");
-    const auto apre = [&](const char *tabella, const char *voce) {
-        ProprietaTabella proprieta;
-        proprieta.TipoTabella = QString::fromUtf8(tabella);
-        proprieta.Percorso = m_archivio->percorso();
-        proprieta.VoceLocale = QString::fromUtf8(voce);
-        principale.apre(proprieta);
-        return principale.visualizzatori().constLast();
-    };
-    const auto stati = [](const fmTabella *tabella) {
-        QString abilitati;
-        for (int i = 1; i <= 5; ++i) {
-            const auto *bottone =
-                tabella->findChild<QAction *>(QStringLiteral("Toolbar1_%1").arg(i));
-            abilitati += bottone->isEnabled() ? QString::number(i) : QStringLiteral("-");
-        }
-        const auto voci = tabella->menu().at(1)->actions();
-        for (const QAction *azione : voci)
-            abilitati += azione->isEnabled() ? QStringLiteral("x") : QStringLiteral("-");
-        return abilitati + (tabella->menu().at(2)->isEnabled() ? QStringLiteral("T") : QString());
-    };
-    const QString coda =
-        QStringLiteral(" File ") + m_archivio->percorso() + QStringLiteral(" Archivio A1 Voce V1");
-    const fmTabella *piena = apre("Individui", "V1");
-    QCOMPARE(stati(piena), QStringLiteral("-2-45-x-xx"));
-    QCOMPARE(piena->windowTitle(), QStringLiteral("Individui") + coda);
-    const fmTabella *vuota = apre("Famiglie", "V99");
-    QCOMPARE(stati(vuota), QStringLiteral("------x-xx"));
-    QCOMPARE(vuota->windowTitle(), QStringLiteral("Famiglie") + coda);
-    // I comandi di riga di un elenco vuoto si possono scegliere, e non fanno nulla.
-    for (QAction *azione : vuota->menu().at(1)->actions())
-        azione->trigger();
-    QCOMPARE(contesto().ArchivioCorrente, QStringLiteral("A1"));
-}
-
-void TestElenchi::finestraDellAmbito_data()
-{
-    QTest::addColumn<QList<int>>("scelte");
-    QTest::addColumn<int>("ambito");
-    QTest::newRow("nulla") << QList<int>{} << 0;
-    QTest::newRow("tutte le voci") << QList<int>{5} << 4;
-    QTest::newRow("tutti i registri") << QList<int>{3} << 6;
-    QTest::newRow("tutti gli archivi") << QList<int>{1} << 7;
-    QTest::newRow("tutto con dettagli") << QList<int>{1, 7} << 15;
-    QTest::newRow("ripensamento") << QList<int>{1, 0} << 6;
-    QTest::newRow("dettagli e ripensamento") << QList<int>{7, 6} << 0;
-}
-
-void TestElenchi::finestraDellAmbito()
-{
-    QFETCH(QList<int>, scelte);
-    QFETCH(int, ambito);
-    contesto().AmbitoScelto = 99;
-    fmVisualizza finestra(nullptr);
-    QCOMPARE(contesto().AmbitoScelto, 0);
-    for (const int scelta : scelte)
-        finestra.findChild<QRadioButton *>(QStringLiteral("Option1_%1").arg(scelta))->click();
-    const bool archivi =
-        finestra.findChild<QRadioButton *>(QStringLiteral("Option1_1"))->isChecked();
-    QCOMPARE(finestra.findChild<QRadioButton *>(QStringLiteral("Option1_2"))->isEnabled(),
-             !archivi);
-    finestra.findChild<QPushButton *>(QStringLiteral("Command1"))->click();
-    QCOMPARE(contesto().AmbitoScelto, ambito);
-}
-
-// Dal menu Tabelle di un visualizzatore di registri, accettando ciò che la finestra propone.
-void TestElenchi::dallaTabellaAllAltra()
-{
-    MDITras principale;
-    principale.show();
-    ApriArchivio(m_archivio->percorso());
-    ProprietaTabella proprieta;
-    proprieta.TipoTabella = QStringLiteral("Registri");
-    proprieta.Percorso = m_archivio->percorso();
-    proprieta.ArchivioLocale = QStringLiteral("A1");
-    principale.apre(proprieta);
-    fmTabella *registri = principale.visualizzatori().constLast();
-    QString titolo;
-    QString nascoste;
-    QTimer::singleShot(0, &principale, [&] {
-        auto *finestra = qobject_cast<fmVisualizza *>(QApplication::activeModalWidget());
-        titolo = finestra->windowTitle();
-        for (int i = 0; i < 4; ++i) {
-            const auto *cornice =
-                finestra->findChild<QWidget *>(QStringLiteral("Frame1_%1").arg(i));
-            nascoste += cornice->isVisible() ? QStringLiteral("s") : QStringLiteral("n");
-        }
-        finestra->findChild<QPushButton *>(QStringLiteral("Command1"))->click();
-    });
-    registri->menu().at(2)->actions().at(3)->trigger();
-    QCOMPARE(titolo, QStringLiteral("Individui in Registri"));
-    QCOMPARE(nascoste, QStringLiteral("ssns"));
-    const fmTabella *individui = principale.visualizzatori().constLast();
-    QCOMPARE(individui->proprieta.Ordinamento, 4);
-    QCOMPARE(individui->proprieta.RegistroLocale, QStringLiteral("R1"));
-    QCOMPARE(individui->findChild<QTableView *>()->model()->rowCount(), 2);
-    // Chi usa la tastiera si trova già nelle righe.
-    QCOMPARE(principale.focusWidget(), individui->findChild<QTableView *>());
-    QCOMPARE(contesto().AmbitoScelto, 0);
-}
-
-int main(int argc, char **argv)
-{
-    QApplication applicazione(argc, argv);
-    preparaApplicazione(applicazione);
-    TestElenchi prova;
-    return QTest::qExec(&prova, argc, argv);
-}
+QTEST_MAIN(TestElenchi)
 #include "tst_elenchi.moc"

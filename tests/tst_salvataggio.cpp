@@ -57,18 +57,10 @@ private slots:
     void iCodiciNuoviNonSonoDiNessuno()
     {
         // Restano eventi, coppie e testi degli individui, ma nessun individuo né il suo indice.
-        {
-            ado::Connection connessione;
-            connessione.Open(stringaDiConnessione(m_percorso));
-            connessione.Execute(
-                {u"UPDATE Binari SET IdProprietario = 'I998' WHERE Codice = 'B2'"_s, {}, {}});
-        }
-        QByteArray rotto = byteDi(m_percorso);
-        for (const char *albero : {"Individui", "sqlite_autoindex_Individui_1", "IndividuiNumero"})
-            rotto.replace((radice(albero) - 1) * 4096, 4096, QByteArray(4096, 'x'));
-        scrive(m_percorso, rotto);
-        const Compattato esito = compattaArchivio(m_percorso, cestino(), avanti);
-        QVERIFY(esito.riparato);
+        Aparte(m_percorso)
+            .esegui(u"UPDATE Binari SET IdProprietario = 'I998' WHERE Codice = 'B2'"_s);
+        rompe({"Individui", "sqlite_autoindex_Individui_1", "IndividuiNumero"});
+        QVERIFY(compattaArchivio(m_percorso, cestino(), avanti).riparato);
         ApriArchivio(m_percorso);
         QCOMPARE(NuovoCodice(u"Individui"_s), u"I999"_s);
         QCOMPARE(NuovoCodice(u"Voci"_s), u"V61"_s);
@@ -108,8 +100,7 @@ private slots:
     // Mentre il file si legge senza il motore, i blocchi del motore restano.
     void nessunoScriveMentreSiSalva()
     {
-        scrive(m_percorso, QByteArray(m_sano).replace((radice("Voci") - 1) * 4096, 4096,
-                                                      QByteArray(4096, 'x')));
+        rompe({"Voci"});
         const QByteArray nome = QFile::encodeName(m_percorso);
         int volte = 0;
         int sciolti = 0;
@@ -138,10 +129,7 @@ private slots:
     // Chi ha perduto il proprietario sarà tolto alla prossima eliminazione: si dice prima.
     void contaChiHaPersoIlProprietario()
     {
-        QByteArray rotto = m_sano;
-        for (const char *albero : {"Voci", "sqlite_autoindex_Voci_1", "VociNumero"})
-            rotto.replace((radice(albero) - 1) * 4096, 4096, QByteArray(4096, 'x'));
-        scrive(m_percorso, rotto);
+        rompe({"Voci", "sqlite_autoindex_Voci_1", "VociNumero"});
         const Compattato esito = compattaArchivio(m_percorso, cestino(), avanti);
         const auto dopo = righeDi(m_percorso);
         QVERIFY(esito.riparato && dopo.value(u"Voci"_s).size() < 60);
@@ -158,16 +146,22 @@ private slots:
     }
 
 private:
-    // La prima pagina di una tabella o di un indice del file sano.
-    qint64 radice(const char *nome) const
+    // Copre la prima pagina di ogni tabella o indice.
+    void rompe(std::initializer_list<const char *> alberi) const
     {
-        ado::Connection connessione;
-        connessione.Open(stringaDiConnessione(m_percorso));
-        return connessione
-            .valore({u"SELECT rootpage FROM sqlite_schema WHERE name = ?"_s,
-                     {QString::fromUtf8(nome)},
-                     {}})
-            .toLongLong();
+        QByteArray rotto = byteDi(m_percorso);
+        {
+            Aparte archivio(m_percorso);
+            for (const char *albero : alberi) {
+                const qint64 radice =
+                    archivio
+                        .legge(u"SELECT rootpage FROM sqlite_schema WHERE name = ?"_s,
+                               {QString::fromUtf8(albero)})
+                        .toLongLong();
+                rotto.replace((radice - 1) * 4096, 4096, QByteArray(4096, 'x'));
+            }
+        }
+        scrive(m_percorso, rotto);
     }
 
     // Compatta il file rotto: ogni riga che il motore rende ancora dev'essere nel nuovo, nessuna
