@@ -16,12 +16,11 @@ using namespace modTarvola;
 class ArchivioDiProva
 {
 public:
-    explicit ArchivioDiProva(const QString &nome = QStringLiteral("prova.tvd"))
-        : m_percorso(m_cartella.filePath(nome))
+    ArchivioDiProva() : m_percorso(m_cartella.filePath(u"prova.tvd"_s))
     {
-        modTarvola::avviaArchivi();
-        modTarvola::creaModello(m_percorso);
-        modTarvola::ApriArchivio(m_percorso);
+        avviaArchivi();
+        creaModello(m_percorso);
+        ApriArchivio(m_percorso);
     }
 
     const QString &percorso() const { return m_percorso; }

@@ -16,15 +16,12 @@ private slots:
 
     void compattaETieneTutto()
     {
-        Compattato esito = compattaArchivio(m_percorso, cestino(), avanti);
+        const Compattato esito = compattaArchivio(m_percorso, cestino(), avanti);
         QVERIFY(!esito.riparato);
         QCOMPARE(QFileInfo(esito.nelCestino), QFileInfo(cestino(u"prova.tvd"_s)));
         QCOMPARE(byteDi(esito.nelCestino), m_sano);
         QCOMPARE(righeDi(m_percorso), m_prima);
         QVERIFY(QFileInfo(m_percorso).size() < m_sano.size());
-        esito = compattaArchivio(m_percorso, cestino(), avanti);
-        QCOMPARE(QFileInfo(esito.nelCestino).fileName(), u"prova (2).tvd"_s);
-        QCOMPARE(righeDi(m_percorso), m_prima);
         QCOMPARE(contenuto(m_cartella->path()).keys(),
                  QStringList({u"Cestino/"_s, u"prova.tvd"_s}));
     }
@@ -203,8 +200,6 @@ private slots:
         QCOMPARE(byteDi(m_percorso), m_sano);
         QVERIFY(contenuto(altrove.path()).isEmpty());
         QCOMPARE(contenuto(m_cartella->path()).size(), 1);
-        compattaArchivio(m_percorso, altrove.path(), avanti);
-        QCOMPARE(contenuto(altrove.path()).values(), QList<QByteArray>{m_sano});
     }
 
     // Un nome che qualcuno ha preso dopo la domanda resta suo.

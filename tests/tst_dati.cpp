@@ -54,17 +54,6 @@ private slots:
         QVERIFY_THROWS_EXCEPTION(ado::Errore, dopo(u"('E2147483647')"_s));
     }
 
-    void letteraDellaTabella()
-    {
-        QString lettere;
-        for (const QString &tabella : tabelleConCodice()) {
-            lettere += NuovoCodice(tabella);
-            QCOMPARE(tabellaDiCodice(NuovoCodice(tabella).toLower()), tabella);
-        }
-        QCOMPARE(lettere, u"A1R1V1I1F1E1B1L1C1O1"_s);
-        QCOMPARE(tabellaDiCodice(u"T1"_s), QString());
-    }
-
     void legameConLOperatore()
     {
         CollegaOperatore(connessione(), {}, u"V1"_s);
@@ -150,7 +139,7 @@ private slots:
         QCOMPARE(colonna(u"SELECT Gruppo FROM Archivi"_s), QStringList(u"(Null)"_s));
     }
 
-    void recordInSolaLettura()
+    void recordCheNonSiPuoScrivere()
     {
         esegui(u"INSERT INTO Archivi (Codice, Nome) VALUES ('A1', 'prima')"_s);
         auto record = aperto(dettagli(u"Archivi"_s, u"A1"_s), ado::adLockReadOnly);
@@ -159,12 +148,7 @@ private slots:
         record.AddNew();
         QCOMPARE(errore([&] { record.Update(); }).causa(), Causa::SolaLettura);
         QCOMPARE(colonna(u"SELECT Nome FROM Archivi"_s), QStringList(u"prima"_s));
-    }
-
-    void recordSparito()
-    {
-        esegui(u"INSERT INTO Archivi (Codice, Nome) VALUES ('A1', 'prima')"_s);
-        auto record = aperto(dettagli(u"Archivi"_s, u"A1"_s));
+        record = aperto(dettagli(u"Archivi"_s, u"A1"_s));
         esegui(u"DELETE FROM Archivi"_s);
         record.Assegna(u"Nome"_s, u"dopo"_s);
         QCOMPARE(errore([&] { record.Update(); }).testo(), u"il record non esiste più"_s);
@@ -290,15 +274,6 @@ private slots:
             QCOMPARE(byteDi(libero), QByteArray("nuovo"));
             QCOMPARE(QFile::exists(origine), numero == 2);
         }
-    }
-
-    void nomiDiFile()
-    {
-        QCOMPARE(shell::NomeFileDaPercorso(u"C:\\Dati\\d'Òrsi 1.tvd"_s), u"d'Òrsi 1.tvd"_s);
-        QCOMPARE(shell::NomeFileDaPercorso(u"/home\\x/y.z.tvd"_s), u"y.z.tvd"_s);
-        QCOMPARE(shell::NomeFileDaPercorso(u"x.tvd"_s), u"x.tvd"_s);
-        QCOMPARE(shell::NomeFileDaPercorso(u"/x/"_s), QString());
-        QCOMPARE(shell::NomeFileDaPercorso({}), QString());
     }
 };
 

@@ -9,41 +9,32 @@
 namespace
 {
 
-// Le righe di una tabella che a quel passo si guardano, e chi ne può essere proprietario.
-struct Riguardo {
-    int passo;
-    QString tabella;
-    QString colonna;
-    QString proprietari;
-};
-
-const QString nove =
-    u"Archivi Registri Voci Individui Famiglie Eventi Luoghi Comunicazioni Operatori"_s;
-
-const Riguardo riguardi[] = {
-    {1, u"Individui"_s, u"Voce"_s, u"Voci"_s},
-    {2, u"Famiglie"_s, u"Voce"_s, u"Voci"_s},
-    {3, u"FamiglieConiugi"_s, u"CodiceFamiglia"_s, u"Famiglie"_s},
-    {3, u"FamiglieGenitori"_s, u"CodiceFamiglia"_s, u"Famiglie"_s},
-    {4, u"FamiglieConiugi"_s, u"CodiceIndividuo"_s, u"Individui"_s},
-    {4, u"FamiglieGenitori"_s, u"CodiceIndividuo"_s, u"Individui"_s},
-    {5, u"Eventi"_s, u"IdProprietario"_s, u"Individui Famiglie"_s},
-    {6, u"OperatoriContesti"_s, u"CodiceContesto"_s, nove},
-    {7, u"Luoghi"_s, u"IdProprietario"_s, u"Operatori Archivi"_s},
-    {8, u"Comunicazioni"_s, u"IdProprietario"_s, u"Operatori Archivi"_s},
-    {9, u"Binari"_s, u"IdProprietario"_s, nove},
-};
+// A ogni passo le righe che si guardano, con la colonna del proprietario e chi può esserlo.
+const QStringList riguardi{u"1 Individui Voce Voci"_s,
+                           u"2 Famiglie Voce Voci"_s,
+                           u"3 FamiglieConiugi CodiceFamiglia Famiglie"_s,
+                           u"3 FamiglieGenitori CodiceFamiglia Famiglie"_s,
+                           u"4 FamiglieConiugi CodiceIndividuo Individui"_s,
+                           u"4 FamiglieGenitori CodiceIndividuo Individui"_s,
+                           u"5 Eventi IdProprietario Individui Famiglie"_s,
+                           u"6 OperatoriContesti CodiceContesto"_s,
+                           u"7 Luoghi IdProprietario Operatori Archivi"_s,
+                           u"8 Comunicazioni IdProprietario Operatori Archivi"_s,
+                           u"9 Binari IdProprietario"_s};
 
 // La pulizia come la si direbbe a voce: ogni passo guarda tutto l'archivio.
 void passo(Aparte &archivio, int numero, const QString &operatore)
 {
-    for (const Riguardo &uno : riguardi) {
-        if (uno.passo != numero)
+    QStringList nove = tabelleConCodice();
+    nove.removeOne(u"Binari"_s);
+    for (const QString &uno : riguardi) {
+        const QStringList parole = uno.split(u' ');
+        if (parole[0].toInt() != numero)
             continue;
-        QString istruzione = u"DELETE FROM %1 WHERE 1"_s.arg(uno.tabella);
-        for (const QString &tabella : uno.proprietari.split(u' '))
+        QString istruzione = u"DELETE FROM %1 WHERE 1"_s.arg(parole[1]);
+        for (const QString &tabella : parole.size() > 3 ? parole.mid(3) : nove)
             istruzione += u" AND NOT EXISTS (SELECT 1 FROM %1 z WHERE z.Codice = %2.%3)"_s.arg(
-                tabella, uno.tabella, uno.colonna);
+                tabella, parole[1], parole[2]);
         archivio.esegui(istruzione);
     }
     if (numero == 3)
@@ -248,7 +239,7 @@ private slots:
                  ado::Causa::Interrotto);
         QVERIFY(!connessione().inTransazione());
         QCOMPARE(righe(u"Voci"_s), 5000);
-        elimina(connessione(), u"R1"_s, {});
+        elimina(connessione(), u"r1"_s, {});
         QCOMPARE(righe(u"Voci"_s), 0);
     }
 };

@@ -22,6 +22,16 @@ void righe(const char *atteso, const char *testi)
         QTest::newRow(qUtf8Printable(u'[' + testo + u']')) << testo << QString::fromUtf8(atteso);
 }
 
+QString data(const QString &testo)
+{
+    return italiano::leggiData(testo).value_or(u""_s);
+}
+
+QString ora(const QString &testo, const QString &giorno = {})
+{
+    return italiano::leggiOra(testo, giorno).value_or(u""_s);
+}
+
 } // namespace
 
 class TstItaliano : public QObject
@@ -62,8 +72,7 @@ private slots:
     void leggeDate()
     {
         QFETCH(QString, testo);
-        QFETCH(QString, atteso);
-        QCOMPARE(italiano::leggiData(testo).value_or(u""_s), atteso);
+        QTEST(data(testo), "atteso");
     }
 
     void leggeOgniMese()
@@ -74,8 +83,8 @@ private slots:
             const QString atteso = u"1630-%1-07"_s.arg(mese + 1, 2, 10, QChar(u'0'));
             for (qsizetype lettere = 3; lettere <= mesi[mese].size(); ++lettere) {
                 const QString testo = u"7 %1 1630"_s.arg(mesi[mese].left(lettere));
-                QCOMPARE(italiano::leggiData(testo).value_or(testo), atteso);
-                QCOMPARE(italiano::leggiData(testo.toUpper()).value_or(testo), atteso);
+                QCOMPARE(data(testo), atteso);
+                QCOMPARE(data(testo.toUpper()), atteso);
             }
         }
     }
@@ -102,10 +111,9 @@ private slots:
     {
         QFETCH(QString, testo);
         QFETCH(QString, atteso);
-        QCOMPARE(italiano::leggiOra(testo, u"1800-01-01").value_or(u""_s), atteso);
-        QCOMPARE(italiano::leggiOra(testo, u"1800-01-01 12:00:00").value_or(u""_s), atteso);
-        QCOMPARE(italiano::leggiOra(testo).value_or(u""_s),
-                 atteso.replace(u"1800-01-01"_s, u"1899-12-30"_s));
+        QCOMPARE(ora(testo, u"1800-01-01"_s), atteso);
+        QCOMPARE(ora(testo, u"1800-01-01 12:00:00"_s), atteso);
+        QCOMPARE(ora(testo), atteso.replace(u"1800-01-01"_s, u"1899-12-30"_s));
     }
 
     void leggePagine_data()
@@ -121,16 +129,14 @@ private slots:
         righe("2147483647", "2147483647|2.147.483.647,00|2147483646,5");
         righe("",
               "-1|-0,2|2147483648|2147483647,4|2147483647,0000000001|99999999999999999999999999");
-        righe("", "| |,|+|a|12a|12r|1 2|10.00|1.0000|1000.000|0.007|1.5|1,5,5|1,000.5|٣");
-        righe("", "inf|nan|0x10|1e3");
+        righe("", "| |,|+|a|12a|12r|1 2|10.00|1.0000|1000.000|0.007|1.5|1,5,5|1,000.5|٣|nan|1e3");
     }
 
     void leggePagine()
     {
         QFETCH(QString, testo);
-        QFETCH(QString, atteso);
         const auto letta = italiano::leggiPagina(testo);
-        QCOMPARE(letta ? QString::number(*letta) : u""_s, atteso);
+        QTEST(letta ? QString::number(*letta) : u""_s, "atteso");
     }
 
     void mostra_data()
@@ -150,11 +156,9 @@ private slots:
     void mostra()
     {
         QFETCH(QString, testo);
-        QFETCH(QString, atteso);
-        const QStringList mostrati = {italiano::mostraData(testo),
-                                      italiano::mostraDataEstesa(testo),
-                                      italiano::mostraDataBreve(testo), italiano::mostraOra(testo)};
-        QCOMPARE(mostrati.join(u'|'), atteso);
+        const QStringList mostrati{italiano::mostraData(testo), italiano::mostraDataEstesa(testo),
+                                   italiano::mostraDataBreve(testo), italiano::mostraOra(testo)};
+        QTEST(mostrati.join(u'|'), "atteso");
     }
 
     void andataERitorno()
@@ -163,18 +167,15 @@ private slots:
         const qint64 primo = QDate(100, 1, 1).toJulianDay();
         const qint64 ultimo = QDate(9999, 12, 31).toJulianDay();
         for (int giro = 0; giro < 3000; ++giro) {
-            const QDate data = QDate::fromJulianDay(caso.bounded(primo, ultimo + 1));
-            const QString giorno = data.toString(u"yyyy-MM-dd");
-            const QTime ora = QTime(0, 0).addSecs(caso.bounded(86400));
-            const QString istante = giorno + ora.toString(u" HH:mm:ss");
-            QCOMPARE(italiano::leggiData(italiano::mostraData(istante)).value_or(u""_s), giorno);
-            QCOMPARE(italiano::leggiData(italiano::mostraDataEstesa(istante)).value_or(u""_s),
-                     giorno);
-            QCOMPARE(italiano::leggiData(italiano::mostraDataBreve(giorno)).value_or(u""_s),
-                     giorno);
-            QCOMPARE(italiano::leggiOra(italiano::mostraDataBreve(istante)).value_or(u""_s),
-                     istante);
-            QCOMPARE(italiano::leggiOra(italiano::mostraOra(istante)).value_or(u""_s), istante);
+            const QString giorno =
+                QDate::fromJulianDay(caso.bounded(primo, ultimo + 1)).toString(u"yyyy-MM-dd");
+            const QTime tempo = QTime(0, 0).addSecs(caso.bounded(86400));
+            const QString istante = giorno + tempo.toString(u" HH:mm:ss");
+            QCOMPARE(data(italiano::mostraData(istante)), giorno);
+            QCOMPARE(data(italiano::mostraDataEstesa(istante)), giorno);
+            QCOMPARE(data(italiano::mostraDataBreve(giorno)), giorno);
+            QCOMPARE(ora(italiano::mostraDataBreve(istante)), istante);
+            QCOMPARE(ora(italiano::mostraOra(istante)), istante);
         }
     }
 
@@ -188,10 +189,9 @@ private slots:
     void riconosceUguali()
     {
         QFETCH(QString, testo);
-        QFETCH(QString, atteso);
         const auto parti = testo.split(u'=');
-        QCOMPARE(italiano::uguali(parti[0], parti[1]), atteso == u"uguali");
-        QCOMPARE(italiano::uguali(parti[1], parti[0]), atteso == u"uguali");
+        QTEST(italiano::uguali(parti[0], parti[1]) ? u"uguali"_s : u"diversi"_s, "atteso");
+        QTEST(italiano::uguali(parti[1], parti[0]) ? u"uguali"_s : u"diversi"_s, "atteso");
     }
 
     void ordina()
