@@ -139,6 +139,18 @@ private slots:
         QCOMPARE(colonna(u"SELECT Gruppo FROM Archivi"_s), QStringList(u"(Null)"_s));
     }
 
+    void campiDaCitare()
+    {
+        for (const auto &[tabella, campo] :
+             {std::pair{u"Comunicazioni"_s, u"E-mail"_s}, {u"Individui"_s, u"Età"_s}}) {
+            esegui(u"INSERT INTO %1 (Codice) VALUES ('X1')"_s.arg(tabella));
+            auto record = aperto(dettagli(tabella, u"X1"_s));
+            record.Assegna(campo, u"così è"_s);
+            record.Update();
+            QCOMPARE(aperto(dettagli(tabella, u"X1"_s)).Testo(campo.toUpper()), u"così è"_s);
+        }
+    }
+
     void recordCheNonSiPuoScrivere()
     {
         esegui(u"INSERT INTO Archivi (Codice, Nome) VALUES ('A1', 'prima')"_s);
