@@ -205,8 +205,9 @@ private slots:
                 caso.riga();
             for (int volta = 0; volta < 8; ++volta) {
                 const QString codice = caso.codice("ARVIFEBLCO"[caso.numero(9)]);
-                elimina(veloce, codice, u"O2"_s);
-                eliminaAllaLettera(lenta, codice, u"O2"_s);
+                const QString operatore = caso.codice('O');
+                elimina(veloce, codice, operatore);
+                eliminaAllaLettera(lenta, codice, operatore);
                 if (contenuto(veloce) != contenuto(lenta))
                     qWarning("archivio %u, eliminazione %d: %s", seme, volta, qPrintable(codice));
                 QCOMPARE(contenuto(veloce), contenuto(lenta));
