@@ -83,68 +83,61 @@ public:
     }
 
     int numero(int fino) { return std::uniform_int_distribution<int>(0, fino)(m_caso); }
-    QString codice(char lettera) { return QLatin1Char(lettera) + QString::number(1 + numero(5)); }
+    QString codice(QChar lettera) { return lettera + QString::number(1 + numero(5)); }
+    QString unoDi(const QString &lettere)
+    {
+        return codice(lettere.at(numero(static_cast<int>(lettere.size()) - 1)));
+    }
 
     void riga()
     {
-        static const struct {
-            QString tabella;
-            QString colonna;
-            const char *proprietari;
-        } forme[] = {
-            {u"Archivi"_s, u"Modifica"_s, ""},
-            {u"Registri"_s, u"Archivio"_s, "A"},
-            {u"Voci"_s, u"Registro"_s, "R"},
-            {u"Individui"_s, u"Voce"_s, "V"},
-            {u"Famiglie"_s, u"Voce"_s, "V"},
-            {u"Eventi"_s, u"IdProprietario"_s, "IF"},
-            {u"Luoghi"_s, u"IdProprietario"_s, "OA"},
-            {u"Comunicazioni"_s, u"IdProprietario"_s, "OA"},
-            {u"Binari"_s, u"IdProprietario"_s, "ARVIFELCO"},
-            {u"Operatori"_s, u"Modifica"_s, ""},
-        };
-        const int quale = numero(12);
-        if (quale > 9)
-            return legame(quale);
-        const auto &[tabella, colonna, proprietari] = forme[quale];
-        const char lettera = tabella.front().toLatin1();
-        const QString suo = codice(lettera);
+        // La tabella, una colonna e le lettere dei proprietari che vi sono giusti.
+        static const QStringList forme{u"Archivi Modifica"_s,
+                                       u"Registri Archivio A"_s,
+                                       u"Voci Registro R"_s,
+                                       u"Individui Voce V"_s,
+                                       u"Famiglie Voce V"_s,
+                                       u"Eventi IdProprietario IF"_s,
+                                       u"Luoghi IdProprietario OA"_s,
+                                       u"Comunicazioni IdProprietario OA"_s,
+                                       u"Binari IdProprietario ARVIFELCO"_s,
+                                       u"Operatori Modifica"_s,
+                                       u"FamiglieConiugi CodiceFamiglia I"_s,
+                                       u"FamiglieGenitori CodiceFamiglia I"_s,
+                                       u"OperatoriContesti CodiceOperatore ARVIFELCO"_s};
+        const QStringList forma = forme.at(numero(12)).split(u' ');
+        const QString &tabella = forma[0];
+        const QString &colonna = forma[1];
+        const QString suo = codice(tabella.front());
+        const QVariant di = proprietario(forma.value(2));
+        if (colonna.startsWith(u"Codice"_s)) {
+            esegue(u"INSERT OR IGNORE INTO %1 VALUES (?, ?)"_s.arg(tabella),
+                   {suo, di.isNull() ? u"Z9"_s : di});
+            if (numero(9) == 0)
+                esegue(u"DELETE FROM %1 WHERE %2 = ?"_s.arg(tabella, colonna),
+                       {tabella.front() + u"1"_s});
+            return;
+        }
         esegue(u"INSERT OR IGNORE INTO %1 (Codice, %2) VALUES (?, ?)"_s.arg(tabella, colonna),
-               {suo, proprietario(proprietari)});
+               {suo, di});
         // A volte una riga passa ad altro proprietario, o cambia codice.
         if (numero(9) == 0)
             esegue(u"UPDATE %1 SET %2 = ? WHERE Codice = ?"_s.arg(tabella, colonna),
-                   {proprietario(proprietari), suo});
+                   {proprietario(forma.value(2)), suo});
         if (numero(14) == 0)
             esegue(u"UPDATE OR IGNORE %1 SET Codice = ? WHERE Codice = ?"_s.arg(tabella),
-                   {codice(lettera), suo});
+                   {codice(tabella.front()), suo});
     }
 
 private:
-    QVariant proprietario(const char *lettere)
+    QVariant proprietario(const QString &lettere)
     {
         const int scelta = numero(19);
-        if (scelta == 0 || *lettere == '\0')
+        if (scelta == 0 || lettere.isEmpty())
             return {};
         if (scelta == 1)
             return u"Z9"_s;
-        if (scelta == 2)
-            return codice("ARVIFEBLCO"[numero(9)]);
-        return codice(lettere[numero(static_cast<int>(qstrlen(lettere)) - 1)]);
-    }
-
-    void legame(int quale)
-    {
-        const QString tabella = quale == 10   ? u"FamiglieConiugi"_s
-                                : quale == 11 ? u"FamiglieGenitori"_s
-                                              : u"OperatoriContesti"_s;
-        const QVariant contesto = proprietario(quale == 12 ? "ARVIFELCO" : "I");
-        esegue(u"INSERT OR IGNORE INTO %1 VALUES (?, ?)"_s.arg(tabella),
-               {codice(quale == 12 ? 'O' : 'F'), contesto.isNull() ? u"Z9"_s : contesto});
-        if (numero(9) == 0)
-            esegue(u"DELETE FROM "_s + tabella +
-                   (quale == 12 ? u" WHERE CodiceOperatore = 'O1'"_s
-                                : u" WHERE CodiceFamiglia = 'F1'"_s));
+        return unoDi(scelta == 2 ? u"ARVIFEBLCO"_s : lettere);
     }
 
     void esegue(const QString &istruzione, const QVariantList &valori = {})
@@ -204,8 +197,8 @@ private slots:
             for (int i = 0; i < 60; ++i)
                 caso.riga();
             for (int volta = 0; volta < 8; ++volta) {
-                const QString codice = caso.codice("ARVIFEBLCO"[caso.numero(9)]);
-                const QString operatore = caso.codice('O');
+                const QString codice = caso.unoDi(u"ARVIFEBLCO"_s);
+                const QString operatore = caso.codice(u'O');
                 elimina(veloce, codice, operatore);
                 eliminaAllaLettera(lenta, codice, operatore);
                 if (contenuto(veloce) != contenuto(lenta))
