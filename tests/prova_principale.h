@@ -152,6 +152,23 @@ protected:
         batteFile(u"Crea un nuovo file (nome senza estensione)"_s, scelto);
     }
 
+    void avvertimentoSpostamento(const QString &file, bool procede)
+    {
+        persona->avvertimento(u"Attenzione! Il vecchio file\n"_s + file +
+                                  u"\nsarà spostato nella cartella 'Cestino'"_s,
+                              procede);
+    }
+    void inUso(const QString &file, bool chiude)
+    {
+        persona->domanda(file + u"\nè attualmente in uso, se si procede sarà chiuso"
+                                "\ncon tutte le finestre ad esso collegate"_s,
+                         chiude);
+    }
+    void rinominato(const QString &file, const QString &dove)
+    {
+        persona->avviso(u"Il file\n"_s + file + u"\nè stato rinominato\n"_s + dove);
+    }
+
     // Un archivio con due archivi, tre registri e tre voci, aperto dal menu.
     fmTabella *apreEsempio(const QString &nome = u"esempio.tvd"_s)
     {

@@ -14,8 +14,6 @@ private slots:
     {
         const QString suo = percorso(u"esempio.tvd"_s);
         const fmTabella *archiviAperti = apreEsempio();
-        QCOMPARE(archiviAperti->windowTitle(), u"Archivi File "_s + suo);
-        QCOMPARE(barra(archiviAperti), u"SANGE"_s);
         QCOMPARE(corrente(archiviAperti), u"A1"_s);
         QCOMPARE(contesto().ArchivioCorrente, u"A1"_s);
         va(archiviAperti, 1);
@@ -27,7 +25,6 @@ private slots:
         QCOMPARE(registri->proprieta.VoceLocaleTabella, u"A2"_s);
         QCOMPARE(registri->windowTitle(), u"Registri File "_s + suo + u" Archivio A2"_s);
         QCOMPARE(griglia(registri)->model()->rowCount(), 2);
-        QCOMPARE(barra(registri), u"SANGE"_s);
         QCOMPARE(contesto().RegistroCorrente, u"R2"_s);
         QCOMPARE(contesto().TipoRegistroCorrente, 10);
         // Dodici colonne: il clic sulla testata non fa nulla.
@@ -37,8 +34,6 @@ private slots:
 
         fmTabella *voci = ultimo();
         QCOMPARE(voci->windowTitle(), u"Voci File "_s + suo + u" Archivio A2 Registro R2"_s);
-        QCOMPARE(barra(voci), u"sANGE"_s);
-        QVERIFY(!menu(u"&Voci"_s)->actions().constFirst()->isEnabled());
         QCOMPARE(contesto().VoceCorrente, u"V1"_s);
         QCOMPARE(cella(voci, 0, 3), u"04/03/1750"_s);
         va(voci, 1);
@@ -64,9 +59,6 @@ private slots:
         QCOMPARE(ultimo()->windowTitle(), u"Voci File "_s + suo + u" Archivio A2 Registro R3"_s);
         QCOMPARE(barra(ultimo()), u"saNge"_s);
         QCOMPARE(contesto().VoceCorrente, u"V1"_s);
-        contesto().RegistroCorrente.clear();
-        ultimo()->Form_Activate();
-        QCOMPARE(ultimo()->windowTitle(), u"Voci File "_s + suo + u" Archivio A2"_s);
         // Senza una riga i comandi che ne vogliono una non fanno nulla.
         for (const QString &vuoto : {u"Seleziona"_s, u"Apri"_s, u"Elimina"_s})
             sceglie(u"&Voci"_s, vuoto);
