@@ -19,9 +19,6 @@
 #include <algorithm>
 #include <memory>
 
-using namespace Qt::StringLiterals;
-using namespace modTarvola;
-
 inline QString modello()
 {
     return shell::cartellaApplicazione() + u"/tarvola.mod"_s;
@@ -30,13 +27,6 @@ inline QString modello()
 inline QString cestino(const QString &nome)
 {
     return shell::cartellaApplicazione() + u"/Cestino/"_s + nome;
-}
-
-inline void scriveFile(const QString &percorso, const QByteArray &contenuto)
-{
-    QFile file(percorso);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(contenuto);
 }
 
 inline QStringList didascalie(const QList<QAction *> &azioni)

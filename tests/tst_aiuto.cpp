@@ -122,7 +122,7 @@ private slots:
     void memoria()
     {
         QFETCH(QByteArray, elenco);
-        scriveFile(percorso(u"memoria"_s), elenco);
+        scrive(percorso(u"memoria"_s), elenco);
         const sistema::Memoria letta = sistema::memoria(percorso(u"memoria"_s));
         const QList<quint64> in{letta.fisicaDisponibile / 1024, letta.fisicaTotale / 1024,
                                 letta.virtualeDisponibile / 1024, letta.virtualeTotale / 1024};

@@ -108,7 +108,7 @@ private slots:
     void compattaDiceCheCosaNonVa()
     {
         const QString file = percorso(u"rotto.tvd"_s);
-        scriveFile(file, "nulla che si legga");
+        scrive(file, "nulla che si legga");
         batteFile(u"Compatta/ripara un file"_s, file);
         avvertimentoSpostamento(file, true);
         nonRiuscito(u"Compressione/riparazione non riuscita"_s);
@@ -123,7 +123,7 @@ private slots:
         QVERIFY(!QFileInfo::exists(senzaNome));
         // Una cartella che non si può fare.
         QDir().rmdir(cestino({}));
-        scriveFile(shell::cartellaApplicazione() + u"/Cestino"_s, {});
+        scrive(shell::cartellaApplicazione() + u"/Cestino"_s, {});
         creaModello(percorso(u"sano.tvd"_s));
         batteFile(u"Compatta/ripara un file"_s, percorso(u"sano.tvd"_s));
         avvertimentoSpostamento(percorso(u"sano.tvd"_s), true);
@@ -172,7 +172,7 @@ private slots:
                 sovrascrive(si);
             persona->avviso(si ? u"Back-up riuscito"_s : u"Back-up annullato"_s);
             if (esiste)
-                scriveFile(copia, "vecchia");
+                scrive(copia, "vecchia");
             sceglie(u"&File"_s, u"Back up"_s);
             QCOMPARE(QFileInfo(copia).size() > 100, si);
         }
@@ -248,7 +248,7 @@ private slots:
         QCOMPARE(QFileInfo(arrivo).lastModified(), prima);
         QCOMPARE(archiviIn(arrivo), 2);
         // Un file che non è un archivio non prende il posto di uno buono.
-        scriveFile(percorso(u"esempio.tvd"_s), QByteArray(9000, 'k'));
+        scrive(percorso(u"esempio.tvd"_s), QByteArray(9000, 'k'));
         batteFile(u"Recupera"_s, scelto);
         sovrascrive(true);
         nonRiuscito(u"Recupero non riuscito"_s);

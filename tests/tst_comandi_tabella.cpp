@@ -28,12 +28,6 @@ QString chiedeDi(const QString &nome)
            u"\nSi per sovrascriverlo No per aprire il file esistente"_s;
 }
 
-QByteArray contenuto(const QString &percorso)
-{
-    QFile file(percorso);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 // Per ogni tabella i codici che restano, tolto il primo.
 void rimastiSenzaIlPrimo()
 {
@@ -161,12 +155,12 @@ private slots:
         const QString scritto = shell::cartellaApplicazione() + u"/atto.txt"_s;
         QDesktopServices::setUrlHandler(u"file"_s, this, "apreFile");
         comando(oggetti, 2);
-        QCOMPARE(contenuto(scritto), "\x01\x02"_ba);
+        QCOMPARE(byteDi(scritto), "\x01\x02"_ba);
         for (const bool si : {false, true}) {
-            scriveFile(scritto, "mio");
+            scrive(scritto, "mio");
             persona->domanda(chiedeDi(u"atto.txt"_s), si);
             comando(oggetti, 2);
-            QCOMPARE(contenuto(scritto), si ? "\x01\x02"_ba : "mio"_ba);
+            QCOMPARE(byteDi(scritto), si ? "\x01\x02"_ba : "mio"_ba);
         }
         QDesktopServices::unsetUrlHandler(u"file"_s);
         QCOMPARE(aperti, QStringList(3, u"atto.txt"_s));
@@ -190,20 +184,20 @@ private slots:
         QFETCH(QString, nome);
         QFETCH(bool, esiste);
         esempio();
-        scriveFile(shell::cartellaApplicazione() + u"/vecchio.tvd"_s, "archivio");
+        scrive(shell::cartellaApplicazione() + u"/vecchio.tvd"_s, "archivio");
         esegui(u"UPDATE Binari SET Nome = ? WHERE Codice = 'B2'"_s, {nome});
         const fmTabella *oggetti = elenco(u"Binari"_s);
         va(oggetti, 1);
         const QString ultima = nome.section(u'\\', -1);
         const QString suo = shell::cartellaApplicazione() + u'/' + ultima;
-        const QByteArray prima = contenuto(suo);
+        const QByteArray prima = byteDi(suo);
         QCOMPARE(!prima.isEmpty(), esiste);
         if (esiste)
             persona->domanda(chiedeDi(ultima), true);
         persona->avviso(
             u"Operazione non riuscita:\nil file %1 non va sostituito con un allegato"_s.arg(suo));
         comando(oggetti, 2);
-        QCOMPARE(contenuto(suo), prima);
+        QCOMPARE(byteDi(suo), prima);
         QCOMPARE(QFile::exists(suo), esiste);
         QCOMPARE(aperti, QStringList());
     }

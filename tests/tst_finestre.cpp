@@ -91,7 +91,7 @@ private slots:
     void fileCheNonSiApre()
     {
         apreEsempio();
-        scriveFile(percorso(u"testo.tvd"_s), QByteArray("Non è un archivio").repeated(99));
+        scrive(percorso(u"testo.tvd"_s), QByteArray("Non è un archivio").repeated(99));
         batteFile(u"Apri un file"_s, percorso(u"testo.tvd"_s));
         persona->avviso(u"Operazione non riuscita:\n"_s + percorso(u"testo.tvd"_s) +
                         u"\nil file non è un archivio di Tarvola (file is not a database)"_s);

@@ -2,11 +2,13 @@
 #include "app/fmChiudi.h"
 #include "app/fmGuida.h"
 #include "comune.h"
+#include "platform/avanzamento.h"
 #include "platform/shell.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QDirIterator>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPointer>
@@ -22,10 +24,7 @@ const QString cartella = QStringLiteral(CARTELLA_GUIDA);
 
 QString contenuto(const QString &pagina)
 {
-    QFile file(cartella + u'/' + pagina);
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("manca %s", qPrintable(pagina));
-    return QString::fromUtf8(file.readAll());
+    return QString::fromUtf8(byteDi(cartella + u'/' + pagina));
 }
 
 QStringList pagineNellIndice()
@@ -207,6 +206,8 @@ private slots:
         // Senza accenti si trova, e si evidenzia, ciò che ne ha.
         QTest::keyClicks(casella, u"cio suggerimenti"_s);
         auto *elenco = guida->findChild<QListWidget *>(u"Trovate"_s);
+        auto *nessuna = guida->findChild<QLabel *>(u"Nessuna"_s);
+        QVERIFY(!nessuna->isVisible());
         QCOMPARE(elenco->count(), 1);
         QTest::keyClick(casella, Qt::Key_Return);
         QCOMPARE(paginaVista(guida), u"htm/FinestraOrtografia.htm"_s);
@@ -214,6 +215,8 @@ private slots:
         for (const auto &evidenza : vista(guida)->extraSelections())
             evidenti << evidenza.cursor.selectedText();
         QVERIFY(evidenti.contains(u"ciò"_s));
+        QTest::keyClicks(casella, u"zz"_s);
+        QVERIFY(nessuna->isVisible());
         const QPointer<fmGuida> viva(guida);
         QTest::keyClick(casella, Qt::Key_Escape);
         QTRY_VERIFY(viva.isNull());
@@ -244,6 +247,15 @@ private slots:
             QCOMPARE(guidaAperta()->parentWidget(), &dialogo);
             dialogo.reject();
         }
+        QVERIFY(guidaAperta() != nullptr);
+        QCOMPARE(guidaAperta()->parentWidget(), &sotto);
+        // Anche sopra un lavoro lungo, che se ne va senza che nessuno lo chiuda.
+        avanzamento::compie(
+            &sotto, u"Lavoro"_s,
+            [](const avanzamento::Passo &) {
+                QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_F1);
+            },
+            avanzamento::Compare::Subito);
         QVERIFY(guidaAperta() != nullptr);
         QCOMPARE(guidaAperta()->parentWidget(), &sotto);
         guidaAperta()->close();

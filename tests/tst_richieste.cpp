@@ -148,7 +148,7 @@ private slots:
         principale->apreArchivio(percorso(u"manca.tvd"_s));
         principale->apreArchivio(cartella->path());
         QVERIFY(persona->inattese().isEmpty());
-        scriveFile(percorso(u"testo.tvd"_s), "non un archivio");
+        scrive(percorso(u"testo.tvd"_s), "non un archivio");
         QString detto;
         persona->poi([&detto](QWidget *finestra) {
             detto = qobject_cast<QMessageBox *>(finestra)->text();
