@@ -1,11 +1,11 @@
 #pragma once
 
-#include "app/avvio.h"
 #include "app/contesto.h"
 #include "app/MDITras.h"
 #include "comune.h"
 #include "persona.h"
 #include "platform/shell.h"
+#include "programma.h"
 
 #include <QAction>
 #include <QDir>

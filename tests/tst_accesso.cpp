@@ -1,9 +1,9 @@
-#include "app/avvio.h"
 #include "app/contesto.h"
 #include "app/finestre.h"
 #include "app/fmLogin.h"
 #include "app/MDITras.h"
 #include "finestre_di_prova.h"
+#include "programma.h"
 
 #include <QAction>
 #include <QFileDialog>
@@ -292,12 +292,6 @@ private slots:
     }
 };
 
-int main(int argc, char **argv)
-{
-    QApplication applicazione(argc, argv);
-    preparaApplicazione(applicazione);
-    TstAccesso prove;
-    return QTest::qExec(&prove, argc, argv);
-}
+PROVA_CON_FINESTRE(TstAccesso)
 
 #include "tst_accesso.moc"

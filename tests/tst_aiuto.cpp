@@ -193,12 +193,6 @@ private:
     QTemporaryDir dati;
 };
 
-int main(int argc, char **argv)
-{
-    QApplication applicazione(argc, argv);
-    preparaApplicazione(applicazione);
-    TstAiuto prova;
-    return QTest::qExec(&prova, argc, argv);
-}
+PROVA_CON_FINESTRE(TstAiuto)
 
 #include "tst_aiuto.moc"

@@ -1,4 +1,3 @@
-#include "app/avvio.h"
 #include "app/MDITras.h"
 #include "db/custodia.h"
 #include "db/versioni.h"
@@ -285,12 +284,6 @@ private slots:
     }
 };
 
-int main(int argc, char **argv)
-{
-    QApplication applicazione(argc, argv);
-    preparaApplicazione(applicazione);
-    TstComandiFile prove;
-    return QTest::qExec(&prove, argc, argv);
-}
+PROVA_CON_FINESTRE(TstComandiFile)
 
 #include "tst_comandi_file.moc"

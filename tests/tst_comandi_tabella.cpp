@@ -327,12 +327,6 @@ private:
     QStringList aperti;
 };
 
-int main(int argc, char **argv)
-{
-    QApplication applicazione(argc, argv);
-    preparaApplicazione(applicazione);
-    TstComandiTabella prove;
-    return QTest::qExec(&prove, argc, argv);
-}
+PROVA_CON_FINESTRE(TstComandiTabella)
 
 #include "tst_comandi_tabella.moc"

@@ -1,7 +1,7 @@
 #include "anteriore.h"
-#include "app/avvio.h"
 #include "app/conversione_archivio.h"
 #include "persona.h"
+#include "programma.h"
 
 #include <QDir>
 
@@ -107,12 +107,6 @@ private slots:
     }
 };
 
-int main(int argc, char **argv)
-{
-    QApplication applicazione(argc, argv);
-    preparaApplicazione(applicazione);
-    TstConversioneArchivio prove;
-    return QTest::qExec(&prove, argc, argv);
-}
+PROVA_CON_FINESTRE(TstConversioneArchivio)
 
 #include "tst_conversione_archivio.moc"

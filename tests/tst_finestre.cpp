@@ -229,12 +229,6 @@ private:
     }
 };
 
-int main(int argc, char **argv)
-{
-    QApplication applicazione(argc, argv);
-    preparaApplicazione(applicazione);
-    TstFinestre prove;
-    return QTest::qExec(&prove, argc, argv);
-}
+PROVA_CON_FINESTRE(TstFinestre)
 
 #include "tst_finestre.moc"

@@ -1,12 +1,11 @@
-#include "app/avvio.h"
 #include "app/fmChiudi.h"
 #include "app/fmGuida.h"
 #include "comune.h"
 #include "platform/avanzamento.h"
 #include "platform/shell.h"
+#include "programma.h"
 
 #include <QAction>
-#include <QApplication>
 #include <QDirIterator>
 #include <QLabel>
 #include <QLineEdit>
@@ -263,12 +262,6 @@ private slots:
     }
 };
 
-int main(int argc, char **argv)
-{
-    QApplication applicazione(argc, argv);
-    preparaApplicazione(applicazione);
-    TestGuida prova;
-    return QTest::qExec(&prova, argc, argv);
-}
+PROVA_CON_FINESTRE(TestGuida)
 
 #include "tst_guida.moc"

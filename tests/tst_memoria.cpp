@@ -1,8 +1,7 @@
 #include "app/area.h"
-#include "app/avvio.h"
 #include "platform/memoria_finestre.h"
+#include "programma.h"
 
-#include <QApplication>
 #include <QHeaderView>
 #include <QMdiSubWindow>
 #include <QScreen>
@@ -157,12 +156,6 @@ private:
     std::unique_ptr<QTemporaryDir> cartella;
 };
 
-int main(int argc, char **argv)
-{
-    QApplication applicazione(argc, argv);
-    preparaApplicazione(applicazione);
-    TestMemoria prova;
-    return QTest::qExec(&prova, argc, argv);
-}
+PROVA_CON_FINESTRE(TestMemoria)
 
 #include "tst_memoria.moc"

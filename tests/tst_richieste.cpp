@@ -184,12 +184,6 @@ private:
     QStringList aperti;
 };
 
-int main(int argc, char **argv)
-{
-    QApplication applicazione(argc, argv);
-    preparaApplicazione(applicazione);
-    TstRichieste prova;
-    return QTest::qExec(&prova, argc, argv);
-}
+PROVA_CON_FINESTRE(TstRichieste)
 
 #include "tst_richieste.moc"

@@ -219,12 +219,6 @@ private:
     }
 };
 
-int main(int argc, char **argv)
-{
-    QApplication applicazione(argc, argv);
-    preparaApplicazione(applicazione);
-    TstStatoElenchi prove;
-    return QTest::qExec(&prove, argc, argv);
-}
+PROVA_CON_FINESTRE(TstStatoElenchi)
 
 #include "tst_stato_elenchi.moc"
