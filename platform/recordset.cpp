@@ -24,11 +24,6 @@ void Recordset::Open(const Comando &comando, Connection &connessione, int blocco
     rilegge();
 }
 
-void Recordset::Requery()
-{
-    rilegge();
-}
-
 void Recordset::Close()
 {
     *this = Recordset();
@@ -48,17 +43,6 @@ void Recordset::rilegge()
         return true;
     });
     m_corrente = 0;
-}
-
-bool Recordset::Find(const QString &campo, const QString &testo)
-{
-    const qsizetype colonna = posto(campo);
-    for (m_corrente = 0; !Eof(); ++m_corrente) {
-        const QString valore = riga().at(static_cast<size_t>(colonna)).toString();
-        if (valore.compare(testo, Qt::CaseInsensitive) == 0)
-            return true;
-    }
-    return false;
 }
 
 qsizetype Recordset::posto(const QString &nome) const

@@ -19,20 +19,13 @@ class Recordset
 public:
     // Legge le righe del comando e si mette sulla prima.
     void Open(const Comando &comando, Connection &connessione, int blocco);
-    void Requery();
     void Close();
     int State() const { return m_connessione == nullptr ? adStateClosed : adStateOpen; }
 
     bool Bof() const { return m_corrente < 0 || m_righe.empty(); }
     bool Eof() const { return m_corrente >= static_cast<qsizetype>(m_righe.size()); }
-    void MoveFirst() { m_corrente = 0; }
     void MoveNext() { ++m_corrente; }
-    // Si mette sulla prima riga il cui campo è uguale al testo, lettere maiuscole e minuscole
-    // alla pari; false, e dopo l'ultima riga, se non c'è.
-    bool Find(const QString &campo, const QString &testo);
 
-    int Campi() const { return static_cast<int>(m_nomi.size()); }
-    QString NomeCampo(int posto) const { return m_nomi.at(posto); }
     // Il valore del campo nella riga corrente; non valido se Null.
     QVariant Campo(const QString &nome) const;
     QVariant Campo(int posto) const;
