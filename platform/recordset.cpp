@@ -21,20 +21,10 @@ void Recordset::Open(const Comando &comando, Connection &connessione, int blocco
     m_connessione = &connessione;
     m_blocco = blocco;
     m_nomi = connessione.colonne(comando);
-    rilegge();
-}
-
-void Recordset::Close()
-{
-    *this = Recordset();
-}
-
-void Recordset::rilegge()
-{
     m_righe.clear();
     m_cambiati.clear();
     m_nuova = false;
-    m_connessione->leggi(m_comando, [this](const Riga &riga) {
+    connessione.leggi(comando, [this](const Riga &riga) {
         std::vector<QVariant> valori;
         valori.reserve(static_cast<size_t>(riga.colonne()));
         for (int i = 0; i < riga.colonne(); ++i)
@@ -43,6 +33,11 @@ void Recordset::rilegge()
         return true;
     });
     m_corrente = 0;
+}
+
+void Recordset::Close()
+{
+    *this = Recordset();
 }
 
 qsizetype Recordset::posto(const QString &nome) const

@@ -40,7 +40,6 @@ public:
     bool Modificato() const { return m_nuova || !m_cambiati.isEmpty(); }
 
 private:
-    void rilegge();
     qsizetype posto(const QString &nome) const;
     void inserisce();
     void aggiorna();
