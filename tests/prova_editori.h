@@ -3,17 +3,27 @@
 #include "app/avvio.h"
 #include "app/contesto.h"
 #include "app/finestre.h"
-#include "comune.h"
-#include "persona.h"
+#include "finestre_di_prova.h"
 
-#include <QComboBox>
 #include <QPlainTextEdit>
-#include <QTreeWidget>
 
 #include <memory>
 
 using namespace Qt::StringLiterals;
 using namespace modTarvola;
+
+// Le colonne di una tabella di casi fatta tutta di testi, e una sua riga.
+inline void colonneDiTesto(const std::initializer_list<const char *> &nomi)
+{
+    for (const char *nome : nomi)
+        QTest::addColumn<QString>(nome);
+}
+inline void riga(const char *caso, const std::initializer_list<const char *> &testi)
+{
+    QTestData &nuova = QTest::newRow(caso);
+    for (const char *testo : testi)
+        nuova << QString::fromUtf8(testo);
+}
 
 // "0=Duomo|2=" riempie Text1_0 con "Duomo" e svuota Text1_2; "T" e "L" scelgono in ImageCombo2 e
 // ImageCombo1.
@@ -55,24 +65,18 @@ inline QString collegati(const QWidget *finestra)
     return tutti.join(u", "_s);
 }
 
-inline QStringList valori(const QString &tabella, const QString &colonne)
+// "A1;Duomo|A2;(Null)": le righe di una lettura e i loro campi.
+inline QString lette(const QString &istruzione)
 {
-    QStringList letti;
-    for (const QString &campo : colonne.split(u' '))
-        letti += colonna(u"SELECT %1 FROM %2"_s.arg(campo, tabella));
-    return letti;
-}
-
-// Dà alla finestra il codice del suo record.
-inline void propria(const QString &nome, ProprietaFinestra &di, const QString &codice)
-{
-    const QHash<QString, QString ProprietaFinestra::*> sue{
-        {u"fmArchivio"_s, &ProprietaFinestra::ArchivioLocale},
-        {u"fmRegistro"_s, &ProprietaFinestra::RegistroLocale},
-        {u"fmVoce"_s, &ProprietaFinestra::VoceLocale},
-        {u"fmIndividuo"_s, &ProprietaFinestra::IndividuoLocale},
-        {u"fmEvento"_s, &ProprietaFinestra::EventoLocale}};
-    di.*sue.value(nome) = codice;
+    QStringList trovate;
+    connessione().leggi({istruzione, {}, {}}, [&trovate](const ado::Riga &letta) {
+        QStringList campi;
+        for (int i = 0; i < letta.colonne(); ++i)
+            campi.append(letta.nullo(i) ? u"(Null)"_s : letta.testo(i));
+        trovate.append(campi.join(u';'));
+        return true;
+    });
+    return trovate.join(u'|');
 }
 
 // Un archivio con un record per tabella, e gli editori che vi si aprono.
@@ -81,12 +85,32 @@ class ProvaEditori
 protected:
     std::unique_ptr<ArchivioDiProva> archivio;
     std::unique_ptr<Persona> persona;
+    int blocco = 3;
 
-    // Apre un editore, fa il passo e, se è ancora aperto, lo chiude dalla cornice. Un codice vuoto
-    // è un record nuovo, che appartiene ai record messi in init().
-    void apre(const QString &nome, const QString &codice, const Persona::Passo &passo,
-              int blocco = 3)
+    // Il passo davanti alla prossima finestra; se resta aperta la si chiude dalla cornice.
+    void poi(const Persona::Passo &passo)
     {
+        persona->poi([passo](QWidget *finestra) {
+            passo(finestra);
+            finestra->close();
+        });
+    }
+
+    // Apre un editore e fa il passo. Un codice vuoto è un record nuovo, che appartiene ai record
+    // messi in comincia(); il genere è quello del registro, della famiglia o dell'operatore.
+    void apre(const QString &nome, const QString &codice, int genere, const Persona::Passo &passo)
+    {
+        using Campo = QString ProprietaFinestra::*;
+        const QHash<QString, std::pair<QString, Campo>> editori{
+            {u"fmArchivio"_s, {{}, &ProprietaFinestra::ArchivioLocale}},
+            {u"fmRegistro"_s, {{}, &ProprietaFinestra::RegistroLocale}},
+            {u"fmVoce"_s, {{}, &ProprietaFinestra::VoceLocale}},
+            {u"fmIndividuo"_s, {u"V1"_s, &ProprietaFinestra::IndividuoLocale}},
+            {u"fmFamiglia"_s, {u"V1"_s, &ProprietaFinestra::FamigliaLocale}},
+            {u"fmEvento"_s, {u"I1"_s, &ProprietaFinestra::EventoLocale}},
+            {u"fmLuogo"_s, {u"A1"_s, &ProprietaFinestra::LuogoLocale}},
+            {u"fmRecapito"_s, {u"A1"_s, &ProprietaFinestra::RecapitoLocale}},
+            {u"fmOperatore"_s, {u"A1"_s, &ProprietaFinestra::OperatoreLocale}}};
         const auto finestra = NuovaFinestra(nome, nullptr);
         ProprietaFinestra &sue = finestra->proprieta;
         sue.Percorso = archivio->percorso();
@@ -94,52 +118,27 @@ protected:
         sue.TipoLock = blocco;
         sue.ArchivioLocale = u"A1"_s;
         sue.RegistroLocale = u"R1"_s;
-        sue.VoceLocale = nome == u"fmEvento" ? u"I1"_s : u"V1"_s;
-        sue.VoceLocaleTipo = 9;
-        propria(nome, sue, codice);
+        sue.VoceLocale = editori[nome].first;
+        sue.VoceLocaleTipo = sue.TipoFamigliaLocale = sue.TipoOperatore = genere;
+        sue.*editori[nome].second = codice;
         finestra->Label2 = {u"Etichetta di prova"_s, nome == u"fmEvento" ? 21 : 1};
-        persona->poi([&](QWidget *aperta) {
+        poi([&](QWidget *aperta) {
             QCOMPARE(aperta->objectName(), nome);
             passo(aperta);
-            aperta->close();
         });
-        ApriFinestra(*finestra, {});
+        QVERIFY(ApriFinestra(*finestra, {}));
         QVERIFY(persona->finita());
         QVERIFY(FinestreAperte().empty());
         QVERIFY(!contesto().SalvataggioRifiutato);
     }
-
-    // Il passo per la finestra dei testi lunghi.
-    void scriveTesto(const QString &titolo, const QString &testo, bool salva)
+    void apre(const QString &nome, const QString &codice, const Persona::Passo &passo)
     {
-        persona->poi([=](QWidget *finestra) {
-            QCOMPARE(finestra->objectName(), u"fmTxtL"_s);
-            compila(finestra, u"Text2"_s, titolo);
-            auto *casella = parte<QPlainTextEdit>(finestra, u"Text1"_s);
-            casella->selectAll();
-            QTest::keyClick(casella, Qt::Key_Delete);
-            batte(casella, testo);
-            if (salva)
-                preme(finestra, u"Command1"_s);
-            QTest::keyClick(casella, Qt::Key_Escape);
-            QVERIFY(finestra->isVisible());
-            preme(finestra, u"Command4"_s);
-        });
-    }
-
-    // Lascia la casella col tabulatore e aspetta che il controllo sia fatto.
-    static void lascia(QWidget *finestra, const QString &nome)
-    {
-        finestra->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(finestra));
-        auto *casella = parte<QLineEdit>(finestra, nome);
-        casella->setFocus();
-        QTest::keyClick(casella, Qt::Key_Tab);
-        QCoreApplication::processEvents();
+        apre(nome, codice, 9, passo);
     }
 
     void comincia()
     {
+        blocco = 3;
         avviaContesto();
         archivio = std::make_unique<ArchivioDiProva>();
         persona = std::make_unique<Persona>();

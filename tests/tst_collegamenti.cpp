@@ -14,7 +14,26 @@ class TstCollegamenti : public QObject, private ProvaEditori
 {
     Q_OBJECT
 
+    // Il passo per la finestra dei testi lunghi.
+    void scriveTesto(const QString &titolo, const QString &testo, bool salva)
+    {
+        persona->poi([=](QWidget *finestra) {
+            QCOMPARE(finestra->objectName(), u"fmTxtL"_s);
+            compila(finestra, u"Text2"_s, titolo);
+            auto *casella = parte<QPlainTextEdit>(finestra, u"Text1"_s);
+            casella->selectAll();
+            QTest::keyClick(casella, Qt::Key_Delete);
+            batte(casella, testo);
+            if (salva)
+                preme(finestra, u"Command1"_s);
+            QTest::keyClick(casella, Qt::Key_Escape);
+            QVERIFY(finestra->isVisible());
+            preme(finestra, u"Command4"_s);
+        });
+    }
+
 private slots:
+    void initTestCase() { preparaApplicazione(*qApp); }
     void init() { comincia(); }
     void cleanup() { finisce(); }
 
@@ -41,58 +60,41 @@ private slots:
             QCOMPARE(parte<QTreeWidget>(finestra, u"ListView1"_s)->currentItem()->text(0),
                      u"Nota"_s);
         });
-        QCOMPARE(colonna(u"SELECT Modifica FROM Archivi"_s), QStringList({u"mai"_s, u"mai"_s}));
-        QCOMPARE(colonna(u"SELECT Tipo||IdProprietario||coalesce(Nome, '-')||Campolungo "
-                         "FROM Binari"_s),
-                 QStringList({u"13A2PerchéL'anno\u00a01750\n"_s, u"12A2-a voce"_s}));
-    }
-
-    // Chi è stato eliminato da un'altra finestra non riceve più nulla.
-    void recordSparito()
-    {
-        apre(u"fmVoce"_s, u"V1"_s, [&](QWidget *finestra) {
-            esegui(u"DELETE FROM Voci WHERE Codice = 'V1'"_s);
-            riempie(finestra, u"L=Nota"_s);
-            persona->avviso(u"Operazione non riuscita:\nil record V1 non esiste più"_s);
-            preme(finestra, u"Command3_0"_s);
-            QVERIFY(persona->finita());
-        });
-        QCOMPARE(righe(u"Binari"_s), 0);
+        QCOMPARE(lette(u"SELECT Modifica FROM Archivi"_s), u"mai|mai"_s);
+        QCOMPARE(lette(u"SELECT Tipo, IdProprietario, Nome, Campolungo FROM Binari"_s),
+                 u"13;A2;Perché;L'anno\u00a01750\n|12;A2;(Null);a voce"_s);
     }
 
     void testiEsistenti_data()
     {
-        QTest::addColumn<QString>("titolo");
-        QTest::addColumn<QString>("testo");
-        QTest::addColumn<bool>("salva");
-        QTest::addColumn<QString>("atteso");
-        QTest::newRow("cambiati") << u"Città"_s << u"nuovo"_s << true << u"Città nuovo"_s;
-        QTest::newRow("senza salvare") << u"Città"_s << u"nuovo"_s << false << u"T testo"_s;
-        QTest::newRow("solo il titolo") << u"Città"_s << u"testo"_s << true << u"Città testo"_s;
-        QTest::newRow("svuotato") << u"Città"_s << u" "_s << true << u"T testo"_s;
-        QTest::newRow("svuotato senza salvare") << u"T"_s << u""_s << false << u"T testo"_s;
+        colonneDiTesto({"titolo", "testo", "salva", "atteso"});
+        riga("cambiati", {"Città", "nuovo", "salva", "Città;nuovo"});
+        riga("senza salvare", {"Città", "nuovo", "", "T;testo"});
+        riga("solo il titolo", {"Città", "testo", "salva", "Città;testo"});
+        riga("svuotato", {"Città", " ", "salva", "T;testo"});
     }
     void testiEsistenti()
     {
         QFETCH(QString, titolo);
         QFETCH(QString, testo);
-        QFETCH(bool, salva);
+        QFETCH(QString, salva);
         esegui(u"INSERT INTO Binari VALUES ('B1', 12, 'V1', 'T', 'testo')"_s);
         apre(u"fmVoce"_s, u"V1"_s, [&](QWidget *finestra) {
-            scriveTesto(titolo, testo, salva);
-            if (salva && testo.trimmed().isEmpty())
+            scriveTesto(titolo, testo, !salva.isEmpty());
+            if (testo.trimmed().isEmpty())
                 persona->avviso(testoVuoto);
             preme(finestra, u"Command3_2"_s);
             QVERIFY(persona->finita());
         });
-        QTEST(legge(u"SELECT Nome || ' ' || Campolungo FROM Binari"_s).toString(), "atteso");
+        QTEST(lette(u"SELECT Nome, Campolungo FROM Binari"_s), "atteso");
     }
 
     void solaLettura()
     {
         esegui(u"INSERT INTO Binari VALUES ('B1', 12, 'I1', 'T', 'testo')"_s);
         esegui(u"UPDATE Individui SET Nome = NULL"_s);
-        const auto passo = [&](QWidget *finestra) {
+        blocco = 1;
+        apre(u"fmIndividuo"_s, u"I1"_s, [&](QWidget *finestra) {
             QCOMPARE(comandi(finestra), u"neA"_s);
             QVERIFY(!acceso(finestra, u"Frame3_1"_s));
             persona->poi([](QWidget *testo) {
@@ -105,10 +107,9 @@ private slots:
             batte(parte<QLineEdit>(finestra, u"Text1_1"_s), u"altro"_s);
             preme(finestra, u"Command1"_s);
             QVERIFY(!finestra->isVisible());
-        };
-        apre(u"fmIndividuo"_s, u"I1"_s, passo, 1);
-        QCOMPARE(valori(u"Individui"_s, u"Nome Modifica"_s) + valori(u"Binari"_s, u"Campolungo"_s),
-                 QStringList({u"(Null)"_s, u"(Null)"_s, u"testo"_s}));
+        });
+        QCOMPARE(lette(u"SELECT Individui.Nome, Modifica, Campolungo FROM Individui, Binari"_s),
+                 u"(Null);(Null);testo"_s);
         QCOMPARE(righe(u"OperatoriContesti"_s), 0);
     }
 
@@ -150,40 +151,24 @@ private slots:
             preme(voce, u"Command3_2"_s);
             QCOMPARE(FinestreAperte().size(), size_t{1});
         });
-        QCOMPARE(valori(u"Eventi"_s, u"IdProprietario Tipo"_s), QStringList({u"I1"_s, u"26"_s}));
+        QCOMPARE(lette(u"SELECT IdProprietario, Tipo FROM Eventi"_s), u"I1;26"_s);
     }
 
-    void generiDellaVoce_data()
-    {
-        QTest::addColumn<int>("tipo");
-        QTest::addColumn<QString>("primo");
-        QTest::addColumn<int>("quanti");
-        QTest::newRow("battesimi") << 9 << u"Battezzato/a"_s << 9;
-        QTest::newRow("matrimoni") << 10 << u"Sposa"_s << 9;
-        QTest::newRow("morti") << 11 << u"Defunto/a"_s << 8;
-        QTest::newRow("altro") << 12 << QString() << 0;
-    }
     void generiDellaVoce()
     {
-        QFETCH(int, tipo);
-        QFETCH(QString, primo);
-        const auto finestra = NuovaFinestra(u"fmVoce"_s, nullptr);
-        finestra->proprieta.TipoLock = 3;
-        finestra->proprieta.VoceLocaleTipo = tipo;
-        finestra->Form_Load();
-        const auto *generi = parte<QComboBox>(finestra.get(), u"ImageCombo1"_s);
-        QTEST(generi->count(), "quanti");
-        QVERIFY(primo.isEmpty() || generi->findText(primo) >= 0);
-        QCOMPARE(generi->currentIndex(), -1);
+        for (const auto &[tipo, primo, quanti] :
+             {std::tuple{9, u"Battezzato/a"_s, 9}, std::tuple{10, u"Sposa"_s, 9},
+              std::tuple{11, u"Defunto/a"_s, 8}, std::tuple{12, QString(), 0}}) {
+            apre(u"fmVoce"_s, {}, tipo, [&](QWidget *voce) {
+                const auto *generi = parte<QComboBox>(voce, u"ImageCombo1"_s);
+                QCOMPARE(generi->count(), quanti);
+                QVERIFY(primo.isEmpty() || generi->findText(primo) >= 0);
+                QCOMPARE(generi->currentIndex(), -1);
+            });
+        }
     }
 };
 
-int main(int argc, char **argv)
-{
-    QApplication applicazione(argc, argv);
-    preparaApplicazione(applicazione);
-    TstCollegamenti prove;
-    return QTest::qExec(&prove, argc, argv);
-}
+QTEST_MAIN(TstCollegamenti)
 
 #include "tst_collegamenti.moc"

@@ -32,30 +32,33 @@ class TstEditori : public QObject, private ProvaEditori
         compila(finestra, casella->objectName(), {});
     }
 
+    // Lascia la casella col tabulatore e aspetta che il controllo sia fatto.
+    static void lascia(QWidget *finestra, const QString &nome)
+    {
+        auto *quella = parte<QLineEdit>(finestra, nome);
+        quella->setFocus();
+        QTest::keyClick(quella, Qt::Key_Tab);
+        QCoreApplication::processEvents();
+    }
+
 private slots:
+    void initTestCase() { preparaApplicazione(*qApp); }
     void init() { comincia(); }
     void cleanup() { finisce(); }
 
     void rifiuti_data()
     {
-        QTest::addColumn<QString>("nome");
-        QTest::addColumn<QString>("testi");
-        QTest::addColumn<QString>("messaggio");
-        const auto riga = [](const char *caso, const char *nome, const char *testi,
-                             const char *messaggio) {
-            QTest::newRow(caso) << QString::fromUtf8(nome) << QString::fromUtf8(testi)
-                                << QString::fromUtf8(messaggio);
-        };
+        colonneDiTesto({"nome", "testi", "messaggio"});
         const char *archivi = "Impossibile salvare un archivio senza nome";
         const char *registri = "Impossibile salvare un registro senza tipo e titolo";
         const char *voci = "Impossibile salvare una voce senza almeno un dettaglio";
         const char *individui = "Impossibile salvare un individuo senza un dettaglio del nome";
-        riga("archivio vuoto", "fmArchivio", "", archivi);
-        riga("archivio di spazi", "fmArchivio", "0=   |1=Ab|2=Gr", archivi);
-        riga("registro senza tipo", "fmRegistro", "0=Libro", registri);
-        riga("registro senza titolo", "fmRegistro", "T=Battesimi|0= ", registri);
-        riga("voce con la sola data", "fmVoce", "3=4 3 1750|1=  ", voci);
-        riga("individuo vuoto", "fmIndividuo", "1=  |5= ", individui);
+        riga("archivio di spazi", {"fmArchivio", "0=   |1=Ab|2=Gr", archivi});
+        riga("registro senza tipo", {"fmRegistro", "0=Libro", registri});
+        riga("registro senza titolo", {"fmRegistro", "T=Battesimi|0= ", registri});
+        riga("voce con la sola data", {"fmVoce", "3=4 3 1750|1=  ", voci});
+        riga("individuo vuoto", {"fmIndividuo", "1=  |5= ", individui});
+        riga("recapito di spazi", {"fmRecapito", "0= |2=  ", "Inserire almeno una voce"});
     }
     void rifiuti()
     {
@@ -77,40 +80,35 @@ private slots:
         });
         for (const QString &tabella : {u"Archivi"_s, u"Registri"_s, u"Voci"_s, u"Individui"_s})
             QCOMPARE(righe(tabella), 1);
-        QCOMPARE(righe(u"OperatoriContesti"_s) + righe(u"Binari"_s), 0);
+        for (const QString &tabella : {u"Comunicazioni"_s, u"OperatoriContesti"_s, u"Binari"_s})
+            QCOMPARE(righe(tabella), 0);
     }
 
     void salvataggi_data()
     {
-        QTest::addColumn<QString>("nome");
-        QTest::addColumn<QString>("testi");
-        QTest::addColumn<QString>("colonne");
-        QTest::addColumn<QString>("attesi");
-        const auto riga = [](const char *caso, const char *nome, const char *testi,
-                             const char *colonne, const char *attesi) {
-            QTest::newRow(caso) << QString::fromLatin1(nome) << QString::fromUtf8(testi)
-                                << QString::fromUtf8(colonne) << QString::fromUtf8(attesi);
-        };
-        riga("archivio", "fmArchivio", "0=Pieve d'Òrsi|1=  ", "Codice Nome Abbreviazione Gruppo",
-             "A2|Pieve d'Òrsi|(Null)|(Null)");
-        riga("registro", "fmRegistro", "0=Libro|T=Morti|3= |4=1.2.1700|5=1 gen 1600",
-             "Codice Archivio Tipo Titolo EventiCitati DataIniziale DataFinale Supporto",
-             "R2|A1|11|Libro|(Null)|1700-02-01|1600-01-01|(Null)");
-        riga("voce col solo volume", "fmVoce", "0=II", "Codice Registro Volume PaginaIniziale Data",
-             "V2|R1|II|(Null)|(Null)");
-        riga("voce con la sola pagina", "fmVoce", "1=12,5", "PaginaIniziale CodiceVoce",
-             "13|(Null)");
-        riga("voce col solo codice", "fmVoce", "2=7 bis|3=10 ottobre 1582", "CodiceVoce Data",
-             "7 bis|1582-10-10");
-        riga("individuo con la sola età", "fmIndividuo", "5=60 incirca",
-             "Codice Voce Nome Età Ruolo Sesso Legittimo Vivente",
-             "I2|V1|(Null)|60 incirca|1|(Null)|(Null)|(Null)");
-        riga("evento vuoto", "fmEvento", "",
-             "Codice IdProprietario Tipo Data Ora Luogo Indirizzo Causa Valore",
-             "E1|I1|21|(Null)|(Null)|(Null)|(Null)|(Null)|(Null)");
-        riga("ora sola", "fmEvento", "4=4 3 1750|5=10.30", "Data Ora",
-             "1750-03-04|1750-03-04 10:30:00");
-        riga("ora senza data", "fmEvento", "5=7", "Data Ora", "(Null)|1899-12-30 07:00:00");
+        colonneDiTesto({"nome", "testi", "colonne", "attesi"});
+        riga("archivio", {"fmArchivio", "0=Pieve d'Òrsi|1=  ", "Nome, Abbreviazione, Gruppo",
+                          "A2;Pieve d'Òrsi;(Null);(Null)"});
+        riga("registro", {"fmRegistro", "0=Libro|T=Morti|3= |4=1.2.1700|5=1 gen 1600",
+                          "Archivio, Tipo, Titolo, EventiCitati, DataIniziale, DataFinale",
+                          "R2;A1;11;Libro;(Null);1700-02-01;1600-01-01"});
+        riga("voce con la sola pagina",
+             {"fmVoce", "1=12,5", "Registro, PaginaIniziale, CodiceVoce", "V2;R1;13;(Null)"});
+        riga("voce col solo codice",
+             {"fmVoce", "2=7 bis|3=10 ottobre 1582", "CodiceVoce, Data", "V2;7 bis;1582-10-10"});
+        riga("individuo con la sola età",
+             {"fmIndividuo", "5=60 incirca", "Voce, Nome, Età, Ruolo, Sesso, Legittimo",
+              "I2;V1;(Null);60 incirca;1;(Null);(Null)"});
+        riga("evento vuoto", {"fmEvento", "", "IdProprietario, Tipo, Data, Ora, Luogo, Valore",
+                              "E1;I1;21;(Null);(Null);(Null);(Null)"});
+        riga("ora sola",
+             {"fmEvento", "4=4 3 1750|5=10.30", "Data, Ora", "E1;1750-03-04;1750-03-04 10:30:00"});
+        riga("ora senza data", {"fmEvento", "5=7", "Data, Ora", "E1;(Null);1899-12-30 07:00:00"});
+        riga("indirizzo vuoto",
+             {"fmLuogo", "2=  ", "IdProprietario, Indirizzo1, Indirizzo3", "L1;A1;(Null);(Null)"});
+        riga("recapito con la sola posta",
+             {"fmRecapito", "3=pieve@esempio.it", "IdProprietario, Telefono, \"E-mail\", Altro2",
+              "C1;A1;(Null);pieve@esempio.it;(Null)"});
     }
     void salvataggi()
     {
@@ -122,20 +120,20 @@ private slots:
             preme(finestra, u"Command1"_s);
             QVERIFY(!finestra->isVisible());
         });
-        const QHash<QString, std::pair<QString, QString Contesto::*>> tabelle{
-            {u"fmArchivio"_s, {u"Archivi"_s, &Contesto::ArchivioCorrente}},
-            {u"fmRegistro"_s, {u"Registri"_s, &Contesto::RegistroCorrente}},
-            {u"fmVoce"_s, {u"Voci"_s, &Contesto::VoceCorrente}},
-            {u"fmIndividuo"_s, {u"Individui"_s, &Contesto::IndividuoCorrente}},
-            {u"fmEvento"_s, {u"Eventi"_s, &Contesto::EventoCorrente}}};
+        const QHash<QString, std::pair<QString, QString>> tabelle{
+            {u"fmArchivio"_s, {u"Archivi"_s, contesto().ArchivioCorrente}},
+            {u"fmRegistro"_s, {u"Registri"_s, contesto().RegistroCorrente}},
+            {u"fmVoce"_s, {u"Voci"_s, contesto().VoceCorrente}},
+            {u"fmIndividuo"_s, {u"Individui"_s, contesto().IndividuoCorrente}},
+            {u"fmEvento"_s, {u"Eventi"_s, contesto().EventoCorrente}},
+            {u"fmLuogo"_s, {u"Luoghi"_s, u"L1"_s}},
+            {u"fmRecapito"_s, {u"Comunicazioni"_s, u"C1"_s}}};
         const auto [tabella, corrente] = tabelle.value(nome);
-        const QString codice = tabella.front() + (nome == u"fmEvento" ? u"1"_s : u"2"_s);
-        const QString quella = u"%1 WHERE Codice = '%2'"_s.arg(tabella, codice);
-        QTEST(valori(quella, colonne).join(u'|'), "attesi");
-        QVERIFY(legge(u"SELECT Modifica FROM "_s + quella).isValid());
-        QCOMPARE(contesto().*corrente, codice);
-        QCOMPARE(colonna(u"SELECT CodiceOperatore || CodiceContesto FROM OperatoriContesti"_s),
-                 QStringList(u"O1"_s + codice));
+        const QString ultima = tabella + u" ORDER BY rowid DESC LIMIT 1"_s;
+        QTEST(lette(u"SELECT Codice, "_s + colonne + u" FROM "_s + ultima), "attesi");
+        QVERIFY(legge(u"SELECT Modifica FROM "_s + ultima).isValid());
+        QCOMPARE(corrente, lette(u"SELECT Codice FROM "_s + ultima));
+        QCOMPARE(legami(), QStringList(u"O1"_s + corrente));
     }
 
     void caselleControllate_data()
@@ -184,8 +182,8 @@ private slots:
             preme(finestra, u"Command1"_s);
             QVERIFY(!finestra->isVisible());
         });
-        QCOMPARE(colonna(u"SELECT %1 ORDER BY rowid DESC LIMIT 1"_s.arg(campo)),
-                 QStringList(scritto.isEmpty() ? u"(Null)"_s : scritto));
+        QCOMPARE(lette(u"SELECT %1 ORDER BY rowid DESC LIMIT 1"_s.arg(campo)),
+                 scritto.isEmpty() ? u"(Null)"_s : scritto);
     }
 
     void oraRifiutata()
@@ -203,8 +201,7 @@ private slots:
         });
         // L'etichetta di chi apre era un'altra: il tipo dell'evento resta il suo.
         apre(u"fmEvento"_s, u"E1"_s, [](QWidget *finestra) { preme(finestra, u"Command1"_s); });
-        QCOMPARE(valori(u"Eventi"_s, u"Tipo Ora"_s),
-                 QStringList({u"20"_s, u"1750-03-04 10:30:00"_s}));
+        QCOMPARE(lette(u"SELECT Tipo, Ora FROM Eventi"_s), u"20;1750-03-04 10:30:00"_s);
     }
 
     void caselleNonToccate()
@@ -226,10 +223,10 @@ private slots:
             riempie(finestra, u"0=Altro titolo"_s);
             preme(finestra, u"Command1"_s);
         });
-        QCOMPARE(valori(u"Voci"_s, u"Volume Data PaginaIniziale CodiceVoce"_s),
-                 QStringList({lungo, u"1750-03-04 10:30:00"_s, u"-3"_s, u"(Null)"_s}));
-        QCOMPARE(valori(u"Registri"_s, u"Titolo DataIniziale Supporto Tipo"_s),
-                 QStringList({u"Altro titolo"_s, u"verso il 1750"_s, u"(Null)"_s, u"9"_s}));
+        QCOMPARE(lette(u"SELECT Volume, Data, PaginaIniziale, CodiceVoce FROM Voci"_s),
+                 lungo + u";1750-03-04 10:30:00;-3;(Null)"_s);
+        QCOMPARE(lette(u"SELECT Titolo, DataIniziale, Supporto, Tipo FROM Registri"_s),
+                 u"Altro titolo;verso il 1750;(Null);9"_s);
     }
 
     void dueCaselleCattive()
@@ -264,8 +261,7 @@ private slots:
             preme(finestra, u"Option1_3"_s);
             preme(finestra, u"Command1"_s);
         });
-        QCOMPARE(valori(u"Individui"_s, u"Sesso Legittimo Vivente"_s),
-                 QStringList({u"F"_s, u"(Null)"_s, u"S"_s}));
+        QCOMPARE(lette(u"SELECT Sesso, Legittimo, Vivente FROM Individui"_s), u"F;(Null);S"_s);
         apre(u"fmIndividuo"_s, u"I1"_s, [](QWidget *finestra) {
             QVERIFY(!acceso(finestra, u"Frame3_0"_s));
             QVERIFY(acceso(finestra, u"Frame3_2"_s));
@@ -294,8 +290,12 @@ private slots:
             preme(finestra, u"Command1"_s);
             QVERIFY(finestra->isVisible());
             QCOMPARE(parte<QLineEdit>(finestra, u"Text1_0"_s)->text(), u"Pieve"_s);
+            // Chi è stato eliminato da un'altra finestra non riceve più nulla.
+            riempie(finestra, u"L=Nota"_s);
+            persona->avviso(inizio + u"il record A1 non esiste più"_s);
+            preme(finestra, u"Command3_0"_s);
         });
-        QCOMPARE(righe(u"Archivi"_s), 0);
+        QCOMPARE(righe(u"Archivi"_s) + righe(u"Binari"_s), 0);
         apre(u"fmRegistro"_s, {}, [&](QWidget *finestra) {
             riempie(finestra, u"0=Libro|T=Morti"_s);
             persona->avviso(inizio + u"il record A1, di cui questo fa parte, non esiste più"_s);
@@ -310,17 +310,11 @@ private slots:
             preme(finestra, u"Command1"_s);
             QVERIFY(finestra->isVisible());
         });
-        QCOMPARE(valori(u"Voci"_s, u"Volume Modifica"_s), QStringList({u"I"_s, u"(Null)"_s}));
+        QCOMPARE(lette(u"SELECT Volume, Modifica FROM Voci"_s), u"I;(Null)"_s);
         QVERIFY(!connessione().inTransazione());
     }
 };
 
-int main(int argc, char **argv)
-{
-    QApplication applicazione(argc, argv);
-    preparaApplicazione(applicazione);
-    TstEditori prove;
-    return QTest::qExec(&prove, argc, argv);
-}
+QTEST_MAIN(TstEditori)
 
 #include "tst_editori.moc"
