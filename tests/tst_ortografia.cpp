@@ -1,62 +1,24 @@
-#include "app/avvio.h"
-#include "app/contesto.h"
 #include "platform/correttore.h"
 #include "platform/dizionario.h"
 #include "platform/elaboratore.h"
 #include "platform/parole.h"
 #include "platform/registro.h"
+#include "prova_editori.h"
 #include "texts/fmTxtL.h"
 #include "texts/ortografia.h"
 
-#include <QApplication>
-#include <QDir>
-#include <QFile>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QMainWindow>
-#include <QMessageBox>
-#include <QPlainTextEdit>
-#include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QStandardPaths>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
 
-using namespace Qt::StringLiterals;
-using namespace modTarvola;
 using registro::Radice;
 
 namespace
 {
 
-// Fa ciò che farebbe una persona davanti alla prossima finestra modale che si apre.
-template <class Finestra>
-void davantiA(const std::function<void(Finestra *)> &gesto)
-{
-    QTimer::singleShot(0, qApp, [gesto] {
-        auto *finestra = qobject_cast<Finestra *>(QApplication::activeModalWidget());
-        if (finestra == nullptr) {
-            davantiA<Finestra>(gesto);
-            return;
-        }
-        // Senza gestore di finestre nessuno attiva quella che si apre, e i tasti vogliono che lo
-        // sia.
-        QApplication::setActiveWindow(finestra);
-        gesto(finestra);
-        // Una verifica fallita non lascia la prova ferma davanti alla finestra.
-        if (finestra->isVisible())
-            finestra->reject();
-    });
-}
-
-void preme(QWidget *finestra, const QString &nome)
-{
-    QTest::mouseClick(finestra->findChild<QPushButton *>(nome), Qt::LeftButton);
-}
-
-QString titoloDi(const QString &testo)
+QString paroleDi(const QString &testo)
 {
     QStringList trovate;
     qsizetype da = 0;
@@ -69,45 +31,49 @@ QString titoloDi(const QString &testo)
 
 } // namespace
 
-class TstOrtografia : public QObject
+class TstOrtografia : public QObject, private ProvaEditori
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
+    void initTestCase()
+    {
+        preparaApplicazione(*qApp);
+        QStandardPaths::setTestModeEnabled(true);
+    }
     void init()
     {
         qunsetenv("DICPATH");
         QFile::remove(dizionario::fileParole());
-        avviaContesto();
+        comincia();
+    }
+    void cleanup()
+    {
+        QVERIFY(persona->finita());
+        QCOMPARE(persona->inattese(), QStringList());
     }
     void cleanupTestCase() { QFile::remove(dizionario::fileParole()); }
 
     void divide_data()
     {
-        QTest::addColumn<QString>("testo");
-        QTest::addColumn<QString>("parole");
-        QTest::newRow("niente") << u""_s << u""_s;
-        QTest::newRow("segni") << u" , ; -- 12 "_s << u""_s;
-        QTest::newRow("elisione") << u"nell'anno dell’Incarnazione"_s
-                                  << u"nell'anno|dell’Incarnazione"_s;
-        QTest::newRow("troncamento") << u"un po' de' fedeli"_s << u"un|po'|de'|fedeli"_s;
-        QTest::newRow("accenti") << u"Così è, perché più"_s << u"Così|perché|più"_s;
-        QTest::newRow("accento scomposto") << u"perche\u0301 no"_s << u"perche\u0301|no"_s;
-        QTest::newRow("virgolette") << u"disse 'parola' e ‘altra’"_s << u"disse|parola|altra"_s;
-        QTest::newRow("numeri") << u"addì 3 marzo 1750, n.12bis, 2a"_s << u"addì|marzo"_s;
-        QTest::newRow("romani") << u"Pio VI nel MDCCLXXXII"_s << u"Pio|nel"_s;
-        QTest::newRow("maiuscole") << u"DELL'ANNO CIVILE"_s << u"DELL'ANNO|CIVILE"_s;
-        QTest::newRow("trattino") << u"nord-est"_s << u"nord|est"_s;
-        QTest::newRow("righe") << u"fine\nriga"_s << u"fine|riga"_s;
-        QTest::newRow("fuori dal piano")
-            << u"\U00010300\U00010301 qui"_s << u"\U00010300\U00010301|qui"_s;
+        colonneDiTesto({"testo", "parole"});
+        riga("segni", {" , ; -- 12 ", ""});
+        riga("elisione", {"nell'anno dell’Incarnazione", "nell'anno|dell’Incarnazione"});
+        riga("troncamento", {"un po' de' fedeli", "un|po'|de'|fedeli"});
+        riga("accenti", {"Così è, perché più", "Così|perché|più"});
+        riga("accento scomposto", {"perche\u0301 no", "perche\u0301|no"});
+        riga("virgolette", {"disse 'parola' e ‘altra’", "disse|parola|altra"});
+        riga("numeri", {"addì 3 marzo 1750, n.12bis, 2a", "addì|marzo"});
+        riga("romani", {"Pio VI nel MDCCLXXXII", "Pio|nel"});
+        riga("maiuscole", {"DELL'ANNO CIVILE", "DELL'ANNO|CIVILE"});
+        riga("trattino", {"nord-est", "nord|est"});
+        riga("righe", {"fine\nriga", "fine|riga"});
+        riga("fuori dal piano", {"\U00010300\U00010301 qui", "\U00010300\U00010301|qui"});
     }
     void divide()
     {
         QFETCH(QString, testo);
-        QFETCH(QString, parole);
-        QCOMPARE(titoloDi(testo), parole);
+        QTEST(paroleDi(testo), "parole");
     }
 
     void frase()
@@ -161,19 +127,16 @@ private slots:
 
     void programma_data()
     {
-        QTest::addColumn<QString>("classe");
-        QTest::addColumn<QString>("comando");
-        QTest::addColumn<QString>("atteso");
-        QTest::newRow("virgolette e argomenti")
-            << u"Prova.1"_s << u"\"C:\\Word\\WINWORD.EXE\" /n \"%1\""_s
-            << u"C:\\Word\\WINWORD.EXE"_s;
-        QTest::newRow("senza virgolette")
-            << u"Prova.1"_s << u"C:\\Word\\winword.exe %1"_s << u"C:\\Word\\winword.exe"_s;
-        QTest::newRow("non è un eseguibile") << u"Prova.1"_s << u"\"apri\" %1"_s << u"apri\" %1"_s;
-        QTest::newRow("comando vuoto") << u"Prova.1"_s << u""_s << u""_s;
-        QTest::newRow("troppo lungo") << u"Prova.1"_s << u"x"_s.repeated(512) << u""_s;
-        QTest::newRow("al limite") << u"Prova.1"_s << u"x"_s.repeated(511) << u"x"_s.repeated(511);
-        QTest::newRow("classe senza comando") << u"Altra"_s << u"x.exe"_s << u""_s;
+        colonneDiTesto({"classe", "comando", "atteso"});
+        riga("virgolette e argomenti",
+             {"Prova.1", "\"C:\\Word\\WINWORD.EXE\" /n \"%1\"", "C:\\Word\\WINWORD.EXE"});
+        riga("senza virgolette", {"Prova.1", "C:\\Word\\winword.exe %1", "C:\\Word\\winword.exe"});
+        riga("non è un eseguibile", {"Prova.1", "\"apri\" %1", "apri\" %1"});
+        riga("comando vuoto", {"Prova.1", "", ""});
+        const QByteArray lungo(511, 'x');
+        riga("troppo lungo", {"Prova.1", lungo + 'x', ""});
+        riga("al limite", {"Prova.1", lungo, lungo});
+        riga("classe senza comando", {"Altra", "x.exe", ""});
     }
     void programma()
     {
@@ -231,146 +194,126 @@ private slots:
         QVERIFY(!senzaMaiuscole.avanza());
     }
 
-    void finestra();
-    void chiusaAMeta();
-    void nienteDaCorreggere();
-    void paroleAggiunte();
-    void finestraPrincipale();
-    void solaLettura();
+    void finestra()
+    {
+        const QString atto =
+            u"Addì 3 marzo 1750\n\nGiovani figlio di Pietro è stato battezato oggi."
+            "\nPadrino fu Antonnio, battezato dall'arcipretee medesimo.\n"_s;
+        QPlainTextEdit testo(atto);
+        QStringList viste;
+        poi([&viste](QWidget *finestra) {
+            auto *nuova = parte<QLineEdit>(finestra, u"Nuova"_s);
+            auto *suggerimenti = parte<QListWidget>(finestra, u"Suggerimenti"_s);
+            viste << parte<QPlainTextEdit>(finestra, u"Frase"_s)->toPlainText();
+            // "battezato": il primo suggerimento, dappertutto.
+            QCOMPARE(nuova->text(), u"battezzato"_s);
+            QTest::keyClick(nuova, Qt::Key_T, Qt::AltModifier);
+            // Il bottone scelto da tastiera si abbassa per un attimo prima di agire.
+            QTRY_COMPARE(nuova->text(), u"Antonino"_s);
+            viste << parte<QPlainTextEdit>(finestra, u"Frase"_s)->toPlainText();
+            // "Antonnio" si scrive a mano, e Invio cambia.
+            QTest::keyClicks(nuova, u"Antonio"_s);
+            QTest::keyClick(nuova, Qt::Key_Return);
+            // "arcipretee": si sceglie dall'elenco.
+            const auto giusto = suggerimenti->findItems(u"arciprete"_s, Qt::MatchExactly);
+            QVERIFY(!giusto.isEmpty());
+            suggerimenti->setCurrentItem(giusto.constFirst());
+            QTest::keyClick(suggerimenti, Qt::Key_Return);
+        });
+        ControlloOrtografico(testo);
+        QCOMPARE(viste,
+                 (QStringList{u"Giovani figlio di Pietro è stato battezato oggi."_s,
+                              u"Padrino fu Antonnio, battezzato dall'arcipretee medesimo."_s}));
+        QCOMPARE(testo.toPlainText(),
+                 u"Addì 3 marzo 1750\n\nGiovani figlio di Pietro è stato battezzato oggi.\n"
+                 "Padrino fu Antonio, battezzato dall'arciprete medesimo.\n"_s);
+        testo.undo();
+        QCOMPARE(testo.toPlainText(), atto);
+    }
+
+    // Chi smette a metà tiene i cambi già fatti.
+    void chiusaAMeta()
+    {
+        QPlainTextEdit testo(u"battezato annno"_s);
+        poi([](QWidget *finestra) {
+            preme(finestra, u"Cambia"_s);
+            QTest::keyClick(finestra, Qt::Key_Escape);
+        });
+        ControlloOrtografico(testo);
+        QCOMPARE(testo.toPlainText(), u"battezzato annno"_s);
+    }
+
+    void nienteDaCorreggere()
+    {
+        QPlainTextEdit testo(u"Tutto bene."_s);
+        const QSignalSpy modificato(&testo, &QPlainTextEdit::textChanged);
+        persona->avviso(u"Non sono state trovate parole sbagliate"_s);
+        ControlloOrtografico(testo);
+        QCOMPARE(modificato.count(), 0);
+    }
+
+    void paroleAggiunte()
+    {
+        QPlainTextEdit testo(u"annno Annno"_s);
+        poi([](QWidget *finestra) { preme(finestra, u"Aggiungi"_s); });
+        ControlloOrtografico(testo);
+        QCOMPARE(testo.toPlainText(), u"annno Annno"_s);
+        QFile file(dizionario::fileParole());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), "annno\n"_ba);
+        const dizionario::Dizionario dopo;
+        QVERIFY(dopo.corretta(u"ANNNO"_s));
+    }
+
+    void finestraPrincipale()
+    {
+        QMainWindow principale;
+        principale.showMaximized();
+        contesto().TestoCampoLungo = u"annno"_s;
+        fmTxtL testi(&principale);
+        testi.Form_Load({});
+        testi.show();
+        bool ridotta = false;
+        poi([&](QWidget *finestra) {
+            ridotta = principale.windowState().testFlag(Qt::WindowMinimized);
+            QVERIFY(!testi.isEnabled());
+            preme(finestra, u"Ignora"_s);
+        });
+        preme(&testi, u"Command2"_s);
+        QVERIFY(ridotta);
+        QCOMPARE(principale.windowState() & ~Qt::WindowActive, Qt::WindowMaximized);
+        QVERIFY(testi.isEnabled());
+        QVERIFY(!contesto().TestoModificato);
+
+        // Quando manca lo si dice prima di ridurre la finestra principale.
+        registro::scrivi(Radice::HKEY_CLASSES_ROOT, u".doc"_s, u"Altra"_s);
+        persona->poi([&](QWidget *scatola) {
+            QCOMPARE(qobject_cast<QMessageBox *>(scatola)->text(), u"Impossibile trovare Word"_s);
+            ridotta = principale.windowState().testFlag(Qt::WindowMinimized);
+            scatola->close();
+        });
+        preme(&testi, u"Command2"_s);
+        registro::togli(Radice::HKEY_CLASSES_ROOT, u".doc"_s);
+        QVERIFY(!ridotta);
+    }
+
+    void solaLettura()
+    {
+        fmTxtL testi(nullptr);
+        testi.TipoLock = 1;
+        testi.Form_Load(u"V1"_s);
+        QVERIFY(!acceso(&testi, u"Command1"_s));
+        QVERIFY(!acceso(&testi, u"Command2"_s));
+        auto *punti = parte<QScrollBar>(&testi, u"HScroll1"_s);
+        for (const auto &[chiesti, dati] :
+             {std::pair{1, 6}, std::pair{13, 14}, std::pair{99, 20}}) {
+            punti->setValue(chiesti);
+            QCOMPARE(punti->value(), dati);
+            QCOMPARE(parte<QPlainTextEdit>(&testi, u"Text1"_s)->font().pointSize(), dati);
+        }
+    }
 };
 
-void TstOrtografia::finestra()
-{
-    const QString atto = u"Addì 3 marzo 1750\n\nGiovani figlio di Pietro è stato battezato oggi.\n"
-                         u"Padrino fu Antonnio, battezato dall'arcipretee medesimo.\n"_s;
-    QPlainTextEdit casella(atto);
-    QStringList viste;
-    const std::function<void(QDialog *)> gesto = [&](QDialog *finestra) {
-        auto *nuova = finestra->findChild<QLineEdit *>(u"Nuova"_s);
-        auto *suggerimenti = finestra->findChild<QListWidget *>(u"Suggerimenti"_s);
-        viste << finestra->findChild<QPlainTextEdit *>(u"Frase"_s)->toPlainText();
-        // "battezato": il primo suggerimento, dappertutto.
-        QCOMPARE(nuova->text(), u"battezzato"_s);
-        QTest::keyClick(nuova, Qt::Key_T, Qt::AltModifier);
-        // Il bottone scelto da tastiera si abbassa per un attimo prima di agire.
-        QTRY_COMPARE(nuova->text(), u"Antonino"_s);
-        viste << finestra->findChild<QPlainTextEdit *>(u"Frase"_s)->toPlainText();
-        // "Antonnio" si scrive a mano, e Invio cambia.
-        QTest::keyClicks(nuova, u"Antonio"_s);
-        QTest::keyClick(nuova, Qt::Key_Return);
-        // "arcipretee": si sceglie dall'elenco.
-        const auto giusto = suggerimenti->findItems(u"arciprete"_s, Qt::MatchExactly);
-        QVERIFY(!giusto.isEmpty());
-        suggerimenti->setCurrentItem(giusto.constFirst());
-        QTest::keyClick(suggerimenti, Qt::Key_Return);
-    };
-    davantiA<QDialog>(gesto);
-    ControlloOrtografico(casella);
-    QCOMPARE(viste, (QStringList{u"Giovani figlio di Pietro è stato battezato oggi."_s,
-                                 u"Padrino fu Antonnio, battezzato dall'arcipretee medesimo."_s}));
-    QCOMPARE(casella.toPlainText(),
-             u"Addì 3 marzo 1750\n\nGiovani figlio di Pietro è stato battezzato oggi.\n"
-             u"Padrino fu Antonio, battezzato dall'arciprete medesimo.\n"_s);
-    casella.undo();
-    QCOMPARE(casella.toPlainText(), atto);
-}
-
-// Chi smette a metà tiene i cambi già fatti.
-void TstOrtografia::chiusaAMeta()
-{
-    QPlainTextEdit casella(u"battezato annno"_s);
-    davantiA<QDialog>([](QDialog *finestra) {
-        preme(finestra, u"Cambia"_s);
-        QTest::keyClick(finestra, Qt::Key_Escape);
-    });
-    ControlloOrtografico(casella);
-    QCOMPARE(casella.toPlainText(), u"battezzato annno"_s);
-}
-
-void TstOrtografia::nienteDaCorreggere()
-{
-    QPlainTextEdit casella(u"Tutto bene."_s);
-    const QSignalSpy modificata(&casella, &QPlainTextEdit::textChanged);
-    QString detto;
-    davantiA<QMessageBox>([&](QMessageBox *scatola) {
-        detto = scatola->text();
-        scatola->accept();
-    });
-    ControlloOrtografico(casella);
-    QCOMPARE(detto, u"Non sono state trovate parole sbagliate"_s);
-    QCOMPARE(modificata.count(), 0);
-}
-
-void TstOrtografia::paroleAggiunte()
-{
-    QPlainTextEdit casella(u"annno Annno"_s);
-    davantiA<QDialog>([](QDialog *finestra) { preme(finestra, u"Aggiungi"_s); });
-    ControlloOrtografico(casella);
-    QCOMPARE(casella.toPlainText(), u"annno Annno"_s);
-    QFile file(dizionario::fileParole());
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), "annno\n"_ba);
-    const dizionario::Dizionario dopo;
-    QVERIFY(dopo.corretta(u"ANNNO"_s));
-}
-
-void TstOrtografia::finestraPrincipale()
-{
-    QMainWindow principale;
-    principale.showMaximized();
-    contesto().TestoCampoLungo = u"annno"_s;
-    fmTxtL testi(&principale);
-    testi.Form_Load({});
-    testi.show();
-    bool ridotta = false;
-    bool disabilitata = false;
-    davantiA<QDialog>([&](QDialog *finestra) {
-        ridotta = principale.windowState().testFlag(Qt::WindowMinimized);
-        disabilitata = !testi.isEnabled();
-        preme(finestra, u"Ignora"_s);
-    });
-    preme(&testi, u"Command2"_s);
-    QVERIFY(ridotta);
-    QVERIFY(disabilitata);
-    QCOMPARE(principale.windowState() & ~Qt::WindowActive, Qt::WindowMaximized);
-    QVERIFY(testi.isEnabled());
-    QVERIFY(!contesto().TestoModificato);
-
-    // Quando manca lo si dice prima di ridurre la finestra principale.
-    registro::scrivi(Radice::HKEY_CLASSES_ROOT, u".doc"_s, u"Altra"_s);
-    QString detto;
-    davantiA<QMessageBox>([&](QMessageBox *scatola) {
-        detto = scatola->text();
-        ridotta = principale.windowState().testFlag(Qt::WindowMinimized);
-        scatola->accept();
-    });
-    preme(&testi, u"Command2"_s);
-    registro::togli(Radice::HKEY_CLASSES_ROOT, u".doc"_s);
-    QCOMPARE(detto, u"Impossibile trovare Word"_s);
-    QVERIFY(!ridotta);
-}
-
-void TstOrtografia::solaLettura()
-{
-    fmTxtL testi(nullptr);
-    testi.TipoLock = 1;
-    testi.Form_Load(u"V1"_s);
-    QVERIFY(!testi.findChild<QPushButton *>(u"Command1"_s)->isEnabled());
-    QVERIFY(!testi.findChild<QPushButton *>(u"Command2"_s)->isEnabled());
-    auto *punti = testi.findChild<QScrollBar *>(u"HScroll1"_s);
-    QCOMPARE(punti->minimum(), 6);
-    QCOMPARE(punti->maximum(), 20);
-    punti->setValue(13);
-    QCOMPARE(punti->value(), 14);
-    QCOMPARE(testi.findChild<QPlainTextEdit *>(u"Text1"_s)->font().pointSize(), 14);
-}
-
-int main(int argc, char **argv)
-{
-    QApplication applicazione(argc, argv);
-    preparaApplicazione(applicazione);
-    TstOrtografia prova;
-    return QTest::qExec(&prova, argc, argv);
-}
+QTEST_MAIN(TstOrtografia)
 
 #include "tst_ortografia.moc"
