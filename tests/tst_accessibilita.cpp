@@ -33,6 +33,9 @@ using Finestra = std::shared_ptr<QWidget>;
 const QStringList editori{u"fmArchivio"_s,  u"fmRegistro"_s, u"fmVoce"_s,
                           u"fmIndividuo"_s, u"fmFamiglia"_s, u"fmEvento"_s,
                           u"fmLuogo"_s,     u"fmRecapito"_s, u"fmOperatore"_s};
+const QStringList conCaselle = editori + QStringList{u"fmTxtL"_s, u"fmLogin"_s};
+const QStringList dialoghi = conCaselle + QStringList{u"fmVisualizza"_s, u"fmChiudi"_s,
+                                                      u"fmGuida"_s, u"FinestraOrtografia"_s};
 const QStringList tabelle{u"Archivi"_s,  u"Registri"_s, u"Voci"_s,  u"Individui"_s,
                           u"Famiglie"_s, u"Eventi"_s,   u"Binari"_s};
 
@@ -103,24 +106,11 @@ Finestra finestra(const QString &nome, const ArchivioDiProva &archivio)
 
 bool vuoleNome(QAccessible::Role ruolo)
 {
-    switch (ruolo) {
-    case QAccessible::PushButton:
-    case QAccessible::ButtonMenu:
-    case QAccessible::RadioButton:
-    case QAccessible::CheckBox:
-    case QAccessible::EditableText:
-    case QAccessible::ComboBox:
-    case QAccessible::List:
-    case QAccessible::Tree:
-    case QAccessible::Table:
-    case QAccessible::ToolBar:
-    case QAccessible::MenuItem:
-    case QAccessible::Dialog:
-    case QAccessible::Window:
-        return true;
-    default:
-        return false;
-    }
+    using enum QAccessible::Role;
+    const QList<QAccessible::Role> ruoli{
+        PushButton, ButtonMenu, RadioButton, CheckBox, EditableText, ComboBox, List,
+        Tree,       Table,      ToolBar,     MenuItem, Dialog,       Window};
+    return ruoli.contains(ruolo);
 }
 
 QString dove(QAccessibleInterface *oggetto)
@@ -190,22 +180,19 @@ class TestAccessibilita : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { preparaApplicazione(*qApp); }
     void init() { archivio = std::make_unique<ArchivioDiProva>(); }
     void cleanup() { archivio.reset(); }
 
     void tuttoHaUnNome_data()
     {
-        QTest::addColumn<QString>("nome");
-        for (const QString &nome : editori + altre)
-            QTest::newRow(qUtf8Printable(nome)) << nome;
+        finestre(dialoghi + QStringList{u"MDITras vuota"_s, u"MDITras"_s});
     }
     void tuttoHaUnNome()
     {
         QFETCH(QString, nome);
-        const Finestra aperta = finestra(nome, *archivio);
+        const Finestra aperta = mostrata(nome, *archivio);
         QVERIFY(aperta != nullptr);
-        aperta->show();
-        QVERIFY(QTest::qWaitForWindowExposed(aperta.get()));
         QStringList senza;
         for (QWidget *una : QApplication::topLevelWidgets()) {
             if (una->isVisible())
@@ -214,14 +201,12 @@ private slots:
         QVERIFY2(senza.isEmpty(), qUtf8Printable(senza.join(u'\n')));
     }
 
-    void siTabulaComeSiLegge_data() { finestreDaTabulare(); }
+    void siTabulaComeSiLegge_data() { finestre(conCaselle); }
     void siTabulaComeSiLegge()
     {
         QFETCH(QString, nome);
-        const Finestra aperta = finestra(nome, *archivio);
+        const Finestra aperta = mostrata(nome, *archivio);
         QVERIFY(aperta != nullptr);
-        aperta->show();
-        QVERIFY(QTest::qWaitForWindowExposed(aperta.get()));
         QList<QWidget *> giro;
         for (QWidget *uno = aperta->nextInFocusChain(); uno != aperta.get();
              uno = uno->nextInFocusChain()) {
@@ -241,30 +226,22 @@ private slots:
                      qUtf8Printable(giro[i - 1]->objectName() + u" -> "_s + giro[i]->objectName()));
     }
 
-    void ogniCasellaHaLaSuaEtichetta_data() { finestreDaTabulare(); }
+    void ogniCasellaHaLaSuaEtichetta_data() { finestre(conCaselle); }
     void ogniCasellaHaLaSuaEtichetta()
     {
         QFETCH(QString, nome);
         const Finestra aperta = finestra(nome, *archivio);
         QVERIFY(aperta != nullptr);
-        const auto caselle = aperta->findChildren<QLineEdit *>();
-        const auto etichette = aperta->findChildren<QLabel *>();
-        for (const QLineEdit *casella : caselle)
-            QVERIFY2(std::any_of(etichette.begin(), etichette.end(),
-                                 [casella](const QLabel *una) {
-                                     return una->buddy() == casella && !una->text().isEmpty();
-                                 }),
-                     qUtf8Printable(casella->objectName()));
+        QSet<const QWidget *> chiamate;
+        for (const QLabel *una : aperta->findChildren<QLabel *>()) {
+            if (!una->text().isEmpty())
+                chiamate.insert(una->buddy());
+        }
+        for (const QLineEdit *casella : aperta->findChildren<QLineEdit *>())
+            QVERIFY2(chiamate.contains(casella), qUtf8Printable(casella->objectName()));
     }
 
-    void leMnemonicheNonSiConfondono_data()
-    {
-        QTest::addColumn<QString>("nome");
-        for (const QString &nome : editori + altre) {
-            if (!nome.startsWith(u"MDITras"))
-                QTest::newRow(qUtf8Printable(nome)) << nome;
-        }
-    }
+    void leMnemonicheNonSiConfondono_data() { finestre(dialoghi); }
     void leMnemonicheNonSiConfondono()
     {
         QFETCH(QString, nome);
@@ -325,9 +302,8 @@ private slots:
 
     void salvaConLaTastiera()
     {
-        const Finestra aperta = finestra(u"fmArchivio"_s, *archivio);
-        aperta->show();
-        QVERIFY(QTest::qWaitForWindowActive(aperta.get()));
+        const Finestra aperta = mostrata(u"fmArchivio"_s, *archivio);
+        QVERIFY(aperta != nullptr);
         auto *nome = aperta->findChild<QLineEdit *>(u"Text1_0"_s);
         nome->setText(u"Duomo"_s);
         QTest::keyClick(nome, Qt::Key_S, Qt::ControlModifier);
@@ -337,9 +313,8 @@ private slots:
 
     void iTastiDelleFinestre()
     {
-        const Finestra aperta = finestra(u"MDITras"_s, *archivio);
-        aperta->show();
-        QVERIFY(QTest::qWaitForWindowActive(aperta.get()));
+        const Finestra aperta = mostrata(u"MDITras"_s, *archivio);
+        QVERIFY(aperta != nullptr);
         auto *area = aperta->findChild<Area *>();
         const auto attiva = [area] {
             const auto *tabella = qobject_cast<fmTabella *>(area->currentSubWindow()->widget());
@@ -363,9 +338,8 @@ private slots:
     // L'invito c'è finché non c'è una finestra, e torna quando si chiude l'ultima.
     void linvitoDellAreaVuota()
     {
-        const Finestra aperta = finestra(u"MDITras vuota"_s, *archivio);
-        aperta->show();
-        QVERIFY(QTest::qWaitForWindowExposed(aperta.get()));
+        const Finestra aperta = mostrata(u"MDITras vuota"_s, *archivio);
+        QVERIFY(aperta != nullptr);
         auto *area = aperta->findChild<Area *>();
         auto *invito = aperta->findChild<QLabel *>(u"Invito"_s);
         QVERIFY(invito->isVisible());
@@ -377,25 +351,24 @@ private slots:
     }
 
 private:
-    static void finestreDaTabulare()
+    static void finestre(const QStringList &nomi)
     {
         QTest::addColumn<QString>("nome");
-        for (const QString &nome : editori + QStringList{u"fmTxtL"_s, u"fmLogin"_s})
+        for (const QString &nome : nomi)
             QTest::newRow(qUtf8Printable(nome)) << nome;
     }
+    static Finestra mostrata(const QString &nome, const ArchivioDiProva &archivio)
+    {
+        const Finestra aperta = finestra(nome, archivio);
+        if (aperta == nullptr)
+            return {};
+        aperta->show();
+        return QTest::qWaitForWindowActive(aperta.get()) ? aperta : Finestra();
+    }
 
-    static inline const QStringList altre{
-        u"MDITras vuota"_s, u"MDITras"_s, u"fmVisualizza"_s, u"fmChiudi"_s,
-        u"fmLogin"_s,       u"fmGuida"_s, u"fmTxtL"_s,       u"FinestraOrtografia"_s};
     std::unique_ptr<ArchivioDiProva> archivio;
 };
 
-int main(int argc, char **argv)
-{
-    QApplication applicazione(argc, argv);
-    preparaApplicazione(applicazione);
-    TestAccessibilita prova;
-    return QTest::qExec(&prova, argc, argv);
-}
+QTEST_MAIN(TestAccessibilita)
 
 #include "tst_accessibilita.moc"
