@@ -148,8 +148,11 @@ private slots:
                 nuovo(famiglia, u"Padre"_s);
             });
             nuovo(voce, u"Famiglia Genitori"_s);
+            QCOMPARE(collegati(voce), u"I1 Battezzato/a, I2 Padre, F1 Famiglia Genitori"_s);
         });
-        QCOMPARE(lette(u"SELECT * FROM FamiglieConiugi"_s), u"F1;I2"_s);
+        QCOMPARE(lette(u"SELECT Sesso, FamiglieConiugi.* FROM Individui, FamiglieConiugi "
+                       "WHERE Codice = CodiceIndividuo"_s),
+                 u"M;F1;I2"_s);
         QCOMPARE(righe(u"FamiglieGenitori"_s), 0);
     }
 

@@ -174,6 +174,7 @@ private slots:
         apre(u"fmArchivio"_s, u"A1"_s, [this](QWidget *archivi) {
             persona->avviso(u"I dati del trascrittore non\npossono essere modificati"_s);
             poi([this](QWidget *operatore) {
+                QCOMPARE(operatore->windowTitle(), u"Trascrittore"_s);
                 QVERIFY(!parte<QGroupBox>(operatore, u"Frame3"_s)->isVisible());
                 poi([this](QWidget *luogo) {
                     poi([](QWidget *testo) {
