@@ -35,29 +35,24 @@ private slots:
     void cleanup() { finisce(); }
 
     // Chi è già elencato (e che cos'altro) > chi si chiede.
-    void coppia_data()
-    {
-        QTest::addColumn<bool>("rifiutato");
-        const auto casi = [](bool rifiutato, const char *tutti) {
-            for (const QString &caso : QString::fromUtf8(tutti).split(u'|'))
-                QTest::newRow(qUtf8Printable(caso)) << rifiutato;
-        };
-        casi(false, ">6|>37|12 14 18 19 39 41 42>7|12 14 18 19 39 41 42>36");
-        casi(true, "6>6|7>7|36>36|37>37|12 18 7 42>7|6 7>6");
-        casi(false, "6>7|7>6|36>37|37>36|1>6|2>7|3>6|4>7|5>6|34>7|40>6");
-        casi(true, "1 7>6|7 2>6|3 7>7|4 36>37|5 7>6|34 7>6|7 40>6|40 7>7");
-        // Anche un ruolo che non è di coppia è rifiutato da una coppia completa; due principali no.
-        casi(true, "2 7>1|2 7>34");
-        casi(false, "2>2|6 7>1|2 7>40|2 7>12|2 7>18|2 7>8");
-    }
     void coppia()
     {
-        const QString caso = QString::fromUtf8(QTest::currentDataTag());
-        std::vector<int> inseriti;
-        const QStringList elencati = caso.section(u'>', 0, 0).split(u' ', Qt::SkipEmptyParts);
-        for (const QString &elencato : elencati)
-            inseriti.push_back(elencato.toInt());
-        QTEST(ConiugeGiaInserito(inseriti, caso.section(u'>', 1).toInt()), "rifiutato");
+        const auto esito = [](bool rifiutato, const char *casi) {
+            for (const QString &caso : QString::fromUtf8(casi).split(u'|')) {
+                std::vector<int> inseriti;
+                for (const QString &uno : caso.section(u'>', 0, 0).split(u' ', Qt::SkipEmptyParts))
+                    inseriti.push_back(uno.toInt());
+                QVERIFY2(ConiugeGiaInserito(inseriti, caso.section(u'>', 1).toInt()) == rifiutato,
+                         qUtf8Printable(caso));
+            }
+        };
+        esito(false, ">6|>37|12 14 18 19 39 41 42>7|12 14 18 19 39 41 42>36");
+        esito(true, "6>6|7>7|36>36|37>37|12 18 7 42>7|6 7>6");
+        esito(false, "6>7|7>6|36>37|37>36|1>6|2>7|3>6|4>7|5>6|34>7|40>6");
+        esito(true, "1 7>6|7 2>6|3 7>7|4 36>37|5 7>6|34 7>6|7 40>6|40 7>7");
+        // Anche un ruolo che non è di coppia è rifiutato da una coppia completa; due principali no.
+        esito(true, "2 7>1|2 7>34");
+        esito(false, "2>2|6 7>1|2 7>40|2 7>12|2 7>18|2 7>8");
     }
 
     void offerta_data()

@@ -45,7 +45,8 @@ private slots:
     {
         qunsetenv("DICPATH");
         QFile::remove(dizionario::fileParole());
-        comincia();
+        avviaContesto();
+        persona = std::make_unique<Persona>();
     }
     void cleanup()
     {
