@@ -1,16 +1,13 @@
 #pragma once
 
-#include "app/avvio.h"
 #include "app/contesto.h"
 #include "app/finestre.h"
 #include "finestre_di_prova.h"
+#include "programma.h"
 
 #include <QPlainTextEdit>
 
 #include <memory>
-
-using namespace Qt::StringLiterals;
-using namespace modTarvola;
 
 // Le colonne di una tabella di casi fatta tutta di testi, e una sua riga.
 inline void colonneDiTesto(const std::initializer_list<const char *> &nomi)

@@ -1,5 +1,4 @@
 #include "app/area.h"
-#include "app/avvio.h"
 #include "app/finestre.h"
 #include "app/fmChiudi.h"
 #include "app/fmGuida.h"
@@ -9,6 +8,7 @@
 #include "comune.h"
 #include "editors/pannello.h"
 #include "platform/finestra_ortografia.h"
+#include "programma.h"
 #include "texts/fmTxtL.h"
 
 #include <QAccessible>
@@ -21,9 +21,6 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTreeWidget>
-
-using namespace Qt::StringLiterals;
-using namespace modTarvola;
 
 namespace
 {
@@ -180,7 +177,6 @@ class TestAccessibilita : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { preparaApplicazione(*qApp); }
     void init() { archivio = std::make_unique<ArchivioDiProva>(); }
     void cleanup() { archivio.reset(); }
 
@@ -369,6 +365,6 @@ private:
     std::unique_ptr<ArchivioDiProva> archivio;
 };
 
-QTEST_MAIN(TestAccessibilita)
+PROVA_CON_FINESTRE(TestAccessibilita)
 
 #include "tst_accessibilita.moc"

@@ -33,7 +33,6 @@ class TstCollegamenti : public QObject, private ProvaEditori
     }
 
 private slots:
-    void initTestCase() { preparaApplicazione(*qApp); }
     void init() { comincia(); }
     void cleanup() { finisce(); }
 
@@ -169,6 +168,6 @@ private slots:
     }
 };
 
-QTEST_MAIN(TstCollegamenti)
+PROVA_CON_FINESTRE(TstCollegamenti)
 
 #include "tst_collegamenti.moc"

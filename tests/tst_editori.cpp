@@ -42,7 +42,6 @@ class TstEditori : public QObject, private ProvaEditori
     }
 
 private slots:
-    void initTestCase() { preparaApplicazione(*qApp); }
     void init() { comincia(); }
     void cleanup() { finisce(); }
 
@@ -315,6 +314,6 @@ private slots:
     }
 };
 
-QTEST_MAIN(TstEditori)
+PROVA_CON_FINESTRE(TstEditori)
 
 #include "tst_editori.moc"

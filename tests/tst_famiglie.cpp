@@ -30,7 +30,6 @@ class TstFamiglie : public QObject, private ProvaEditori
     }
 
 private slots:
-    void initTestCase() { preparaApplicazione(*qApp); }
     void init() { comincia(); }
     void cleanup() { finisce(); }
 
@@ -273,6 +272,6 @@ private slots:
     }
 };
 
-QTEST_MAIN(TstFamiglie)
+PROVA_CON_FINESTRE(TstFamiglie)
 
 #include "tst_famiglie.moc"

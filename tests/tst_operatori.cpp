@@ -45,7 +45,6 @@ class TstOperatori : public QObject, private ProvaEditori
     }
 
 private slots:
-    void initTestCase() { preparaApplicazione(*qApp); }
     void init() { comincia(); }
     void cleanup() { finisce(); }
 
@@ -219,6 +218,6 @@ private slots:
     }
 };
 
-QTEST_MAIN(TstOperatori)
+PROVA_CON_FINESTRE(TstOperatori)
 
 #include "tst_operatori.moc"

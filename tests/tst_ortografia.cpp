@@ -36,11 +36,7 @@ class TstOrtografia : public QObject, private ProvaEditori
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        preparaApplicazione(*qApp);
-        QStandardPaths::setTestModeEnabled(true);
-    }
+    void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
     void init()
     {
         qunsetenv("DICPATH");
@@ -111,12 +107,8 @@ private slots:
     void altraCodifica()
     {
         const QTemporaryDir cartella;
-        const auto scrive = [&](const QString &nome, const QByteArray &byte) {
-            QFile file(cartella.filePath(nome));
-            return file.open(QIODevice::WriteOnly) && file.write(byte) == byte.size();
-        };
-        QVERIFY(scrive(u"it_IT.aff"_s, "SET ISO8859-15\nTRY aeiou\xE8\n"));
-        QVERIFY(scrive(u"it_IT.dic"_s, "2\ncaff\xE8\nf\xBDtale\n"));
+        scrive(cartella.filePath(u"it_IT.aff"_s), "SET ISO8859-15\nTRY aeiou\xE8\n");
+        scrive(cartella.filePath(u"it_IT.dic"_s), "2\ncaff\xE8\nf\xBDtale\n");
         qputenv("DICPATH", cartella.path().toUtf8());
         const dizionario::Dizionario vecchio;
         QVERIFY(vecchio.corretta(u"caffè"_s));
@@ -259,9 +251,7 @@ private slots:
         poi([](QWidget *finestra) { preme(finestra, u"Aggiungi"_s); });
         ControlloOrtografico(testo);
         QCOMPARE(testo.toPlainText(), u"annno Annno"_s);
-        QFile file(dizionario::fileParole());
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(file.readAll(), "annno\n"_ba);
+        QCOMPARE(byteDi(dizionario::fileParole()), "annno\n"_ba);
         const dizionario::Dizionario dopo;
         QVERIFY(dopo.corretta(u"ANNNO"_s));
     }
@@ -315,6 +305,6 @@ private slots:
     }
 };
 
-QTEST_MAIN(TstOrtografia)
+PROVA_CON_FINESTRE(TstOrtografia)
 
 #include "tst_ortografia.moc"
