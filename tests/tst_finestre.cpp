@@ -69,25 +69,6 @@ private slots:
         QCOMPARE(contesto().PercorsoCorrente, QString());
     }
 
-    void nomeDiUnFileMancante()
-    {
-        persona->poi([&](QWidget *dialogo) {
-            auto *nome = parte<QLineEdit>(dialogo, u"fileNameEdit"_s);
-            nome->setText(percorso(u"manca.tvd"_s));
-            // Lo dice la finestra stessa, che resta per un altro nome.
-            persona->poi([](QWidget *scatola) {
-                const QString testo = qobject_cast<QMessageBox *>(scatola)->text();
-                QVERIFY2(testo.contains(u"File non trovato"_s), qUtf8Printable(testo));
-                qobject_cast<QDialog *>(scatola)->reject();
-            });
-            QTest::keyClick(nome, Qt::Key_Return);
-            dialogo->close();
-        });
-        sceglie(u"&File"_s, u"Apri"_s);
-        QCOMPARE(principale->visualizzatori().size(), 0);
-        QCOMPARE(contesto().PercorsoCorrente, QString());
-    }
-
     void fileCheNonSiApre()
     {
         apreEsempio();
