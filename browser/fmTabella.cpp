@@ -11,6 +11,7 @@
 #include <QEvent>
 #include <QHeaderView>
 #include <QMenu>
+#include <QShortcut>
 #include <QTableView>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -68,6 +69,9 @@ void fmTabella::creaGriglia()
     connect(DataGrid1->horizontalHeader(), &QHeaderView::sectionClicked, this,
             &fmTabella::DataGrid1_HeadClick);
     connect(DataGrid1, &QTableView::activated, this, [this] { esegue(ApriRiga); });
+    // Il tasto Menu, per le tastiere che non l'hanno.
+    connect(new QShortcut(Qt::SHIFT | Qt::Key_F10, DataGrid1, nullptr, nullptr, Qt::WidgetShortcut),
+            &QShortcut::activated, this, [this] { mostraMenuRiga(); });
 }
 
 void fmTabella::Form_Load()

@@ -5,6 +5,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <optional>
 
 namespace modTarvola
 {
@@ -59,6 +60,9 @@ public:
 
     bool eventFilter(QObject *oggetto, QEvent *evento) override;
 
+protected:
+    void contextMenuEvent(QContextMenuEvent *evento) override;
+
 private:
     void creaBarra();
     void creaGriglia();
@@ -66,6 +70,8 @@ private:
     void creaMenu();
     QMenu *menuComandi();
     QMenu *menuTabelle();
+    void mostraMenuRiga(std::optional<QPoint> posto = {});
+    QMenu *menuOrdine(QMenu *sopra);
     QMenu *menuServizio(const QString &titolo, const QStringList &voci,
                         const std::function<void(int)> &servizio);
     void DataGrid1_HeadClick(int colonna);

@@ -1,9 +1,13 @@
 #include "browser/fmTabella.h"
+#include "browser/modello_tabella.h"
 #include "platform/messaggi.h"
 #include "platform/tasti.h"
 
 #include <QAction>
+#include <QActionGroup>
+#include <QContextMenuEvent>
 #include <QMenu>
+#include <QTableView>
 #include <QToolBar>
 
 namespace
@@ -109,4 +113,46 @@ QMenu *fmTabella::menuTabelle()
                 [this, numero] { TsubItem_Click(numero); });
     }
     return TItem;
+}
+
+void fmTabella::contextMenuEvent(QContextMenuEvent *evento)
+{
+    const QWidget *righe = DataGrid1->viewport();
+    if (evento->reason() == QContextMenuEvent::Keyboard)
+        mostraMenuRiga();
+    else if (righe->rect().contains(righe->mapFromGlobal(evento->globalPos())))
+        mostraMenuRiga(evento->globalPos());
+    else
+        evento->ignore();
+}
+
+// I comandi, e l'ordine per chi non clicca sulle testate; sotto la riga, se non è dato il posto.
+void fmTabella::mostraMenuRiga(std::optional<QPoint> posto)
+{
+    auto *menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addActions(m_menu.at(1)->actions());
+    menu->addSeparator();
+    menu->addMenu(menuOrdine(menu));
+    const QRect riga = DataGrid1->visualRect(DataGrid1->currentIndex());
+    menu->popup(posto.value_or(DataGrid1->viewport()->mapToGlobal(riga.bottomLeft())));
+}
+
+QMenu *fmTabella::menuOrdine(QMenu *sopra)
+{
+    auto *ordine = new QMenu(QStringLiteral("&Ordina per"), sopra);
+    auto *unaSola = new QActionGroup(ordine);
+    for (int colonna = 0; colonna < adoTabella->columnCount(); ++colonna) {
+        if (!adoTabella->ordinabile(colonna))
+            continue;
+        QAction *azione = ordine->addAction(
+            adoTabella->headerData(colonna, Qt::Horizontal, Qt::DisplayRole).toString());
+        azione->setCheckable(true);
+        unaSola->addAction(azione);
+        azione->setChecked(colonna == adoTabella->colonnaOrdine());
+        connect(azione, &QAction::triggered, this,
+                [this, colonna] { DataGrid1_HeadClick(colonna); });
+    }
+    ordine->setEnabled(!ordine->isEmpty());
+    return ordine;
 }

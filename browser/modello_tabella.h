@@ -30,6 +30,7 @@ public:
     void continua();
     // Rilegge tutte le chiavi nell'ordine corrente. Lancia ado::Errore; allora l'elenco è vuoto.
     void rilegge();
+    bool ordinabile(int colonna) const { return m_elenco.ordinabile(colonna); }
     // Ordina per una colonna, se si può; falso se non si può.
     bool ordina(int colonna);
     // Vero se un guasto ha fermato la lettura delle chiavi: ne mancano.

@@ -159,6 +159,17 @@ private slots:
             QCOMPARE(testata->sortIndicatorOrder(), Qt::AscendingOrder);
             QCOMPARE(codici(oggetti), u"B2 B1"_s);
         }
+        // Dal menu della riga si ordina senza il mouse, per le stesse colonne.
+        QTest::keyClick(griglia(oggetti), Qt::Key_F10, Qt::ShiftModifier);
+        auto *aperto = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        QVERIFY(aperto != nullptr);
+        const auto colonne = aperto->actions().constLast()->menu()->actions();
+        QCOMPARE(didascalie(colonne),
+                 QStringList({u"Codice"_s, u"Tipo"_s, u"IdProprietario"_s, u"Nome"_s}));
+        QVERIFY(colonne.constLast()->isChecked());
+        colonne.constFirst()->trigger();
+        aperto->close();
+        QCOMPARE(codici(oggetti), u"B1 B2"_s);
     }
 
     void cascata()
