@@ -48,7 +48,7 @@ private slots:
         esito(false, ">6|>37|12 14 18 19 39 41 42>7|12 14 18 19 39 41 42>36");
         esito(true, "6>6|7>7|36>36|37>37|12 18 7 42>7|6 7>6");
         esito(false, "6>7|7>6|36>37|37>36|1>6|2>7|3>6|4>7|5>6|34>7|40>6");
-        esito(true, "1 7>6|7 2>6|3 7>7|4 36>37|5 7>6|34 7>6|7 40>6|40 7>7");
+        esito(true, "1 7>6|7 2>6|3 6>7|4 36>37|5 7>6|34 7>6|7 40>6");
         // Anche un ruolo che non è di coppia è rifiutato da una coppia completa; due principali no.
         esito(true, "2 7>1|2 7>34");
         esito(false, "2>2|6 7>1|2 7>40|2 7>12|2 7>18|2 7>8");

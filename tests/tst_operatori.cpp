@@ -147,6 +147,19 @@ private slots:
                  u"O1;(Null);42;(Null)|O2;D'Òrsi;41;(Null)|O3;D'Òrsi;41;(Null)"_s);
     }
 
+    // Un modo che non c'è, o che vuole un trascrittore e non l'ha, non apre alcun record.
+    void modiSconosciuti()
+    {
+        for (const auto &[modo, motivo] : {std::pair{7, u"7 non è un genere di operatore"_s},
+                                           std::pair{42, u"manca il codice del trascrittore"_s}}) {
+            const auto finestra = NuovaFinestra(u"fmOperatore"_s, nullptr);
+            finestra->proprieta.TipoOperatore = modo;
+            persona->avviso(u"Operazione non riuscita:\n"_s + motivo);
+            QVERIFY(!ApriFinestra(*finestra, {}));
+            QVERIFY(persona->finita() && FinestreAperte().empty());
+        }
+    }
+
     // Il modello non lo offre, ma un archivio può farlo.
     void trascrittoreNonOfferto()
     {
