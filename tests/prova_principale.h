@@ -29,6 +29,12 @@ inline QString cestino(const QString &nome)
     return shell::cartellaApplicazione() + u"/Cestino/"_s + nome;
 }
 
+// Quanti archivi ha un file, aperto a parte.
+inline int archiviIn(const QString &file)
+{
+    return Aparte(file).legge(u"SELECT count(*) FROM Archivi"_s).toInt();
+}
+
 inline QStringList didascalie(const QList<QAction *> &azioni)
 {
     QStringList testi;
@@ -116,7 +122,15 @@ protected:
         QVERIFY(persona->finita());
     }
 
-    // Nella finestra dei file batte il percorso e preme Invio; vuoto: annulla.
+    // In una finestra dei file batte il nome e preme Invio; vuoto: annulla.
+    static void batteNome(QFileDialog *dialogo, const QString &scelto)
+    {
+        if (scelto.isEmpty())
+            return dialogo->reject();
+        auto *nome = parte<QLineEdit>(dialogo, u"fileNameEdit"_s);
+        nome->setText(scelto);
+        QTest::keyClick(nome, Qt::Key_Return);
+    }
     void batteFile(const QString &titolo, const QString &scelto)
     {
         persona->poi([=](QWidget *finestra) {
@@ -125,11 +139,7 @@ protected:
             QCOMPARE(dialogo->windowTitle(), titolo);
             QCOMPARE(dialogo->nameFilters(), QStringList(u"File Tarvola (*.tvd)"_s));
             QCOMPARE(dialogo->directory(), QDir(shell::cartellaApplicazione()));
-            if (scelto.isEmpty())
-                return dialogo->reject();
-            auto *nome = parte<QLineEdit>(dialogo, u"fileNameEdit"_s);
-            nome->setText(scelto);
-            QTest::keyClick(nome, Qt::Key_Return);
+            batteNome(dialogo, scelto);
         });
     }
     void apriFile(const QString &scelto)
@@ -175,6 +185,7 @@ protected:
         sceglie(u"&Archivi"_s, u"Aggiorna"_s);
         return tabella;
     }
+    QMdiArea *area() const { return principale->findChild<QMdiArea *>(); }
     fmTabella *ultimo() const { return principale->visualizzatori().constLast(); }
     static QMdiSubWindow *cornice(const fmTabella *tabella)
     {

@@ -7,8 +7,6 @@
 #include <QRegularExpression>
 #include <QUrl>
 
-Q_DECLARE_METATYPE(sistema::Memoria)
-
 // Il desktop, che prende i collegamenti al posto dei suoi programmi.
 class Desktop : public QObject
 {
@@ -55,78 +53,44 @@ private slots:
     void init() { comincia(); }
     void cleanup() { finisce(); }
 
-    void aCapo_data()
-    {
-        QTest::addColumn<QString>("testo");
-        QTest::addColumn<QString>("codificato");
-        QTest::newRow("vuoto") << QString() << QString();
-        QTest::newRow("senza a capo") << u"a b & è"_s << u"a b & è"_s;
-        QTest::newRow("due di fila") << u"a\r\n\r\nb\r\n"_s << u"a%0D%0A%0D%0Ab%0D%0A"_s;
-        QTest::newRow("non in coppia") << u"a\nb\rc\n\rd\r\r\n"_s << u"a\nb\rc\n\rd\r%0D%0A"_s;
-        QTest::newRow("già codificato") << u"a%0D%0Ab"_s << u"a%0D%0Ab"_s;
-    }
+    // Solo un ritorno con il suo a capo si codifica; il resto passa com'è.
     void aCapo()
     {
-        QFETCH(QString, testo);
-        QTEST(CodificaACapo(testo), "codificato");
+        QCOMPARE(CodificaACapo(u"a\r\n\r\nb & è%0D%0A\r\n"_s), u"a%0D%0A%0D%0Ab & è%0D%0A%0D%0A"_s);
+        QCOMPARE(CodificaACapo(u"a\nb\rc\n\rd\r\r\n"_s), u"a\nb\rc\n\rd\r%0D%0A"_s);
     }
 
-    void collegamento_data()
-    {
-        QTest::addColumn<QStringList>("campi");
-        QTest::addColumn<QString>("collegamento");
-        const QString indirizzo = u"chi@example.org"_s;
-        QTest::newRow("il solo indirizzo")
-            << QStringList{indirizzo, {}, {}, {}, {}} << u"mailto:chi@example.org"_s;
-        QTest::newRow("corpo") << QStringList{indirizzo, {}, u"è a\r\nb & c"_s, {}, {}}
-                               << u"mailto:chi@example.org?Body=è a%0D%0Ab & c"_s;
-        QTest::newRow("tutto")
-            << QStringList{indirizzo, u"a\r\nb"_s, u"c"_s, u"d@example.org"_s, u"e@example.org"_s}
-            << u"mailto:chi@example.org?Subject=a\r\nb&Body=c&CC=d@example.org&BCC=e@example.org"_s;
-    }
     void collegamento()
     {
-        QFETCH(QStringList, campi);
-        QTEST(CollegamentoPosta(campi[0], campi[1], campi[2], campi[3], campi[4]), "collegamento");
+        const QString chi = u"chi@example.org"_s;
+        QCOMPARE(CollegamentoPosta(chi, {}, {}, {}, {}), u"mailto:chi@example.org"_s);
+        QCOMPARE(CollegamentoPosta(chi, {}, u"è a\r\nb & c"_s, {}, {}),
+                 u"mailto:chi@example.org?Body=è a%0D%0Ab & c"_s);
+        QCOMPARE(
+            CollegamentoPosta(chi, u"a\r\nb"_s, u"c"_s, u"d@example.org"_s, u"e@example.org"_s),
+            u"mailto:chi@example.org?Subject=a\r\nb&Body=c&CC=d@example.org&BCC=e@example.org"_s);
     }
 
-    void kilobyte_data()
-    {
-        QTest::addColumn<quint64>("byte");
-        QTest::addColumn<QString>("scritto");
-        QTest::newRow("niente") << quint64{0} << u"0"_s;
-        QTest::newRow("intero, senza punti") << quint64{16} * 1024 * 1024 * 1024 << u"16777216"_s;
-        QTest::newRow("con la virgola") << quint64{1536} << u"1,5"_s;
-        QTest::newRow("non arrotondato") << quint64{1234567891} << u"1205632,7060546875"_s;
-    }
     void kilobyte()
     {
-        QFETCH(quint64, byte);
-        QTEST(InKilobyte(byte), "scritto");
+        QCOMPARE(InKilobyte(0), u"0"_s);
+        QCOMPARE(InKilobyte(quint64{16} << 30), u"16777216"_s);
+        QCOMPARE(InKilobyte(1234567891), u"1205632,7060546875"_s);
     }
 
-    void memoria_data()
-    {
-        QTest::addColumn<QByteArray>("elenco");
-        QTest::addColumn<QList<quint64>>("kilobyte");
-        QTest::newRow("tutte le righe")
-            << QByteArray("MemTotal:       4000 kB\nMemFree:  1 kB\n"
-                          "MemAvailable:   1000 kB\nHugePages_Total: 7\n"
-                          "SwapTotal:  500 kB\nSwapFree:   200 kB\n")
-            << QList<quint64>{1000, 4000, 1200, 4500};
-        QTest::newRow("senza scambio") << QByteArray("MemTotal: 4000 kB\nMemAvailable: 1000 kB\n")
-                                       << QList<quint64>{1000, 4000, 1000, 4000};
-        QTest::newRow("illeggibile")
-            << QByteArray("MemTotal\n: kB\nSwapFree: molta kB") << QList<quint64>{0, 0, 0, 0};
-    }
     void memoria()
     {
-        QFETCH(QByteArray, elenco);
-        scrive(percorso(u"memoria"_s), elenco);
-        const sistema::Memoria letta = sistema::memoria(percorso(u"memoria"_s));
-        const QList<quint64> in{letta.fisicaDisponibile / 1024, letta.fisicaTotale / 1024,
-                                letta.virtualeDisponibile / 1024, letta.virtualeTotale / 1024};
-        QTEST(in, "kilobyte");
+        const auto letta = [this](const QByteArray &elenco) {
+            scrive(percorso(u"memoria"_s), elenco);
+            const sistema::Memoria sua = sistema::memoria(percorso(u"memoria"_s));
+            return QList<quint64>{sua.fisicaDisponibile / 1024, sua.fisicaTotale / 1024,
+                                  sua.virtualeDisponibile / 1024, sua.virtualeTotale / 1024};
+        };
+        QCOMPARE(letta("MemTotal:       4000 kB\nMemFree:  1 kB\n"
+                       "MemAvailable:   1000 kB\nHugePages_Total: 7\n"
+                       "SwapTotal:  500 kB\nSwapFree:   200 kB\n"),
+                 QList<quint64>({1000, 4000, 1200, 4500}));
+        QCOMPARE(letta("MemTotal\n: kB\nSwapFree: molta kB"), QList<quint64>({0, 0, 0, 0}));
     }
 
     void descriveIlComputer()
