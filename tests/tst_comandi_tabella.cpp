@@ -28,19 +28,6 @@ QString chiedeDi(const QString &nome)
            u"\nSi per sovrascriverlo No per aprire il file esistente"_s;
 }
 
-// Per ogni tabella i codici che restano, tolto il primo.
-void rimastiSenzaIlPrimo()
-{
-    QTest::addColumn<QString>("rimasti");
-    QTest::newRow("Archivi") << u"A2"_s;
-    QTest::newRow("Registri") << u"R2 R3"_s;
-    QTest::newRow("Voci") << u"V2 V3"_s;
-    QTest::newRow("Individui") << u"I2"_s;
-    QTest::newRow("Famiglie") << u"F2"_s;
-    QTest::newRow("Eventi") << u"E2"_s;
-    QTest::newRow("Binari") << u"B2"_s;
-}
-
 } // namespace
 
 class TstComandiTabella : public QObject, private ProvaElenchi
@@ -109,15 +96,10 @@ private slots:
         QTest::addColumn<QString>("battuto");
         QTest::addColumn<QString>("conservato");
         QTest::addColumn<QString>("mostrato");
-        const QString nota = u"Nota"_s;
-        const QString trascritto = u"Testo riportato"_s;
-        const QString prima = u"antico|titolo"_s;
-        QTest::newRow("nota") << 12 << nota << u"È nato\nieri"_s << u"È nato\nieri|sua"_s
+        QTest::newRow("nota") << 12 << u"Nota"_s << u"È nato\nieri"_s << u"È nato\nieri|sua"_s
                               << u"È nato|sua"_s;
-        QTest::newRow("testo") << 13 << trascritto << u"Die 4"_s << u"Die 4|sua"_s
-                               << u"Die 4|sua"_s;
-        QTest::newRow("vuoto") << 12 << nota << QString() << prima << prima;
-        QTest::newRow("spazi") << 13 << trascritto << u"  "_s << prima << prima;
+        QTest::newRow("solo spazi")
+            << 13 << u"Testo riportato"_s << u"  "_s << u"antico|titolo"_s << u"antico|titolo"_s;
     }
     void apreUnTesto()
     {
@@ -147,79 +129,88 @@ private slots:
         QTEST(cella(testi, 0, 4) + u'|' + cella(testi, 0, 3), "mostrato");
     }
 
-    void apreUnFile()
-    {
-        esempio();
-        const fmTabella *oggetti = elenco(u"Binari"_s);
-        va(oggetti, 1);
-        const QString scritto = shell::cartellaApplicazione() + u"/atto.txt"_s;
-        QDesktopServices::setUrlHandler(u"file"_s, this, "apreFile");
-        comando(oggetti, 2);
-        QCOMPARE(byteDi(scritto), "\x01\x02"_ba);
-        for (const bool si : {false, true}) {
-            scrive(scritto, "mio");
-            persona->domanda(chiedeDi(u"atto.txt"_s), si);
-            comando(oggetti, 2);
-            QCOMPARE(byteDi(scritto), si ? "\x01\x02"_ba : "mio"_ba);
-        }
-        QDesktopServices::unsetUrlHandler(u"file"_s);
-        QCOMPARE(aperti, QStringList(3, u"atto.txt"_s));
-        QCOMPARE(corrente(oggetti), u"B2"_s);
-    }
-
-    void nomiProtetti_data()
+    void apreUnFile_data()
     {
         QTest::addColumn<QString>("nome");
         QTest::addColumn<bool>("esiste");
+        QTest::addColumn<bool>("protetto");
+        QTest::newRow("nuovo") << u"atto.txt"_s << false << false;
+        QTest::newRow("già aperto") << u"atto.txt"_s << true << false;
         QTest::newRow("il programma")
-            << QFileInfo(QCoreApplication::applicationFilePath()).fileName() << true;
-        QTest::newRow("il modello") << u"tarvola.mod"_s << true;
-        QTest::newRow("un modello") << u"Tarvola.MOD"_s << false;
-        QTest::newRow("un archivio") << u"vecchio.tvd"_s << true;
-        QTest::newRow("un giornale") << u"vecchio.tvd-journal"_s << false;
-        QTest::newRow("altra cartella") << u"C:\\a\\tarvola.mod"_s << true;
+            << QFileInfo(QCoreApplication::applicationFilePath()).fileName() << true << true;
+        QTest::newRow("un modello") << u"Tarvola.MOD"_s << false << true;
+        QTest::newRow("un archivio") << u"vecchio.tvd"_s << true << true;
+        QTest::newRow("un giornale") << u"vecchio.tvd-journal"_s << false << true;
+        QTest::newRow("altra cartella") << u"C:\\a\\tarvola.mod"_s << true << true;
     }
-    void nomiProtetti()
+    void apreUnFile()
     {
         QFETCH(QString, nome);
         QFETCH(bool, esiste);
+        QFETCH(bool, protetto);
         esempio();
-        scrive(shell::cartellaApplicazione() + u"/vecchio.tvd"_s, "archivio");
         esegui(u"UPDATE Binari SET Nome = ? WHERE Codice = 'B2'"_s, {nome});
         const fmTabella *oggetti = elenco(u"Binari"_s);
         va(oggetti, 1);
         const QString ultima = nome.section(u'\\', -1);
         const QString suo = shell::cartellaApplicazione() + u'/' + ultima;
+        if (esiste && !QFile::exists(suo))
+            scrive(suo, "mio");
         const QByteArray prima = byteDi(suo);
-        QCOMPARE(!prima.isEmpty(), esiste);
         if (esiste)
             persona->domanda(chiedeDi(ultima), true);
-        persona->avviso(
-            u"Operazione non riuscita:\nil file %1 non va sostituito con un allegato"_s.arg(suo));
+        if (protetto)
+            persona->avviso(u"Operazione non riuscita:\nil file %1 non va sostituito con un "
+                            "allegato"_s.arg(suo));
+        QDesktopServices::setUrlHandler(u"file"_s, this, "apreFile");
         comando(oggetti, 2);
-        QCOMPARE(byteDi(suo), prima);
-        QCOMPARE(QFile::exists(suo), esiste);
-        QCOMPARE(aperti, QStringList());
+        QDesktopServices::unsetUrlHandler(u"file"_s);
+        QCOMPARE(byteDi(suo), protetto ? prima : "\x01\x02"_ba);
+        QCOMPARE(QFile::exists(suo), esiste || !protetto);
+        QCOMPARE(aperti, protetto ? QStringList() : QStringList(ultima));
     }
 
-    void elimina_data() { rimastiSenzaIlPrimo(); }
+    void elimina_data()
+    {
+        // I codici che restano, tolto il primo.
+        QTest::addColumn<QString>("rimasti");
+        QTest::newRow("Archivi") << u"A2"_s;
+        QTest::newRow("Registri") << u"R2 R3"_s;
+        QTest::newRow("Voci") << u"V2 V3"_s;
+        QTest::newRow("Individui") << u"I2"_s;
+        QTest::newRow("Famiglie") << u"F2"_s;
+        QTest::newRow("Eventi") << u"E2"_s;
+        QTest::newRow("Binari") << u"B2"_s;
+    }
+    // In un altro elenco la riga eliminata si vede ancora, ma non si usa più.
     void elimina()
     {
         QFETCH(QString, rimasti);
         esempio();
         const QString tabella = QString::fromUtf8(QTest::currentDataTag());
+        const fmTabella *vecchio = elenco(tabella);
         const fmTabella *tutti = elenco(tabella);
         const QString prima = codici(tutti);
         const QString avvertimento = avvertimentoPer(percorso(u"esempio.tvd"_s));
-        persona->avvertimento(avvertimento, false);
-        comando(tutti, 5);
-        QCOMPARE(codici(tutti), prima);
-        QCOMPARE(colonna(u"SELECT Codice FROM "_s + tabella).join(u' '), prima);
-        persona->avvertimento(avvertimento, true);
-        comando(tutti, 5);
-        QCOMPARE(codici(tutti), rimasti);
-        QCOMPARE(colonna(u"SELECT Codice FROM "_s + tabella).join(u' '), rimasti);
+        for (const bool procede : {false, true}) {
+            persona->avvertimento(avvertimento, procede);
+            comando(tutti, 5);
+            QCOMPARE(codici(tutti), procede ? rimasti : prima);
+            QCOMPARE(colonna(u"SELECT Codice FROM "_s + tabella).join(u' '), codici(tutti));
+        }
         QCOMPARE(griglia(tutti)->currentIndex().row(), 0);
+        const auto finestre = principale->visualizzatori().size();
+        lavoraSu(u"A8"_s, u"R8"_s, u"V8"_s);
+        contesto().EventoCorrente = u"E8"_s;
+        const bool siSeleziona = tabella == u"Archivi" || tabella == u"Registri";
+        for (const int numero : siSeleziona ? QList{1, 2, 5} : QList{2, 5}) {
+            persona->avviso(sparita);
+            comando(vecchio, numero);
+        }
+        QCOMPARE(principale->visualizzatori().size(), finestre);
+        QCOMPARE(correnti() + contesto().EventoCorrente, u"A8 R8 V8E8"_s);
+        comando(vecchio, 4);
+        QCOMPARE(codici(vecchio), rimasti);
     }
 
     // L'operatore che conta è quello entrato nel file dell'elenco, non l'ultimo entrato.
@@ -241,29 +232,6 @@ private slots:
         QCOMPARE(righe(u"Registri"_s), 3);
     }
 
-    void rigaEliminataAltrove_data() { rimastiSenzaIlPrimo(); }
-    void rigaEliminataAltrove()
-    {
-        QFETCH(QString, rimasti);
-        esempio();
-        const QString tabella = QString::fromUtf8(QTest::currentDataTag());
-        const fmTabella *vecchio = elenco(tabella);
-        persona->avvertimento(avvertimentoPer(percorso(u"esempio.tvd"_s)), true);
-        comando(elenco(tabella), 5);
-        const auto finestre = principale->visualizzatori().size();
-        lavoraSu(u"A8"_s, u"R8"_s, u"V8"_s);
-        contesto().EventoCorrente = u"E8"_s;
-        const bool siSeleziona = tabella == u"Archivi" || tabella == u"Registri";
-        for (const int numero : siSeleziona ? QList{1, 2, 5} : QList{2, 5}) {
-            persona->avviso(sparita);
-            comando(vecchio, numero);
-        }
-        QCOMPARE(principale->visualizzatori().size(), finestre);
-        QCOMPARE(correnti() + contesto().EventoCorrente, u"A8 R8 V8E8"_s);
-        comando(vecchio, 4);
-        QCOMPARE(codici(vecchio), rimasti);
-    }
-
     // Un record nuovo può prendere il posto di uno eliminato: il comando non tocca lui.
     void postoDiUnAltro()
     {
@@ -280,47 +248,35 @@ private slots:
         QCOMPARE(cella(vecchio, 2, 0), u"R4"_s);
     }
 
-    void registroDiUnaVoceNuova_data()
-    {
-        QTest::addColumn<int>("riga");
-        QTest::addColumn<QString>("atteso");
-        QTest::newRow("della prima riga") << 0 << u"Nuovo Matrimonio R2 10"_s;
-        QTest::newRow("dell'ultima riga") << 2 << u"Nuovo Battesimo R1 9"_s;
-        QTest::newRow("nessuna riga") << -1 << QString();
-    }
     void registroDiUnaVoceNuova()
     {
-        QFETCH(int, riga);
         fmTabella *archiviAperti = apreEsempio();
-        if (riga < 0)
-            esegui(u"DELETE FROM Voci"_s);
         persona->poi([](QWidget *finestra) {
             parte<QRadioButton>(finestra, u"Option1_1"_s)->click();
             preme(finestra, u"Command1"_s);
         });
         tabelle(archiviAperti, 3);
         const fmTabella *voci = ultimo();
-        if (riga >= 0)
-            va(voci, riga);
-        contesto().VoceCorrente = u"V8"_s;
+        va(voci, 2);
         // Il registro guardato per ultimo non conta.
         contesto().RegistroCorrente = u"R3"_s;
         contesto().TipoRegistroCorrente = 11;
-        QString visto;
-        if (riga < 0)
-            persona->avviso(u"Una voce sta in un registro: scegliere prima il registro nel suo "
-                            "elenco"_s);
-        else
-            persona->poi([&](QWidget *finestra) {
-                const auto &sue = qobject_cast<FinestraEditor *>(finestra)->proprieta;
-                visto = u"%1 %2 %3"_s.arg(finestra->windowTitle(), sue.RegistroLocale)
-                            .arg(sue.VoceLocaleTipo);
-                finestra->close();
-            });
+        persona->poi([&](QWidget *finestra) {
+            const auto &sue = qobject_cast<FinestraEditor *>(finestra)->proprieta;
+            QCOMPARE(finestra->windowTitle(), u"Nuovo Battesimo"_s);
+            QCOMPARE(sue.RegistroLocale, u"R1"_s);
+            QCOMPARE(sue.VoceLocaleTipo, 9);
+            finestra->close();
+        });
         comando(voci, 3);
-        QTEST(visto, "atteso");
-        if (riga < 0)
-            QCOMPARE(contesto().VoceCorrente, u"V8"_s);
+        // Senza righe non c'è un registro cui darla.
+        esegui(u"DELETE FROM Voci"_s);
+        comando(voci, 4);
+        contesto().VoceCorrente = u"V8"_s;
+        persona->avviso(u"Una voce sta in un registro: scegliere prima il registro nel suo "
+                        "elenco"_s);
+        comando(voci, 3);
+        QCOMPARE(contesto().VoceCorrente, u"V8"_s);
     }
 
 private:
