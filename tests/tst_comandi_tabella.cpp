@@ -213,8 +213,8 @@ private slots:
         QCOMPARE(codici(vecchio), rimasti);
     }
 
-    // L'operatore che conta è quello entrato nel file dell'elenco, non l'ultimo entrato.
-    void operatoreDellElenco()
+    // Si lavora nel file dell'elenco, con chi è entrato in quello, non nell'ultimo aperto.
+    void fileEOperatoreDellElenco()
     {
         fmTabella *primo = apreEsempio();
         esegui(u"INSERT INTO Operatori (Codice) VALUES ('O1'), ('O2')"_s);
@@ -230,6 +230,13 @@ private slots:
         ApriArchivio(percorso(u"altro.tvd"_s));
         QCOMPARE(righe(u"Operatori"_s), 2);
         QCOMPARE(righe(u"Registri"_s), 3);
+        persona->poi([](QWidget *editore) {
+            compila(editore, u"Text1_0"_s, u"Pieve"_s);
+            preme(editore, u"Command1"_s);
+        });
+        comando(primo, 3);
+        QCOMPARE(codici(primo), u"A1 A2 A3"_s);
+        QCOMPARE(archiviIn(percorso(u"altro.tvd"_s)), 2);
     }
 
     // Un record nuovo può prendere il posto di uno eliminato: il comando non tocca lui.

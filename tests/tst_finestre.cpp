@@ -151,15 +151,22 @@ private slots:
         QTEST(!principale->isVisible(), "chiusa");
     }
 
-    void chiusaUnaSiTornaAQuellaDiPrima()
+    // I tasti fanno il giro di tutte; chiusa una si torna a quella da cui si veniva.
+    void daUnaFinestraAllAltra()
     {
         const QList<QMdiSubWindow *> cornici = treElenchi();
         principale->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(principale.get()));
-        area()->setActiveSubWindow(cornici.at(0));
+        // All'indietro, dove l'ordine d'uso tornerebbe sui suoi passi.
+        for (const int attesa : {1, 0, 2, 1}) {
+            QTest::keyClick(principale.get(), Qt::Key_Backtab,
+                            Qt::ControlModifier | Qt::ShiftModifier);
+            QTRY_COMPARE(area()->activeSubWindow(), cornici.at(attesa));
+        }
+        area()->setActiveSubWindow(cornici.at(2));
         area()->setActiveSubWindow(cornici.at(1));
         QTest::keyClick(principale.get(), Qt::Key_F4, Qt::ControlModifier);
-        QTRY_COMPARE(area()->activeSubWindow(), cornici.at(0));
+        QTRY_COMPARE(area()->activeSubWindow(), cornici.at(2));
     }
 
     void affiancate()
