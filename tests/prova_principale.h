@@ -116,6 +116,13 @@ protected:
         QTRY_VERIFY(persona->finita() && QApplication::activeModalWidget() == nullptr);
     }
 
+    // Chiuso un dialogo può non essere attiva nessuna finestra, e i tasti non vanno a nulla.
+    void attiva() const
+    {
+        principale->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(principale.get()));
+    }
+
     void comando(const fmTabella *tabella, int numero)
     {
         parte<QAction>(tabella, u"Toolbar1_%1"_s.arg(numero))->trigger();

@@ -155,8 +155,7 @@ private slots:
     void daUnaFinestraAllAltra()
     {
         const QList<QMdiSubWindow *> cornici = treElenchi();
-        principale->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(principale.get()));
+        attiva();
         // All'indietro, dove l'ordine d'uso tornerebbe sui suoi passi.
         for (const int attesa : {1, 0, 2, 1}) {
             QTest::keyClick(principale.get(), Qt::Key_Backtab,

@@ -160,9 +160,7 @@ private slots:
             QCOMPARE(codici(oggetti), u"B2 B1"_s);
         }
         // Dal menu della riga si ordina senza il mouse, per le stesse colonne.
-        principale->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(principale.get()));
-        griglia(oggetti)->setFocus();
+        attiva();
         QTest::keyClick(griglia(oggetti), Qt::Key_F10, Qt::ShiftModifier);
         auto *aperto = qobject_cast<QMenu *>(QApplication::activePopupWidget());
         QVERIFY(aperto != nullptr);
