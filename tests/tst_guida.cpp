@@ -44,6 +44,25 @@ QStringList trovate(const QString &parole)
     return file;
 }
 
+// Dove si inserisce un genere, dalle sue categorie, con le parole della guida.
+QString categorie(int tipo)
+{
+    const std::pair<int, QString> nomi[] = {
+        {1, u"archivio"_s},     {2, u"registro"_s},
+        {4, u"battesimo"_s},    {8, u"matrimonio"_s},
+        {16, u"morte"_s},       {256, u"individuo"_s},
+        {512, u"famiglia"_s},   {1024, u"evento"_s},
+        {2048, u"operatore"_s}, {4096, u"indirizzo e recapito"_s}};
+    QStringList sue;
+    for (const auto &[valore, nome] : nomi) {
+        if (tipo / valore % 2 == 1)
+            sue.append(nome);
+    }
+    if (sue.isEmpty())
+        return tipo == 0 ? u"tipo di registro"_s : u"si vede soltanto"_s;
+    return sue.size() == std::ssize(nomi) ? u"ogni finestra"_s : sue.join(u", "_s);
+}
+
 VistaGuida *vista(const QWidget *guida)
 {
     return guida->findChild<VistaGuida *>();
@@ -114,6 +133,24 @@ private slots:
               "fmLuogo", "fmRecapito", "fmOperatore", "FinestraOrtografia"})
             QVERIFY2(pagineNellIndice().contains(u"htm/%1.htm"_s.arg(QLatin1String(finestra))),
                      finestra);
+    }
+
+    // La tavola dei generi è quella del modello: codici, etichette e finestre.
+    void iGeneriSonoQuelliDelModello()
+    {
+        const ArchivioDiProva archivio;
+        const QString pagina = contenuto(u"htm/generi.htm"_s);
+        int quanti = 0;
+        modTarvola::connessione().leggi(
+            {u"SELECT Codice, L1, Tipo FROM Traduzioni"_s, {}, {}}, [&](const ado::Riga &riga) {
+                const QString attesa = u"<tr><td>%1</td><td>%2</td><td>%3</td></tr>"_s.arg(
+                    riga.testo(0), riga.testo(1), categorie(riga.testo(2).toInt()));
+                if (!pagina.contains(attesa))
+                    QTest::qFail(qUtf8Printable(attesa), __FILE__, __LINE__);
+                ++quanti;
+                return true;
+            });
+        QCOMPARE(pagina.count(u"<tr><td>"_s), quanti);
     }
 
     void siCercaSenzaMaiuscoleNeAccenti()
