@@ -155,13 +155,17 @@ private slots:
 
     void generiDellaVoce()
     {
-        for (const auto &[tipo, primo, quanti] :
-             {std::tuple{9, u"Battezzato/a"_s, 9}, std::tuple{10, u"Sposa"_s, 9},
-              std::tuple{11, u"Defunto/a"_s, 8}, std::tuple{12, QString(), 0}}) {
-            apre(u"fmVoce"_s, {}, tipo, [&](QWidget *voce) {
+        struct Caso {
+            int tipo = 0;
+            QString primo;
+            int quanti = 0;
+        };
+        for (const Caso &caso : {Caso{9, u"Battezzato/a"_s, 9}, Caso{10, u"Sposa"_s, 9},
+                                 Caso{11, u"Defunto/a"_s, 8}, Caso{12, {}, 0}}) {
+            apre(u"fmVoce"_s, {}, caso.tipo, [&](QWidget *voce) {
                 const auto *generi = parte<QComboBox>(voce, u"ImageCombo1"_s);
-                QCOMPARE(generi->count(), quanti);
-                QVERIFY(primo.isEmpty() || generi->findText(primo) >= 0);
+                QCOMPARE(generi->count(), caso.quanti);
+                QVERIFY(caso.primo.isEmpty() || generi->findText(caso.primo) >= 0);
                 QCOMPARE(generi->currentIndex(), -1);
             });
         }

@@ -182,7 +182,8 @@ private slots:
         });
         persona->poi([&](QWidget *finestra) {
             auto *scatola = qobject_cast<QMessageBox *>(finestra);
-            QVERIFY(scatola != nullptr);
+            if (scatola == nullptr)
+                QFAIL(qPrintable(finestra->objectName()));
             QVERIFY(scatola->text().startsWith(
                 u"Back-up non riuscito\nil file è bloccato da un altro programma"_s));
             altro.reset();
