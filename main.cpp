@@ -1,7 +1,7 @@
 #include "app/avvio.h"
 #include "app/MDITras.h"
 #include "app/richieste.h"
-#include "platform/memoria_finestre.h"
+#include "platform/finestre/memoria_finestre.h"
 
 #include <QApplication>
 #include <QFileInfo>

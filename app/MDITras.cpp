@@ -2,11 +2,11 @@
 
 #include "app/aiuto.h"
 #include "app/area.h"
-#include "app/contesto.h"
 #include "app/fmChiudi.h"
-#include "platform/memoria_finestre.h"
-#include "platform/messaggi.h"
-#include "platform/tasti.h"
+#include "contesto/contesto.h"
+#include "platform/finestre/memoria_finestre.h"
+#include "platform/finestre/messaggi.h"
+#include "platform/finestre/tasti.h"
 
 #include <QAction>
 #include <QCloseEvent>

@@ -1,8 +1,8 @@
 #include "app/aiuto.h"
 
 #include "app/fmGuida.h"
-#include "platform/desktop.h"
-#include "platform/sistema.h"
+#include "platform/disco/sistema.h"
+#include "platform/finestre/desktop.h"
 
 #include <QCoreApplication>
 #include <QLocale>

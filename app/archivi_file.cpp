@@ -1,16 +1,16 @@
 #include "app/archivi_file.h"
 
-#include "app/contesto.h"
 #include "app/conversione_archivio.h"
 #include "app/fmLogin.h"
+#include "contesto/contesto.h"
 #include "db/connessioni.h"
 #include "db/conversione.h"
 #include "db/custodia.h"
-#include "platform/a_parte.h"
-#include "platform/dialoghi.h"
-#include "platform/messaggi.h"
-#include "platform/provvisorio.h"
-#include "platform/shell.h"
+#include "platform/disco/provvisorio.h"
+#include "platform/disco/shell.h"
+#include "platform/finestre/a_parte.h"
+#include "platform/finestre/dialoghi.h"
+#include "platform/finestre/messaggi.h"
 
 #include <QDir>
 #include <QFileInfo>

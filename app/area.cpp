@@ -1,6 +1,6 @@
 #include "app/area.h"
 
-#include "platform/memoria_finestre.h"
+#include "platform/finestre/memoria_finestre.h"
 
 #include <QEvent>
 #include <QLabel>

@@ -2,8 +2,8 @@
 
 #include "db/conversione.h"
 #include "db/custodia.h"
-#include "platform/a_parte.h"
-#include "platform/messaggi.h"
+#include "platform/finestre/a_parte.h"
+#include "platform/finestre/messaggi.h"
 
 using namespace modTarvola;
 

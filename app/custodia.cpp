@@ -2,10 +2,10 @@
 
 #include "db/connessioni.h"
 #include "db/custodia.h"
-#include "platform/a_parte.h"
-#include "platform/dialoghi.h"
-#include "platform/messaggi.h"
-#include "platform/shell.h"
+#include "platform/disco/shell.h"
+#include "platform/finestre/a_parte.h"
+#include "platform/finestre/dialoghi.h"
+#include "platform/finestre/messaggi.h"
 
 #include <QFileInfo>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/archivi_file.h"
-#include "platform/avanzamento.h"
+#include "platform/finestre/avanzamento.h"
 
 #include <optional>
 

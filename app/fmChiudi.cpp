@@ -1,6 +1,6 @@
 #include "app/fmChiudi.h"
 
-#include "app/contesto.h"
+#include "contesto/contesto.h"
 
 #include <QHBoxLayout>
 #include <QPushButton>

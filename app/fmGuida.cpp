@@ -1,9 +1,9 @@
 #include "app/fmGuida.h"
 
-#include "platform/memoria_finestre.h"
-#include "platform/messaggi.h"
-#include "platform/shell.h"
-#include "platform/tasti.h"
+#include "platform/disco/shell.h"
+#include "platform/finestre/memoria_finestre.h"
+#include "platform/finestre/messaggi.h"
+#include "platform/finestre/tasti.h"
 
 #include <QApplication>
 #include <QDialog>

@@ -1,11 +1,11 @@
 #include "app/fmLogin.h"
 
-#include "app/contesto.h"
-#include "app/finestre.h"
+#include "contesto/contesto.h"
+#include "contesto/finestre.h"
 #include "db/operatori.h"
 #include "editors/caselle.h"
 #include "editors/fmOperatore.h"
-#include "platform/messaggi.h"
+#include "platform/finestre/messaggi.h"
 
 #include <QFormLayout>
 #include <QLabel>

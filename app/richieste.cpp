@@ -1,6 +1,6 @@
 #include "app/richieste.h"
 
-#include "platform/messaggi.h"
+#include "platform/finestre/messaggi.h"
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>

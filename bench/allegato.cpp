@@ -3,9 +3,9 @@
 //   allegato CARTELLA [MEGABYTE]
 
 #include "app/avvio.h"
-#include "app/contesto.h"
 #include "app/MDITras.h"
 #include "bench/tavola.h"
+#include "contesto/contesto.h"
 #include "db/connessioni.h"
 #include "db/generi.h"
 #include "db/modello.h"

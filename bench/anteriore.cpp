@@ -3,7 +3,7 @@
 
 #include "bench/tavola.h"
 #include "db/conversione.h"
-#include "platform/ado.h"
+#include "platform/motore/ado.h"
 
 #include <QFile>
 #include <QtEndian>

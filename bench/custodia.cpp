@@ -3,7 +3,7 @@
 #include "bench/tavola.h"
 #include "db/connessioni.h"
 #include "db/modello.h"
-#include "platform/jro.h"
+#include "platform/motore/jro.h"
 
 #include <QDir>
 #include <QFile>

@@ -4,10 +4,10 @@
 //   finestra ARCHIVIO prime|tutte|salta [dettagli]
 
 #include "app/avvio.h"
-#include "app/contesto.h"
 #include "app/MDITras.h"
 #include "bench/dipinta.h"
 #include "bench/tavola.h"
+#include "contesto/contesto.h"
 #include "db/connessioni.h"
 #include "db/elenco.h"
 

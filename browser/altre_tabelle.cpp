@@ -1,8 +1,8 @@
-#include "app/contesto.h"
 #include "browser/fmTabella.h"
 #include "browser/fmVisualizza.h"
+#include "contesto/contesto.h"
 #include "db/connessioni.h"
-#include "platform/messaggi.h"
+#include "platform/finestre/messaggi.h"
 
 using namespace modTarvola;
 

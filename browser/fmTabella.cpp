@@ -1,11 +1,11 @@
 #include "browser/fmTabella.h"
 
-#include "app/contesto.h"
 #include "browser/modello_tabella.h"
+#include "contesto/contesto.h"
 #include "db/connessioni.h"
 #include "editors/icone_generi.h"
-#include "platform/memoria_finestre.h"
-#include "platform/messaggi.h"
+#include "platform/finestre/memoria_finestre.h"
+#include "platform/finestre/messaggi.h"
 
 #include <QAction>
 #include <QEvent>

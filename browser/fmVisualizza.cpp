@@ -1,6 +1,6 @@
 #include "browser/fmVisualizza.h"
 
-#include "app/contesto.h"
+#include "contesto/contesto.h"
 
 #include <QGroupBox>
 #include <QHBoxLayout>

@@ -1,7 +1,7 @@
 #include "browser/fmTabella.h"
 #include "browser/modello_tabella.h"
-#include "platform/messaggi.h"
-#include "platform/tasti.h"
+#include "platform/finestre/messaggi.h"
+#include "platform/finestre/tasti.h"
 
 #include <QAction>
 #include <QActionGroup>

@@ -1,6 +1,6 @@
 #include "browser/modello_tabella.h"
 
-#include "platform/italiano.h"
+#include "platform/lingua/italiano.h"
 
 #include <QElapsedTimer>
 #include <QTimer>

@@ -2,7 +2,7 @@
 
 #include "db/connessioni.h"
 #include "db/generi.h"
-#include "platform/ado.h"
+#include "platform/motore/ado.h"
 
 namespace modTarvola
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/flusso.h"
+#include "platform/motore/flusso.h"
 
 #include <memory>
 #include <optional>

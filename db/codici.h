@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ado.h"
+#include "platform/motore/ado.h"
 
 // Codici dei record, legame con l'operatore e significato dei generi.
 namespace modTarvola

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ado.h"
+#include "platform/motore/ado.h"
 
 // Le letture degli editori: il record, i generi che vi si possono collegare, i collegamenti.
 namespace modTarvola

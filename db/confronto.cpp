@@ -1,6 +1,6 @@
 #include "db/confronto.h"
 
-#include "platform/flusso.h"
+#include "platform/motore/flusso.h"
 
 namespace modTarvola
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ado.h"
+#include "platform/motore/ado.h"
 
 #include <memory>
 #include <vector>

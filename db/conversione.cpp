@@ -4,7 +4,7 @@
 #include "db/connessioni.h"
 #include "db/orfani.h"
 #include "db/schema.h"
-#include "platform/flusso.h"
+#include "platform/motore/flusso.h"
 
 #include <QFile>
 

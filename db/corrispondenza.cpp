@@ -1,7 +1,7 @@
 #include "db/corrispondenza.h"
 
 #include "db/generi.h"
-#include "platform/jet_testo.h"
+#include "platform/anteriore/jet_testo.h"
 
 #include <cmath>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/ado.h"
-#include "platform/jet_righe.h"
+#include "platform/anteriore/jet_righe.h"
+#include "platform/motore/ado.h"
 
 #include <functional>
 

@@ -5,9 +5,9 @@
 #include "db/salvati.h"
 #include "db/schema.h"
 #include "db/versioni.h"
-#include "platform/jro.h"
-#include "platform/presa.h"
-#include "platform/shell.h"
+#include "platform/disco/shell.h"
+#include "platform/motore/jro.h"
+#include "platform/motore/presa.h"
 
 #include <QDir>
 #include <QFile>

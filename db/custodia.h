@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/provvisorio.h"
-#include "platform/salvataggio.h"
+#include "platform/disco/provvisorio.h"
+#include "platform/riparazione/salvataggio.h"
 
 // Compattare, copiare e recuperare un archivio che nessuno di noi tiene aperto. Ciascuna o riesce
 // per intero o lancia ado::Errore e lascia tutto come stava: la causa Occupato dice che lo tiene un

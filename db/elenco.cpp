@@ -1,7 +1,7 @@
 #include "db/elenco.h"
 
 #include "db/ambiti.h"
-#include "platform/italiano.h"
+#include "platform/lingua/italiano.h"
 
 #include <QHash>
 

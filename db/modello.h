@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ado.h"
+#include "platform/motore/ado.h"
 
 // Il modello da cui nasce ogni archivio nuovo.
 namespace modTarvola

@@ -1,7 +1,7 @@
 #include "db/operatori.h"
 
 #include "db/connessioni.h"
-#include "platform/italiano.h"
+#include "platform/lingua/italiano.h"
 
 namespace modTarvola
 {

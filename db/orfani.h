@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ado.h"
+#include "platform/motore/ado.h"
 
 // Il registro di chi ha perso il proprietario. Una pulizia che cerchi gli orfani in tutto
 // l'archivio lo legge tutto a ogni eliminazione; qui invece l'archivio stesso annota, appena

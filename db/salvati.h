@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/ado.h"
-#include "platform/salvataggio.h"
+#include "platform/motore/ado.h"
+#include "platform/riparazione/salvataggio.h"
 
 // Il salvataggio di un archivio danneggiato.
 namespace modTarvola

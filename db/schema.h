@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ado.h"
+#include "platform/motore/ado.h"
 
 // Lo schema dell'archivio e la sua versione.
 namespace modTarvola

@@ -3,9 +3,9 @@
 #include "demo/copione.h"
 #include "demo/trascrittore.h"
 #include "demo/verifica.h"
-#include "platform/ado.h"
-#include "platform/italiano.h"
-#include "platform/shell.h"
+#include "platform/disco/shell.h"
+#include "platform/lingua/italiano.h"
+#include "platform/motore/ado.h"
 
 #include <QApplication>
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "editors/caselle.h"
 
-#include "platform/italiano.h"
+#include "platform/lingua/italiano.h"
 
 #include <QFocusEvent>
 #include <QGridLayout>

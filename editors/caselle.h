@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/recordset.h"
+#include "platform/motore/recordset.h"
 
 #include <QLineEdit>
 

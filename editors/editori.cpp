@@ -1,6 +1,6 @@
 #include "editors/editori.h"
 
-#include "app/finestre.h"
+#include "contesto/finestre.h"
 #include "editors/fmArchivio.h"
 #include "editors/fmEvento.h"
 #include "editors/fmFamiglia.h"

@@ -1,10 +1,10 @@
 #include "editors/eliminazione.h"
 
-#include "app/contesto.h"
+#include "contesto/contesto.h"
 #include "db/connessioni.h"
 #include "db/eliminazione.h"
-#include "platform/avanzamento.h"
-#include "platform/messaggi.h"
+#include "platform/finestre/avanzamento.h"
+#include "platform/finestre/messaggi.h"
 
 namespace modTarvola
 {

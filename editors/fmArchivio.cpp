@@ -1,6 +1,6 @@
 #include "editors/fmArchivio.h"
 
-#include "app/contesto.h"
+#include "contesto/contesto.h"
 
 using namespace modTarvola;
 

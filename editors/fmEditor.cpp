@@ -1,13 +1,13 @@
 #include "editors/fmEditor.h"
 
-#include "app/contesto.h"
+#include "contesto/contesto.h"
 #include "db/codici.h"
 #include "db/connessioni.h"
 #include "editors/eliminazione.h"
 #include "editors/icone_generi.h"
-#include "platform/italiano.h"
-#include "platform/messaggi.h"
-#include "platform/tasti.h"
+#include "platform/finestre/messaggi.h"
+#include "platform/finestre/tasti.h"
+#include "platform/lingua/italiano.h"
 #include "texts/allegati.h"
 #include "texts/testi.h"
 

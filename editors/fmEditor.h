@@ -1,11 +1,11 @@
 #pragma once
 
-#include "app/finestre.h"
+#include "contesto/finestre.h"
 #include "db/collegamenti.h"
 #include "db/generi.h"
 #include "editors/caselle.h"
 #include "editors/pannello.h"
-#include "platform/recordset.h"
+#include "platform/motore/recordset.h"
 
 class QGridLayout;
 class QGroupBox;

@@ -1,11 +1,11 @@
 #include "editors/fmFamiglia.h"
 
-#include "app/contesto.h"
+#include "contesto/contesto.h"
 #include "db/codici.h"
 #include "db/connessioni.h"
 #include "db/famiglie.h"
 #include "editors/fmIndividuo.h"
-#include "platform/messaggi.h"
+#include "platform/finestre/messaggi.h"
 
 #include <algorithm>
 

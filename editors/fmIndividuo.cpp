@@ -1,6 +1,6 @@
 #include "editors/fmIndividuo.h"
 
-#include "app/contesto.h"
+#include "contesto/contesto.h"
 #include "db/connessioni.h"
 
 #include <QGroupBox>

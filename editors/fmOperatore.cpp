@@ -3,7 +3,7 @@
 #include "db/codici.h"
 #include "db/connessioni.h"
 #include "db/operatori.h"
-#include "platform/messaggi.h"
+#include "platform/finestre/messaggi.h"
 
 #include <QGridLayout>
 #include <QGroupBox>

@@ -1,6 +1,6 @@
 #include "editors/fmRegistro.h"
 
-#include "app/contesto.h"
+#include "contesto/contesto.h"
 #include "db/connessioni.h"
 #include "editors/icone_generi.h"
 

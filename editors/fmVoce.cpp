@@ -1,6 +1,6 @@
 #include "editors/fmVoce.h"
 
-#include "app/contesto.h"
+#include "contesto/contesto.h"
 
 using namespace modTarvola;
 

@@ -2,7 +2,7 @@
 
 #include "db/generi.h"
 #include "editors/icone_generi.h"
-#include "platform/tasti.h"
+#include "platform/finestre/tasti.h"
 
 #include <QComboBox>
 #include <QGridLayout>

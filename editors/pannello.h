@@ -1,7 +1,7 @@
 #pragma once
 
 #include "db/collegamenti.h"
-#include "platform/recordset.h"
+#include "platform/motore/recordset.h"
 
 #include <QWidget>
 

@@ -1,7 +1,7 @@
 #include "faults/campione.h"
 
 #include "db/schema.h"
-#include "platform/pagine.h"
+#include "platform/riparazione/pagine.h"
 
 #include <QCryptographicHash>
 #include <QRandomGenerator>

@@ -2,7 +2,7 @@
 #include "faults/inganni.h"
 #include "faults/lavori.h"
 #include "faults/prove.h"
-#include "platform/provvisorio.h"
+#include "platform/disco/provvisorio.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -14,13 +14,28 @@ import sys
 from pathlib import Path
 
 # Dal basso in alto: chi include può nominare solo il proprio piano e quelli che lo precedono.
-PIANI = ["platform", "db", "contesto", "texts", "editors", "browser", "app", "main"]
-STANZE_BASSE = {"app/contesto", "app/finestre"}
+PIANI = [
+    "platform", "db", "scambio", "contesto", "immagini", "texts", "editors", "stampa", "atti",
+    "browser", "app", "main",
+]
 FUORI_DAI_PIANI = {"tests", "demo", "strumenti", "bench", "faults"}
+SENZA_FINESTRE = {"db", "scambio"}
+
+# Le stanze di platform/: quali altre ciascuna può nominare, e se può avere finestre.
+STANZE = {
+    "errore": (set(), False),
+    "lingua": ({"errore"}, False),
+    "disco": ({"errore"}, False),
+    "anteriore": ({"errore"}, False),
+    "motore": ({"errore", "disco"}, False),
+    "riparazione": ({"errore", "disco", "motore"}, False),
+    "finestre": ({"errore", "lingua", "disco"}, True),
+    "elaboratore": ({"errore", "lingua", "finestre"}, True),
+}
 
 PORTE = [
-    ("messaggi", "platform/messaggi", r"\b(QMessageBox|QErrorMessage)\b"),
-    ("dialoghi", "platform/dialoghi", r"\b(QFileDialog|QInputDialog)\b"),
+    ("messaggi", "platform/finestre/messaggi", r"\b(QMessageBox|QErrorMessage)\b"),
+    ("dialoghi", "platform/finestre/dialoghi", r"\b(QFileDialog|QInputDialog)\b"),
 ]
 
 # La seconda riga prende i pezzi di un'istruzione composta a tratti: lì le maiuscole contano.
@@ -29,32 +44,6 @@ SQL = re.compile(
     r"|BEGIN IMMEDIATE|VACUUM)\b)|\b(SELECT|WHERE|(ORDER|GROUP) BY|(LEFT|INNER) JOIN)\b",
     re.S,
 )
-
-# I nomi stanno a pezzi perché questo file non li contenga a sua volta.
-CARTELLE_DI_MACCHINA = re.compile(
-    r"(?<![\w.)}\]-])/(?:(?:work|farm|root)/|home/\w|Users/\w|tmp/" + "bash_" + "jobs)"
-)
-DEPOSITI = [
-    "deb debian org",
-    "security debian org",
-    "snapshot debian org",
-    "archive ubuntu com",
-    "pypi org",
-    "files pythonhosted org",
-    "registry npmjs org",
-    "registry yarnpkg com",
-    "crates io",
-    "proxy golang org",
-    "repo1 maven org",
-    "repo maven apache org",
-    "rubygems org",
-    "center conan io",
-    "docker io",
-    "ghcr io",
-    "quay io",
-    "pkg dev",
-]
-OSPITI = re.compile(r"\b(" + "|".join(d.replace(" ", r"\.") for d in DEPOSITI) + r")\b", re.I)
 
 # Commenti, stringhe (anche grezze), caratteri; i numeri vengono prima per i loro apostrofi.
 PEZZI = re.compile(
@@ -103,11 +92,21 @@ def piano(percorso):
     cartella = percorso.split("/")[0]
     if percorso == "main.cpp":
         return "main"
-    if os.path.splitext(percorso)[0] in STANZE_BASSE:
-        return "contesto"
     if cartella in FUORI_DAI_PIANI:
         return ""
     return cartella if "/" in percorso and cartella in PIANI else None
+
+
+def stanza(percorso):
+    """The room of a source of platform/, "" for one elsewhere."""
+    nomi = percorso.split("/")
+    return os.path.splitext(nomi[1])[0] if nomi[0] == "platform" and len(nomi) > 1 else ""
+
+
+def senza_finestre(percorso):
+    """Whether the source belongs to the library without widgets."""
+    sua = stanza(percorso)
+    return percorso.split("/")[0] in SENZA_FINESTRE or (sua in STANZE and not STANZE[sua][1])
 
 
 def nomi_di_qtcore():
@@ -131,16 +130,13 @@ class Controllo:
         self.file = file
         self.qtcore = qtcore
         self.offese = []
-        elenco = file.get("platform/dati.cmake", "")
-        self.stanze_dati = set(re.findall(r"\bplatform/[\w./]+", elenco))
 
     def esegui(self):
         for percorso, testo in sorted(self.file.items()):
-            self.guarda_testo(percorso, testo)
             if not percorso.endswith((".cpp", ".h")):
                 continue
             suo = piano(percorso)
-            if suo is None:
+            if suo is None or (suo == "platform" and stanza(percorso) not in STANZE):
                 self.segnala(percorso, 1, "piano", "this source stands on no floor")
             elif suo:
                 self.guarda_inclusioni(percorso, testo, suo)
@@ -152,16 +148,6 @@ class Controllo:
     def segnala(self, percorso, riga, genere, parole):
         self.offese.append((percorso, riga, genere, parole))
 
-    def senza_finestre(self, percorso):
-        return percorso.startswith("db/") or percorso in self.stanze_dati
-
-    def guarda_testo(self, percorso, testo):
-        for numero, riga in enumerate(testo.splitlines(), 1):
-            if trovato := CARTELLE_DI_MACCHINA.search(riga):
-                self.segnala(percorso, numero, "macchina", f"a path of one machine: {trovato[0]}")
-            if trovato := OSPITI.search(riga):
-                self.segnala(percorso, numero, "deposito", f"a package registry: {trovato[0]}")
-
     def guarda_inclusioni(self, percorso, testo, suo):
         for trovato in INCLUSIONE.finditer(senza_commenti(testo)):
             riga = testo.count("\n", 0, trovato.start(1)) + 1
@@ -169,9 +155,10 @@ class Controllo:
             vicino = os.path.normpath(os.path.join(os.path.dirname(percorso), nome))
             altro = vicino if vicino in self.file else os.path.normpath(nome)
             self.guarda_piani(percorso, riga, suo, altro)
+            self.guarda_stanze(percorso, riga, altro)
             if nome == "sqlite3.h" and suo != "platform":
                 self.segnala(percorso, riga, "motore", "the engine's header outside platform/")
-            if self.senza_finestre(percorso):
+            if senza_finestre(percorso):
                 self.guarda_finestre(percorso, riga, nome, altro)
 
     def guarda_piani(self, percorso, riga, suo, altro):
@@ -182,13 +169,18 @@ class Controllo:
         elif suo_piano and PIANI.index(suo_piano) > PIANI.index(suo):
             self.segnala(percorso, riga, "piano", f"{suo} includes the higher floor's {altro}")
 
+    def guarda_stanze(self, percorso, riga, altro):
+        sua, altra = stanza(percorso), stanza(altro)
+        if sua in STANZE and altra and altra != sua and altra not in STANZE[sua][0]:
+            self.segnala(percorso, riga, "stanza", f"{sua} includes {altro}")
+
     def guarda_finestre(self, percorso, riga, nome, altro):
         di_qt = re.match(r"Qt\w*/|Q[A-Z]|q[a-z]+\.h$|Qt", nome)
         da_qtcore = nome.startswith("QtCore/") or nome in self.qtcore
         if di_qt and not da_qtcore and altro not in self.file:
             self.segnala(percorso, riga, "finestre", f"{nome} is not of Qt Core")
-        if altro.startswith("platform/") and altro not in self.stanze_dati:
-            self.segnala(percorso, riga, "finestre", f"{altro} is not in platform/dati.cmake")
+        if STANZE.get(stanza(altro), (None, False))[1]:
+            self.segnala(percorso, riga, "finestre", f"{altro} has windows")
 
     def guarda_porte(self, percorso, testo):
         codice = senza_letterali(testo)

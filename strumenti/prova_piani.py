@@ -5,35 +5,32 @@ import sys
 from piani import Controllo
 
 QTCORE = {"QString", "QObject", "QtGlobal", "qstring.h"}
-DATI = {"platform/dati.cmake": "target_sources(x PRIVATE platform/ado.cpp platform/ado.h)"}
 
 # Ciò che è lecito, comprese le forme che un controllo grossolano scambierebbe per offese.
 LECITI = {
-    **DATI,
-    "main.cpp": '#include "app/MDITras.h"\n#include "platform/ado.h"\n',
+    "main.cpp": '#include "app/MDITras.h"\n#include "platform/motore/ado.h"\n',
     "app/MDITras.cpp": '#include "MDITras.h"\n#include "browser/fmTabella.h"\n',
-    "app/MDITras.h": '#include "app/contesto.h"\n',
-    "app/contesto.h": '#include "app/finestre.h"\n#include "db/codici.h"\n',
-    "app/finestre.h": "#pragma once\n",
+    "app/MDITras.h": '#include "contesto/contesto.h"\n',
+    "contesto/contesto.h": '#include "contesto/finestre.h"\n#include "db/codici.h"\n',
+    "contesto/finestre.h": "#pragma once\n",
     "editors/fmVoce.cpp": (
         "// SELECT Codice FROM Voci, una volta chiesto con QMessageBox\n"
-        '#include "app/finestre.h"\n'
+        '#include "contesto/finestre.h"\n'
         '/*\n#include "browser/fmTabella.h"\n*/\n'
         "const int molti = 1'000'000; const char c = '\"';\n"
         'const char *domanda = "Selezionare la voce e la data da cui partire?";\n'
         'const char *errore = "Aprire QFileDialog";\n'
     ),
-    "db/codici.h": '#include "platform/ado.h"\n#include <QString>\n#include <QtCore/QObject>\n',
+    "db/codici.h": '#include "platform/motore/ado.h"\n#include <QString>\n#include <QtCore/QObject>\n',
     "db/codici.cpp": 'auto s = "SELECT Codice FROM Voci";\n',
-    "platform/ado.cpp": '#include "ado.h"\n#include <sqlite3.h>\n',
-    "platform/ado.h": "#include <qstring.h>\n#include <QtGlobal>\n",
-    "platform/messaggi.cpp": "#include <QMessageBox>\nvoid f() { QMessageBox box; }\n",
-    "platform/dialoghi.h": "class QFileDialog;\n",
+    "platform/motore/ado.cpp": '#include "ado.h"\n#include <sqlite3.h>\n',
+    "platform/motore/ado.h": "#include <qstring.h>\n#include <QtGlobal>\n",
+    "platform/finestre/messaggi.cpp": "#include <QMessageBox>\nvoid f() { QMessageBox box; }\n",
+    "platform/finestre/dialoghi.h": "class QFileDialog;\n",
     "tests/tst_voce.cpp": (
         '#include "editors/fmVoce.h"\n#include <QMessageBox>\n#include <sqlite3.h>\n'
         'auto s = "DELETE FROM Voci";\n'
     ),
-    "README.md": "The sources stand in src/" + "work/ and ${HOME}/" + "work/.\n",
 }
 
 # Nome, file da aggiungere, offese attese come coppie (file, genere).
@@ -44,12 +41,12 @@ OFFESE = [
      [("texts/x.h", "piano")]),
     ("one step", {"editors/x.h": '# include "browser/x.h"\n'}, [("editors/x.h", "piano")]),
     ("app from below", {"browser/x.h": '#include "app/x.h"\n'}, [("browser/x.h", "piano")]),
-    ("db to context", {"db/x.h": '#include "app/contesto.h"\n'}, [("db/x.h", "piano")]),
-    ("context upwards", {"app/contesto.cpp": '#include "texts/x.h"\n'},
-     [("app/contesto.cpp", "piano")]),
-    ("context to app", {"app/finestre.cpp": '#include "MDITras.h"\n'},
-     [("app/finestre.cpp", "piano")]),
-    ("platform to db", {"platform/x.h": '#include "db/x.h"\n'}, [("platform/x.h", "piano")]),
+    ("db to context", {"db/x.h": '#include "contesto/contesto.h"\n'}, [("db/x.h", "piano")]),
+    ("context upwards", {"contesto/contesto.cpp": '#include "texts/x.h"\n'},
+     [("contesto/contesto.cpp", "piano")]),
+    ("context to app", {"contesto/finestre.cpp": '#include "app/MDITras.h"\n'},
+     [("contesto/finestre.cpp", "piano")]),
+    ("platform to db", {"platform/motore/x.h": '#include "db/x.h"\n'}, [("platform/motore/x.h", "piano")]),
     ("main included", {"app/x.cpp": '#include "main.cpp"\n'}, [("app/x.cpp", "piano")]),
     ("tests included", {"app/x.cpp": '#include "tests/x.h"\n'}, [("app/x.cpp", "piano")]),
     ("unknown folder", {"util/x.cpp": ""}, [("util/x.cpp", "piano")]),
@@ -58,9 +55,9 @@ OFFESE = [
     ("widget by class", {"db/x.h": "#include <QLabel>\n"}, [("db/x.h", "finestre")]),
     ("widget by file", {"db/x.h": "#include <qwidget.h>\n"}, [("db/x.h", "finestre")]),
     ("widget module", {"db/x.h": "#include <QtGui>\n"}, [("db/x.h", "finestre")]),
-    ("widget in ado", {"platform/ado.cpp": "#include <QFont>\n"},
-     [("platform/ado.cpp", "finestre")]),
-    ("window room in db", {"db/x.cpp": '#include "platform/messaggi.h"\n'},
+    ("widget in ado", {"platform/motore/ado.cpp": "#include <QFont>\n"},
+     [("platform/motore/ado.cpp", "finestre")]),
+    ("window room in db", {"db/x.cpp": '#include "platform/finestre/messaggi.h"\n'},
      [("db/x.cpp", "finestre")]),
     ("plain SQL", {"browser/x.cpp": 'auto s = "select Codice from Voci";\n'},
      [("browser/x.cpp", "sql")]),
@@ -78,15 +75,14 @@ OFFESE = [
     ("message box", {"editors/x.cpp": "void f() { QMessageBox::critical(0, a, b); }\n"},
      [("editors/x.cpp", "messaggi")]),
     ("message box header", {"app/x.cpp": "#include <QMessageBox>\n"}, [("app/x.cpp", "messaggi")]),
-    ("message box in platform", {"platform/x.cpp": "QMessageBox *b;\n"},
-     [("platform/x.cpp", "messaggi")]),
+    ("message box in platform", {"platform/motore/x.cpp": "QMessageBox *b;\n"},
+     [("platform/motore/x.cpp", "messaggi")]),
     ("file dialog", {"app/x.cpp": "QFileDialog d;\n"}, [("app/x.cpp", "dialoghi")]),
     ("input dialog", {"texts/x.cpp": "QInputDialog d;\n"}, [("texts/x.cpp", "dialoghi")]),
     ("engine in db", {"db/x.cpp": "#include <sqlite3.h>\n"}, [("db/x.cpp", "motore")]),
-    ("path of one machine", {"docs/x.md": "see /" + "work/main\n"}, [("docs/x.md", "macchina")]),
-    ("home", {"tests/x.cpp": 'auto p = "/' + 'home/anna/a.tvd";\n'}, [("tests/x.cpp", "macchina")]),
-    ("registry", {"x.cmake": "set(H https://deb." + "debian.org/debian)\n"},
-     [("x.cmake", "deposito")]),
+    ("no room", {"platform/x.cpp": ""}, [("platform/x.cpp", "piano")]),
+    ("wrong room", {"platform/lingua/x.cpp": '#include "platform/motore/ado.h"\n'},
+     [("platform/lingua/x.cpp", "stanza")]),
 ]
 
 

@@ -2,18 +2,18 @@
 // foglio solo. Il tema, il carattere e la densità sono quelli che si chiedono qui.
 
 #include "app/avvio.h"
-#include "app/contesto.h"
-#include "app/finestre.h"
 #include "app/fmChiudi.h"
 #include "app/fmGuida.h"
 #include "app/fmLogin.h"
 #include "app/MDITras.h"
 #include "browser/fmVisualizza.h"
+#include "contesto/contesto.h"
+#include "contesto/finestre.h"
 #include "db/connessioni.h"
-#include "platform/avanzamento.h"
-#include "platform/finestra_ortografia.h"
-#include "platform/messaggi.h"
-#include "platform/recordset.h"
+#include "platform/elaboratore/finestra_ortografia.h"
+#include "platform/finestre/avanzamento.h"
+#include "platform/finestre/messaggi.h"
+#include "platform/motore/recordset.h"
 #include "texts/fmTxtL.h"
 
 #include <QApplication>

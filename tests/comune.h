@@ -2,7 +2,7 @@
 
 #include "db/connessioni.h"
 #include "db/modello.h"
-#include "platform/ado.h"
+#include "platform/motore/ado.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/contesto.h"
-#include "app/finestre.h"
+#include "contesto/contesto.h"
+#include "contesto/finestre.h"
 #include "finestre_di_prova.h"
 #include "programma.h"
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "app/contesto.h"
 #include "app/MDITras.h"
 #include "comune.h"
+#include "contesto/contesto.h"
 #include "persona.h"
-#include "platform/shell.h"
+#include "platform/disco/shell.h"
 #include "programma.h"
 
 #include <QAction>

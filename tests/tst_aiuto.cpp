@@ -1,5 +1,5 @@
 #include "app/aiuto.h"
-#include "platform/sistema.h"
+#include "platform/disco/sistema.h"
 #include "prova_principale.h"
 
 #include <QDesktopServices>

@@ -1,6 +1,6 @@
 #include "db/binari.h"
 #include "db/generi.h"
-#include "platform/shell.h"
+#include "platform/disco/shell.h"
 #include "prova_editori.h"
 #include "texts/allegati.h"
 

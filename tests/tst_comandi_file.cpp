@@ -1,7 +1,7 @@
 #include "app/MDITras.h"
 #include "db/custodia.h"
 #include "db/versioni.h"
-#include "platform/a_parte.h"
+#include "platform/finestre/a_parte.h"
 #include "prova_principale.h"
 
 #include <QProgressDialog>

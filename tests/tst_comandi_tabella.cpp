@@ -1,4 +1,4 @@
-#include "app/finestre.h"
+#include "contesto/finestre.h"
 #include "prova_elenchi.h"
 
 #include <QDesktopServices>

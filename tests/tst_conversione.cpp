@@ -1,7 +1,7 @@
 #include "anteriore.h"
 #include "db/conversione.h"
 #include "db/schema.h"
-#include "platform/jet_testo.h"
+#include "platform/anteriore/jet_testo.h"
 
 #include <QCryptographicHash>
 #include <QDir>

@@ -3,8 +3,8 @@
 #include "db/collegamenti.h"
 #include "db/generi.h"
 #include "db/schema.h"
-#include "platform/recordset.h"
-#include "platform/shell.h"
+#include "platform/disco/shell.h"
+#include "platform/motore/recordset.h"
 
 #include <QDir>
 

@@ -1,6 +1,6 @@
-#include "app/contesto.h"
 #include "browser/fmVisualizza.h"
 #include "comune.h"
+#include "contesto/contesto.h"
 #include "db/elenco.h"
 
 #include <QPushButton>

@@ -1,8 +1,8 @@
 #include "app/fmChiudi.h"
 #include "app/fmGuida.h"
 #include "comune.h"
-#include "platform/avanzamento.h"
-#include "platform/shell.h"
+#include "platform/disco/shell.h"
+#include "platform/finestre/avanzamento.h"
 #include "programma.h"
 
 #include <QAction>

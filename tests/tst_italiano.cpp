@@ -1,4 +1,4 @@
-#include "platform/italiano.h"
+#include "platform/lingua/italiano.h"
 
 #include <QDateTime>
 #include <QRandomGenerator>

@@ -1,5 +1,5 @@
 #include "app/area.h"
-#include "platform/memoria_finestre.h"
+#include "platform/finestre/memoria_finestre.h"
 #include "programma.h"
 
 #include <QHeaderView>

@@ -1,5 +1,5 @@
 #include "app/richieste.h"
-#include "platform/messaggi.h"
+#include "platform/finestre/messaggi.h"
 #include "prova_principale.h"
 
 #include <QLocalServer>

@@ -2,11 +2,11 @@
 
 #include "db/binari.h"
 #include "db/connessioni.h"
-#include "platform/avanzamento.h"
-#include "platform/desktop.h"
-#include "platform/dialoghi.h"
-#include "platform/messaggi.h"
-#include "platform/shell.h"
+#include "platform/disco/shell.h"
+#include "platform/finestre/avanzamento.h"
+#include "platform/finestre/desktop.h"
+#include "platform/finestre/dialoghi.h"
+#include "platform/finestre/messaggi.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,9 +1,9 @@
 #include "texts/fmTxtL.h"
 
-#include "app/contesto.h"
-#include "platform/memoria_finestre.h"
-#include "platform/messaggi.h"
-#include "platform/tasti.h"
+#include "contesto/contesto.h"
+#include "platform/finestre/memoria_finestre.h"
+#include "platform/finestre/messaggi.h"
+#include "platform/finestre/tasti.h"
 #include "texts/ortografia.h"
 
 #include <QFormLayout>

@@ -1,8 +1,8 @@
 #include "texts/ortografia.h"
 
-#include "platform/elaboratore.h"
-#include "platform/messaggi.h"
-#include "platform/shell.h"
+#include "platform/disco/shell.h"
+#include "platform/elaboratore/elaboratore.h"
+#include "platform/finestre/messaggi.h"
 
 #include <QPlainTextEdit>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/registro.h"
+#include "platform/elaboratore/registro.h"
 
 #include <QString>
 

@@ -1,11 +1,11 @@
 #include "texts/testi.h"
 
-#include "app/contesto.h"
+#include "contesto/contesto.h"
 #include "db/codici.h"
 #include "db/collegamenti.h"
 #include "db/connessioni.h"
-#include "platform/messaggi.h"
-#include "platform/recordset.h"
+#include "platform/finestre/messaggi.h"
+#include "platform/motore/recordset.h"
 #include "texts/fmTxtL.h"
 
 #include <functional>

@@ -1,0 +1,22 @@
+#include "contesto/contesto.h"
+
+#include "contesto/finestre.h"
+#include "db/connessioni.h"
+
+namespace modTarvola
+{
+
+Contesto &contesto()
+{
+    static Contesto solo;
+    return solo;
+}
+
+void avviaContesto()
+{
+    FinestreAperte().clear();
+    avviaArchivi();
+    contesto() = Contesto{};
+}
+
+} // namespace modTarvola

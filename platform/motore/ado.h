@@ -1,0 +1,141 @@
+#pragma once
+
+#include "platform/errore.h"
+
+#include <QByteArrayView>
+#include <QHash>
+#include <QString>
+#include <QStringView>
+#include <QVariant>
+
+#include <functional>
+#include <memory>
+
+class Presa;
+struct sqlite3;
+struct sqlite3_stmt;
+
+// Accesso ai dati: connessioni, istruzioni e transazioni sul motore SQLite.
+// Le istruzioni hanno segnaposto "?"; nessun valore entra mai nel testo.
+namespace ado
+{
+
+// Un'istruzione con i suoi valori. Con `tabella` le righe lette si possono modificare
+// attraverso la chiave `Codice`.
+struct Comando {
+    QString testo;
+    QVariantList valori;
+    QString tabella;
+};
+
+constexpr int adStateClosed = 0;
+constexpr int adStateOpen = 1;
+constexpr int adUseClient = 3;
+
+// La riga corrente di una lettura; vale solo dentro la funzione che la riceve.
+class Riga
+{
+public:
+    explicit Riga(sqlite3_stmt *istruzione) : m_istruzione(istruzione) {}
+    int colonne() const;
+    QString nome(int colonna) const;
+    bool nullo(int colonna) const;
+    bool numero(int colonna) const;
+    qint64 intero(int colonna) const;
+    QString testo(int colonna) const;
+    // I byte UTF-8 del testo, senza copia.
+    QByteArrayView byte(int colonna) const;
+    QVariant valore(int colonna) const;
+
+private:
+    sqlite3_stmt *m_istruzione;
+};
+
+class Connection
+{
+public:
+    Connection();
+    ~Connection();
+    Connection(const Connection &) = delete;
+    Connection &operator=(const Connection &) = delete;
+
+    QString Provider;
+    int CursorLocation = 2;
+
+    // Apre l'archivio della stringa ("Data Source=…;Jet OLEDB:Database Password=…;"). Non crea
+    // mai un file. Fallisce con Errore, la cui causa distingue i file che non si possono aprire.
+    void Open(const QString &stringa, const QString &utente = {}, const QString &password = {});
+    // Crea un file di dati nuovo e vuoto e lo apre; fallisce se il file esiste già.
+    void Create(const QString &percorso);
+    void Close();
+    int State() const { return m_base == nullptr ? adStateClosed : adStateOpen; }
+    // "Data Source": il percorso dell'ultima apertura riuscita, anche dopo la chiusura.
+    QString Properties(QStringView nome) const;
+
+    // Esegue un'istruzione che cambia righe e dice quante ne ha cambiate.
+    int Execute(const Comando &comando);
+    // Legge le righe in ordine e le passa una per volta; la funzione rende false per smettere.
+    void leggi(const Comando &comando, const std::function<bool(const Riga &)> &perRiga);
+    // Il primo valore della prima riga, non valido se non c'è alcuna riga.
+    QVariant valore(const Comando &comando);
+    // I nomi delle colonne che l'istruzione renderebbe.
+    QStringList colonne(const Comando &comando);
+
+    bool inTransazione() const;
+    sqlite3 *base() const { return m_base; }
+
+private:
+    friend class Istruzione;
+    friend class Sorveglianza;
+    friend class Stream;
+    void apriBase(const QString &percorso, int modi);
+    void verificaFormato(const QString &password);
+    QVariant passwordDelFile();
+    sqlite3_stmt *prepara(const QString &testo);
+    void restituisci(const QString &testo, sqlite3_stmt *istruzione);
+    [[noreturn]] void fallisci(int esito) const;
+
+    sqlite3 *m_base = nullptr;
+    std::unique_ptr<Presa> m_presa;
+    QString m_percorso;
+    QHash<QString, sqlite3_stmt *> m_pronte;
+    bool m_sospesa = false;
+};
+
+// Finché vive, la funzione è chiamata ogni tanto mentre il motore lavora; se rende falso
+// l'istruzione in corso fallisce con la causa Interrotto. Dentro la funzione la connessione non
+// accetta altre istruzioni: chi intanto ridisegna un elenco trova le righe occupate.
+class Sorveglianza
+{
+public:
+    Sorveglianza(Connection &connessione, std::function<bool()> procede);
+    ~Sorveglianza();
+    Sorveglianza(const Sorveglianza &) = delete;
+    Sorveglianza &operator=(const Sorveglianza &) = delete;
+
+private:
+    int chiede();
+
+    Connection &m_connessione;
+    std::function<bool()> m_procede;
+};
+
+// Cambiamenti che stanno insieme: o tutti o nessuno. Chi la lascia senza conferma li annulla.
+class Transazione
+{
+public:
+    explicit Transazione(Connection &connessione);
+    ~Transazione();
+    Transazione(const Transazione &) = delete;
+    Transazione &operator=(const Transazione &) = delete;
+    void conferma();
+
+private:
+    Connection &m_connessione;
+    bool m_aperta = true;
+};
+
+// Segna il file aperto come archivio protetto dalla password data (vuota: nessuna).
+void proteggi(Connection &connessione, const QString &password);
+
+} // namespace ado

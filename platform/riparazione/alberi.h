@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/riparazione/pagine.h"
+
+#include <QHash>
+#include <QString>
+
+#include <functional>
+
+// Gli alberi di un file danneggiato: quali pagine sono di quale tabella o indice, e quali di
+// nessuno.
+namespace pagine
+{
+
+struct Albero {
+    QString nome;
+    QString tabella;
+    Genere genere = Genere::Nessuno;
+    QList<quint32> pagine; // quelle che si raggiungono, le foglie nell'ordine delle chiavi
+    bool intero = true;    // falso se qualcosa non si raggiunge o non si legge
+};
+
+class Alberi
+{
+public:
+    // `generi`: gli alberi che il file dovrebbe avere, per nome; quelli che lo schema del file non
+    // nomina restano senza pagine e non interi.
+    Alberi(const File &file, const QHash<QString, Albero> &previsti);
+
+    Albero operator[](const QString &nome) const { return m_alberi.value(nome); }
+    // Che cosa si sa di ogni pagina; le celle lette vi segnano le pagine che le seguono.
+    QList<Uso> &uso() { return m_uso; }
+
+private:
+    void radiciDa(const File &file, quint32 pagina, QHash<QString, quint32> &radici) const;
+    QHash<QString, quint32> radici(const File &file) const;
+    void libere(const File &file);
+    void percorre(const File &file, quint32 prima, Albero &albero);
+
+    QHash<QString, Albero> m_alberi;
+    QList<Uso> m_uso;
+};
+
+} // namespace pagine

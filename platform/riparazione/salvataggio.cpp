@@ -1,0 +1,292 @@
+#include "platform/riparazione/salvataggio.h"
+
+#include "platform/riparazione/alberi.h"
+#include "platform/riparazione/salvate.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace salvataggio
+{
+
+using namespace pagine;
+
+namespace
+{
+
+const Valore nulla;
+
+class Salvataggio
+{
+public:
+    Salvataggio(const QString &danneggiato, bool badaAllaTestata, ado::Connection &nuovo,
+                const Regole &regole, const provvisorio::Passo &passo);
+    // Con `tiene` falso conta soltanto ciò che si salverebbe.
+    QList<Conto> compie(bool tiene);
+
+private:
+    QHash<QString, Albero> previsti();
+    bool unoIntero(const QStringList &alberi) const;
+    void aspettaDa(const Tabella &tabella, const QString &indice);
+    void righeDi(Tabella &tabella);
+    void coppieDi(Tabella &tabella, const QString &indice);
+    void orfane();
+    void colloca(const Pagina &pagina, const Cella &cella);
+    void collocaCoppia(const Cella &cella);
+    bool accetta(Tabella &tabella, const Cella &cella, bool orfana);
+    bool adatta(const Tabella &tabella, const QList<Valore> &riga) const;
+    void riparaCodice(const Tabella &tabella, qint64 chiave, QList<Valore> &riga);
+    Conto conta(const Tabella &tabella);
+    void avanza(qint64 fatte) { provvisorio::avanza(m_passo, fatte, m_file.quante()); }
+
+    File m_file;
+    ado::Connection &m_nuovo;
+    const Regole &m_regole;
+    const provvisorio::Passo &m_passo;
+    Salvate m_salvate;
+    Alberi m_alberi;
+    // Vero se si sa di ogni pagina libera che lo è.
+    bool m_libereIntere;
+};
+
+Salvataggio::Salvataggio(const QString &danneggiato, bool badaAllaTestata, ado::Connection &nuovo,
+                         const Regole &regole, const provvisorio::Passo &passo)
+    : m_file(danneggiato, badaAllaTestata),
+      m_nuovo(nuovo),
+      m_regole(regole),
+      m_passo(passo),
+      m_salvate(nuovo),
+      m_alberi(m_file, previsti()),
+      m_libereIntere(m_alberi.uso().count(Uso::Libera) == m_file.libere())
+{
+}
+
+QHash<QString, Albero> Salvataggio::previsti()
+{
+    QHash<QString, Albero> tutti;
+    for (const Tabella &tabella : m_salvate.tabelle()) {
+        const Genere genere = tabella.conRowid ? Genere::Tabella : Genere::Indice;
+        tutti.insert(tabella.nome, {tabella.nome, tabella.nome, genere, {}, true});
+        for (const QString &indice : tabella.indici)
+            tutti.insert(indice, {indice, tabella.nome, Genere::Indice, {}, true});
+    }
+    return tutti;
+}
+
+bool Salvataggio::unoIntero(const QStringList &alberi) const
+{
+    return std::any_of(alberi.cbegin(), alberi.cend(),
+                       [this](const QString &nome) { return m_alberi[nome].intero; });
+}
+
+QList<Conto> Salvataggio::compie(bool tiene)
+{
+    ado::Transazione transazione(m_nuovo);
+    for (const Tabella &tabella : m_salvate.tabelle()) {
+        for (const QString &indice : tabella.testimoni)
+            aspettaDa(tabella, indice);
+    }
+    for (Tabella &tabella : m_salvate.tabelle()) {
+        if (tabella.conRowid) {
+            righeDi(tabella);
+            continue;
+        }
+        coppieDi(tabella, tabella.nome);
+        for (const QString &indice : std::as_const(tabella.indici))
+            coppieDi(tabella, indice);
+    }
+    orfane();
+    QList<Conto> conti;
+    for (const Tabella &tabella : m_salvate.tabelle())
+        conti.append(conta(tabella));
+    if (tiene)
+        transazione.conferma();
+    return conti;
+}
+
+void Salvataggio::aspettaDa(const Tabella &tabella, const QString &indice)
+{
+    const auto pagine = m_alberi[indice].pagine;
+    for (const quint32 numero : pagine) {
+        avanza(0);
+        const auto celle = m_file.pagina(numero).celle;
+        for (const Cella &cella : celle) {
+            const auto voce = Carico(m_file, cella).colonne();
+            if (!voce || voce->size() < 2 || voce->constLast().tipo != Valore::Intero)
+                continue;
+            const QByteArray codice = m_regole.codice(tabella.nome, indice, voce->constFirst());
+            if (!codice.isEmpty())
+                m_salvate.aspetta(tabella, indice, voce->constLast().intero, codice);
+        }
+    }
+}
+
+void Salvataggio::righeDi(Tabella &tabella)
+{
+    const auto pagine = m_alberi[tabella.nome].pagine;
+    for (const quint32 numero : pagine) {
+        avanza(numero);
+        const Pagina pagina = m_file.pagina(numero);
+        if (!pagina.foglia)
+            continue;
+        for (const Cella &cella : pagina.celle) {
+            if (accetta(tabella, cella, false))
+                continue;
+            tabella.sana = false;
+            colloca(pagina, cella);
+        }
+    }
+}
+
+// Una tabella senza chiave interna si ritrova intera in ciascuno dei suoi indici.
+void Salvataggio::coppieDi(Tabella &tabella, const QString &indice)
+{
+    const QList<int> ordine = tabella.ordine.value(indice);
+    const auto pagine = m_alberi[indice].pagine;
+    for (const quint32 numero : pagine) {
+        const auto celle = m_file.pagina(numero).celle;
+        for (const Cella &cella : celle) {
+            Carico carico(m_file, cella);
+            const auto voce = carico.colonne();
+            if (!voce || voce->size() != tabella.colonne.size())
+                continue;
+            QList<Valore> riga = *voce;
+            for (qsizetype i = 0; i < qMin(riga.size(), ordine.size()); ++i)
+                riga[ordine.at(i)] = voce->at(i);
+            if (adatta(tabella, riga))
+                m_salvate.inserisce(tabella, 0, riga, carico);
+        }
+    }
+}
+
+// Le pagine cui nessun albero porta più: chi sta sopra è rotto, le righe possono essere sane.
+void Salvataggio::orfane()
+{
+    for (quint32 numero = 2; numero <= m_file.quante(); ++numero) {
+        if (m_alberi.uso().at(numero) != Uso::Ignoto)
+            continue;
+        avanza(numero);
+        const Pagina pagina = m_file.pagina(numero);
+        if (pagina.genere == Genere::Tabella && !pagina.foglia)
+            continue;
+        for (const Cella &cella : pagina.celle)
+            colloca(pagina, cella);
+    }
+}
+
+void Salvataggio::colloca(const Pagina &pagina, const Cella &cella)
+{
+    if (pagina.genere != Genere::Tabella)
+        return collocaCoppia(cella);
+    for (Tabella &tabella : m_salvate.tabelle()) {
+        if (tabella.conRowid && accetta(tabella, cella, true))
+            return;
+    }
+}
+
+// Dà una coppia alla tabella cui può appartenere, se è una sola fra quelle cui manca qualcosa.
+void Salvataggio::collocaCoppia(const Cella &cella)
+{
+    Carico carico(m_file, cella);
+    const auto voce = carico.colonne();
+    if (!voce)
+        return;
+    Tabella *sola = nullptr;
+    QList<Valore> riga;
+    for (Tabella &tabella : m_salvate.tabelle()) {
+        if (tabella.conRowid || voce->size() != tabella.colonne.size() ||
+            m_alberi[tabella.nome].intero)
+            continue;
+        const QList<Valore> rovescia(voce->crbegin(), voce->crend());
+        const bool dritta = adatta(tabella, *voce);
+        if (!dritta && !adatta(tabella, rovescia))
+            continue;
+        if (sola != nullptr)
+            return;
+        sola = &tabella;
+        riga = dritta ? *voce : rovescia;
+    }
+    if (sola != nullptr)
+        m_salvate.inserisce(*sola, 0, riga, carico);
+}
+
+bool Salvataggio::adatta(const Tabella &tabella, const QList<Valore> &riga) const
+{
+    return m_regole.adatta(tabella.nome, riga.value(0, nulla), riga.value(1, nulla));
+}
+
+bool Salvataggio::accetta(Tabella &tabella, const Cella &cella, bool orfana)
+{
+    const auto seguito = catena(m_file, cella, m_alberi.uso());
+    if (!seguito)
+        return false;
+    Carico carico(m_file, cella);
+    auto riga = carico.colonne();
+    const qsizetype colonne = tabella.colonne.size();
+    // Le righe scritte prima che la tabella avesse le ultime colonne ne hanno di meno.
+    if (!riga || riga->size() > colonne || (orfana && riga->size() != colonne))
+        return false;
+    riga->resize(colonne);
+    if (tabella.chiaveIntera >= 0)
+        (*riga)[tabella.chiaveIntera] = {Valore::Intero, cella.chiave, 0, {}};
+    if (!orfana)
+        riparaCodice(tabella, cella.chiave, *riga);
+    if (!adatta(tabella, *riga))
+        return false;
+    // Una riga in una pagina che potrebbe essere libera era già stata cancellata se un indice
+    // intero non la nomina.
+    if (orfana && !m_libereIntere && unoIntero(tabella.testimoni) &&
+        !m_salvate.aspettata(tabella, riga->constFirst().byte))
+        return false;
+    if (!m_salvate.inserisce(tabella, cella.chiave, *riga, carico))
+        return false;
+    for (const quint32 numero : *seguito)
+        m_alberi.uso()[numero] = Uso::Seguito;
+    return true;
+}
+
+// Un codice rovinato si riprende dagli indici che nominano la stessa riga: da uno, se non è più un
+// codice; da tutti d'accordo, se è diventato quello di un'altra.
+void Salvataggio::riparaCodice(const Tabella &tabella, qint64 chiave, QList<Valore> &riga)
+{
+    if (tabella.testimoni.isEmpty())
+        return;
+    const QByteArray codice =
+        m_salvate.codiceDi(tabella, chiave, adatta(tabella, riga) ? tabella.testimoni.size() : 1);
+    if (!codice.isEmpty())
+        riga[0] = {Valore::Testo, 0, 0, codice};
+}
+
+Conto Salvataggio::conta(const Tabella &tabella)
+{
+    const QStringList prove = tabella.conRowid ? tabella.testimoni : tabella.indici;
+    const bool manca = !tabella.sana || !m_alberi[tabella.nome].intero;
+    Conto conto{tabella.nome, tabella.salvate, 0, manca && !unoIntero(prove)};
+    // Un albero senza guasti può essere di un'altra tabella, e così un indice: contro il primo
+    // valgono solo tutti i secondi insieme.
+    if (!tabella.testimoni.isEmpty())
+        conto.perdute = m_salvate.perdute(tabella, manca ? 1 : tabella.testimoni.size());
+    return conto;
+}
+
+} // namespace
+
+QList<Conto> salva(const QString &danneggiato, ado::Connection &nuovo, const Regole &regole,
+                   const provvisorio::Passo &passo)
+{
+    const auto compie = [&](bool badaAllaTestata, bool tiene) {
+        return Salvataggio(danneggiato, badaAllaTestata, nuovo, regole, passo).compie(tiene);
+    };
+    const auto righe = [](const QList<Conto> &conti) {
+        return std::accumulate(
+            conti.cbegin(), conti.cend(), qint64{0},
+            [](qint64 somma, const Conto &conto) { return somma + conto.salvate; });
+    };
+    if (File(danneggiato).dimensione() == paginaPredefinita)
+        return compie(true, true);
+    // Una testata che mente sulla misura delle pagine ne nasconde molte: si prova nei due modi.
+    const bool badaAllaTestata = righe(compie(true, false)) > righe(compie(false, false));
+    return compie(badaAllaTestata, true);
+}
+
+} // namespace salvataggio

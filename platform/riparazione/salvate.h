@@ -1,0 +1,69 @@
+#pragma once
+
+#include "platform/motore/ado.h"
+#include "platform/riparazione/pagine.h"
+
+#include <memory>
+#include <vector>
+
+// Il file nuovo in cui finiscono le righe salvate, e ciò che se ne deve sapere per riempirlo.
+namespace salvataggio
+{
+
+struct Finisce {
+    void operator()(sqlite3_stmt *istruzione) const;
+};
+using Istruzione = std::unique_ptr<sqlite3_stmt, Finisce>;
+
+struct Tabella {
+    QString nome;
+    QStringList colonne;
+    int chiaveIntera = -1; // la colonna che è la chiave interna
+    bool conRowid = true;
+    QStringList indici;                // senza quello che è la tabella stessa
+    QStringList testimoni;             // gli indici che nominano i codici
+    QHash<QString, QList<int>> ordine; // per indice, la colonna della tabella che sta a ogni posto
+    Istruzione conChiave;
+    Istruzione senzaChiave;
+    qint64 salvate = 0;
+    // Falso se una cella del suo albero non era una sua riga.
+    bool sana = true;
+};
+
+class Salvate
+{
+public:
+    explicit Salvate(ado::Connection &nuovo);
+
+    std::vector<Tabella> &tabelle() { return m_tabelle; }
+    // Vero se la riga è entrata, con la sua chiave interna o, se è presa, con un'altra; una che
+    // ripete un codice non entra. L'ultima colonna, se è lunga, si legge dal carico.
+    bool inserisce(Tabella &tabella, qint64 chiave, const QList<pagine::Valore> &riga,
+                   pagine::Carico &carico);
+
+    // Le righe che gli indici nominano: ciò che alla fine ne manca è perduto.
+    void aspetta(const Tabella &tabella, const QString &indice, qint64 chiave,
+                 const QByteArray &codice);
+    bool aspettata(const Tabella &tabella, const QByteArray &codice);
+    // Il codice che almeno tanti indici danno alla riga con quella chiave; vuoto se non c'è.
+    QByteArray codiceDi(const Tabella &tabella, qint64 chiave, qsizetype testimoni);
+    // Quante ne mancano fra quelle che almeno tanti indici nominano.
+    qint64 perdute(const Tabella &tabella, qsizetype testimoni);
+
+private:
+    [[noreturn]] void fallisci() const;
+    Istruzione prepara(const QString &testo) const;
+    QStringList nomi(const QString &istruzione, const QString &valore = {}) const;
+    Tabella descrive(const QString &nome) const;
+    void descriveIndici(Tabella &tabella) const;
+    bool esegue(sqlite3_stmt *istruzione) const;
+    void riempieLungo(const Tabella &tabella, qint64 lunghezza, pagine::Carico &carico) const;
+
+    ado::Connection &m_nuovo;
+    std::vector<Tabella> m_tabelle;
+    Istruzione m_aspetta;
+    Istruzione m_aspettata;
+    Istruzione m_codiceDi;
+};
+
+} // namespace salvataggio
