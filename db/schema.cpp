@@ -2,6 +2,7 @@
 
 #include "db/modello.h"
 #include "db/orfani.h"
+#include "db/tabelle.h"
 #include "db/versioni.h"
 
 namespace modTarvola
@@ -12,71 +13,99 @@ const QString passwordArchivi = QStringLiteral("Brunivastelo");
 namespace
 {
 
+using catalogo::Colonna;
+using catalogo::Forma;
+using catalogo::Specie;
+using catalogo::Tabella;
+
 // I codici si confrontano senza badare alle maiuscole; sono lettere e cifre ASCII.
-const char *const istruzioni[] = {
-    "CREATE TABLE Archivi (Codice TEXT NOT NULL COLLATE NOCASE PRIMARY KEY, Nome TEXT,"
-    " Abbreviazione TEXT, Gruppo TEXT, Modifica TEXT)",
+QString tipoDi(const Colonna &colonna)
+{
+    switch (colonna.specie) {
+    case Specie::Codice:
+        return colonna.obbligatoria ? QStringLiteral(" TEXT NOT NULL COLLATE NOCASE")
+                                    : QStringLiteral(" TEXT COLLATE NOCASE");
+    case Specie::Numero:
+        return colonna.obbligatoria ? QStringLiteral(" INTEGER NOT NULL")
+                                    : QStringLiteral(" INTEGER");
+    case Specie::Lungo:
+        return {};
+    default:
+        return colonna.predefinito.isEmpty()
+                   ? QStringLiteral(" TEXT")
+                   : QStringLiteral(" TEXT DEFAULT (%1)").arg(colonna.predefinito);
+    }
+}
 
-    "CREATE TABLE Registri (Codice TEXT NOT NULL COLLATE NOCASE PRIMARY KEY,"
-    " Archivio TEXT COLLATE NOCASE, Tipo INTEGER, Titolo TEXT, Abbreviazione TEXT,"
-    " EventiCitati TEXT, DataIniziale TEXT, DataFinale TEXT, Supporto TEXT, Classe TEXT,"
-    " SottoClasse TEXT, Modifica TEXT)",
-    "CREATE INDEX RegistriArchivio ON Registri (Archivio)",
+QString creazione(const Tabella &tabella)
+{
+    QStringList colonne;
+    for (const Colonna &colonna : tabella.colonne) {
+        const bool chiave = tabella.forma != Forma::Coppie && colonne.isEmpty();
+        colonne.append(catalogo::citata(colonna.nome) + tipoDi(colonna) +
+                       (chiave ? QStringLiteral(" PRIMARY KEY") : QString()));
+    }
+    // Le coppie non hanno altro che la chiave: stanno nel suo albero, senza un secondo.
+    if (tabella.forma == Forma::Coppie)
+        colonne.append(QStringLiteral("PRIMARY KEY (%1, %2)")
+                           .arg(tabella.colonne[0].nome, tabella.colonne[1].nome));
+    return QStringLiteral("CREATE TABLE %1 (%2)%3")
+        .arg(tabella.nome, colonne.join(QStringLiteral(", ")),
+             tabella.forma == Forma::Coppie ? QStringLiteral(" WITHOUT ROWID") : QString());
+}
 
-    "CREATE TABLE Voci (Codice TEXT NOT NULL COLLATE NOCASE PRIMARY KEY,"
-    " Registro TEXT COLLATE NOCASE, Volume TEXT, Data TEXT, PaginaIniziale INTEGER,"
-    " CodiceVoce TEXT, Modifica TEXT)",
-    "CREATE INDEX VociRegistro ON Voci (Registro)",
+// L'indice per cui dal proprietario si scende a ciò che è suo.
+QString indiceDi(const Tabella &tabella, const Colonna &colonna)
+{
+    QString nome = colonna.nome.toString();
+    for (const QString &prefisso : {QStringLiteral("Codice"), QStringLiteral("Id")}) {
+        if (nome.startsWith(prefisso))
+            nome.remove(0, prefisso.size());
+    }
+    QStringList colonne{colonna.nome.toString()};
+    if (!colonna.accanto.isEmpty())
+        colonne.append(colonna.accanto.toString());
+    return QStringLiteral("CREATE INDEX %1%2 ON %1 (%3)")
+        .arg(tabella.nome, nome, colonne.join(QStringLiteral(", ")));
+}
 
-    "CREATE TABLE Individui (Codice TEXT NOT NULL COLLATE NOCASE PRIMARY KEY,"
-    " Voce TEXT COLLATE NOCASE, Nome TEXT, Cognome TEXT, Soprannome TEXT, Detto TEXT,"
-    " Precisazione TEXT, \"Età\" TEXT, Sesso TEXT, Legittimo TEXT, Vivente TEXT, Ruolo INTEGER,"
-    " Creazione TEXT DEFAULT (datetime('now', 'localtime')), Modifica TEXT)",
-    "CREATE INDEX IndividuiVoce ON Individui (Voce)",
+// Il numero più alto di una tabella è così una ricerca nell'indice, non una lettura intera.
+QString indiceDeiNumeri(const Tabella &tabella)
+{
+    return QStringLiteral("CREATE INDEX %1Numero ON %1 (CAST(substr(Codice, 2) AS INTEGER))")
+        .arg(tabella.nome);
+}
 
-    "CREATE TABLE Famiglie (Codice TEXT NOT NULL COLLATE NOCASE PRIMARY KEY,"
-    " Voce TEXT COLLATE NOCASE, Ruolo INTEGER, Modifica TEXT)",
-    "CREATE INDEX FamiglieVoce ON Famiglie (Voce)",
+QStringList istruzioni()
+{
+    QStringList testi;
+    for (const Tabella &tabella : catalogo::tutte()) {
+        testi.append(creazione(tabella));
+        for (const Colonna &colonna : tabella.colonne) {
+            // Per la prima colonna di una coppia basta la chiave.
+            const bool prima = &colonna == tabella.colonne.data();
+            if (colonna.specie == Specie::Codice && !prima)
+                testi.append(indiceDi(tabella, colonna));
+        }
+    }
+    for (const Tabella &tabella : catalogo::tutte()) {
+        // In una tabella con indici di espressioni il motore non scrive un campo a pezzi, e i file
+        // si scrivono così: per loro si legge l'indice dei codici.
+        if (tabella.forma == Forma::Record && tabella.lunga() == nullptr)
+            testi.append(indiceDeiNumeri(tabella));
+    }
+    return testi;
+}
 
-    "CREATE TABLE FamiglieConiugi (CodiceFamiglia TEXT NOT NULL COLLATE NOCASE,"
-    " CodiceIndividuo TEXT NOT NULL COLLATE NOCASE,"
-    " PRIMARY KEY (CodiceFamiglia, CodiceIndividuo)) WITHOUT ROWID",
-    "CREATE INDEX FamiglieConiugiIndividuo ON FamiglieConiugi (CodiceIndividuo)",
-
-    "CREATE TABLE FamiglieGenitori (CodiceFamiglia TEXT NOT NULL COLLATE NOCASE,"
-    " CodiceIndividuo TEXT NOT NULL COLLATE NOCASE,"
-    " PRIMARY KEY (CodiceFamiglia, CodiceIndividuo)) WITHOUT ROWID",
-    "CREATE INDEX FamiglieGenitoriIndividuo ON FamiglieGenitori (CodiceIndividuo)",
-
-    "CREATE TABLE Eventi (Codice TEXT NOT NULL COLLATE NOCASE PRIMARY KEY,"
-    " IdProprietario TEXT COLLATE NOCASE, Tipo INTEGER, Data TEXT, Ora TEXT, Luogo TEXT,"
-    " Indirizzo TEXT, Causa TEXT, Valore TEXT, Modifica TEXT)",
-    "CREATE INDEX EventiProprietario ON Eventi (IdProprietario, Tipo)",
-
-    "CREATE TABLE Binari (Codice TEXT NOT NULL COLLATE NOCASE PRIMARY KEY, Tipo INTEGER,"
-    " IdProprietario TEXT COLLATE NOCASE, Nome TEXT, Campolungo)",
-    "CREATE INDEX BinariProprietario ON Binari (IdProprietario)",
-
-    "CREATE TABLE Luoghi (Codice TEXT NOT NULL COLLATE NOCASE PRIMARY KEY,"
-    " IdProprietario TEXT COLLATE NOCASE, Indirizzo1 TEXT, Indirizzo2 TEXT, Indirizzo3 TEXT,"
-    " \"Città\" TEXT, Stato TEXT, CodicePostale TEXT, Nazione TEXT, Modifica TEXT)",
-    "CREATE INDEX LuoghiProprietario ON Luoghi (IdProprietario)",
-
-    "CREATE TABLE Comunicazioni (Codice TEXT NOT NULL COLLATE NOCASE PRIMARY KEY,"
-    " IdProprietario TEXT COLLATE NOCASE, Telefono TEXT, Cellulare TEXT, Fax TEXT,"
-    " \"E-mail\" TEXT, PaginaWeb TEXT, Altro1 TEXT, Altro2 TEXT, Modifica TEXT)",
-    "CREATE INDEX ComunicazioniProprietario ON Comunicazioni (IdProprietario)",
-
-    "CREATE TABLE Operatori (Codice TEXT NOT NULL COLLATE NOCASE PRIMARY KEY, Nome TEXT,"
-    " Cognome TEXT, Password TEXT, Tipo INTEGER, Modifica TEXT)",
-
-    "CREATE TABLE OperatoriContesti (CodiceOperatore TEXT NOT NULL COLLATE NOCASE,"
-    " CodiceContesto TEXT NOT NULL COLLATE NOCASE,"
-    " PRIMARY KEY (CodiceOperatore, CodiceContesto)) WITHOUT ROWID",
-    "CREATE INDEX OperatoriContestiContesto ON OperatoriContesti (CodiceContesto)",
-
-    "CREATE TABLE Traduzioni (Codice INTEGER PRIMARY KEY, Tipo INTEGER NOT NULL, L1 TEXT)",
-};
+QStringList nomiDi(Forma forma)
+{
+    QStringList nomi;
+    for (const Tabella &tabella : catalogo::tutte()) {
+        if (tabella.forma == forma)
+            nomi.append(tabella.nome.toString());
+    }
+    return nomi;
+}
 
 // La prima versione non viene da nessun'altra; chi ne fa una nuova aggiunge qui il suo passaggio.
 constexpr std::span<const Passaggio> passaggi;
@@ -85,49 +114,28 @@ constexpr std::span<const Passaggio> passaggi;
 
 const QStringList &tabelleConCodice()
 {
-    static const QStringList nomi{QStringLiteral("Archivi"),       QStringLiteral("Registri"),
-                                  QStringLiteral("Voci"),          QStringLiteral("Individui"),
-                                  QStringLiteral("Famiglie"),      QStringLiteral("Eventi"),
-                                  QStringLiteral("Binari"),        QStringLiteral("Luoghi"),
-                                  QStringLiteral("Comunicazioni"), QStringLiteral("Operatori")};
+    static const QStringList nomi = nomiDi(Forma::Record);
     return nomi;
 }
 
 const QStringList &tabelle()
 {
     static const QStringList nomi =
-        tabelleConCodice() +
-        QStringList{QStringLiteral("FamiglieConiugi"), QStringLiteral("FamiglieGenitori"),
-                    QStringLiteral("OperatoriContesti"), QStringLiteral("Traduzioni")};
+        nomiDi(Forma::Record) + nomiDi(Forma::Coppie) + nomiDi(Forma::Generi);
     return nomi;
 }
 
 QString tabellaDiCodice(const QString &codice)
 {
-    for (const QString &tabella : tabelleConCodice()) {
-        if (codice.startsWith(tabella.front(), Qt::CaseInsensitive))
-            return tabella;
-    }
-    return {};
+    const Tabella *sua = catalogo::diCodice(codice);
+    return sua == nullptr ? QString() : sua->nome.toString();
 }
 
 void creaSchema(ado::Connection &connessione)
 {
     ado::Transazione transazione(connessione);
-    for (const char *istruzione : istruzioni)
-        connessione.Execute({QString::fromUtf8(istruzione), {}, {}});
-    // Il numero più alto di una tabella è così una ricerca nell'indice, non una lettura intera.
-    for (const QString &tabella : tabelleConCodice()) {
-        // In una tabella con indici di espressioni il motore non scrive un campo a pezzi, e i file
-        // si scrivono così: per loro si legge l'indice dei codici.
-        if (tabella == QStringLiteral("Binari"))
-            continue;
-        connessione.Execute({QStringLiteral("CREATE INDEX %1Numero ON %1 "
-                                            "(CAST(substr(Codice, 2) AS INTEGER))")
-                                 .arg(tabella),
-                             {},
-                             {}});
-    }
+    for (const QString &istruzione : istruzioni())
+        connessione.Execute({istruzione, {}, {}});
     creaSorveglianza(connessione);
     ado::proteggi(connessione, passwordArchivi);
     riempiTraduzioni(connessione);
