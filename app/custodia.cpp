@@ -16,8 +16,8 @@ namespace
 
 QString perdite(const Compattato &esito)
 {
-    QString testo = QStringLiteral("Il file era danneggiato: è stato riparato con tutto ciò che se "
-                                   "ne leggeva ancora.");
+    QString testo = QStringLiteral("Il file era danneggiato: è stato riparato, recuperando tutto "
+                                   "ciò che si leggeva ancora.");
     testo += esito.mancanti.isEmpty() ? QStringLiteral("\nNessun record è andato perduto.")
                                       : QStringLiteral("\nRecord perduti:");
     for (const salvataggio::Conto &conto : esito.mancanti) {

@@ -45,8 +45,8 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "trascrizione di antichi registri parrocch
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
     "Chi trascrive descrive un archivio, i suoi registri e gli atti di ciascuno, e
 per ogni atto le persone e le famiglie nominate, il loro ruolo e i loro eventi,
-con il testo dell'atto e i file che lo accompagnano. Il lavoro sta in archivi di
-un solo file, che si possono copiare e conservare.")
+con il testo dell'atto e i file che lo accompagnano. Tutto il lavoro sta in un
+solo file di archivi, che si può copiare e conservare.")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # Ciò che il programma cerca da sé e nessuna libreria collegata dice.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6svg6, qt6-translations-l10n, hunspell-it")

@@ -26,7 +26,7 @@ QString NuovoCodice(const QString &tabella)
     // I codici sono interi lunghi: oltre, gli altri lettori del formato non li capirebbero.
     if (massimo.toLongLong() >= std::numeric_limits<qint32>::max())
         throw ado::Errore(ado::Causa::Altro,
-                          QStringLiteral("i codici della tabella %1 sono finiti").arg(tabella));
+                          QStringLiteral("i codici della tabella %1 sono esauriti").arg(tabella));
     return tabella.front() + QString::number(massimo.toLongLong() + 1);
 }
 

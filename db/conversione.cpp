@@ -152,7 +152,7 @@ void Conversione::scriveTabella(Lavoro &lavoro)
         if (lavoro.rifiutate.size() > rifiutateMassime)
             throw ado::Errore(ado::Causa::Danneggiato,
                               QStringLiteral("il file è danneggiato: troppe righe senza un codice "
-                                             "loro"));
+                                             "proprio"));
         if (lettura.righe.lette() % righePerPasso == 0)
             avanza(lettura);
     }

@@ -145,8 +145,8 @@ void rifiutaVersione(const QString &danneggiato)
     const quint32 versione = pagine::File(danneggiato).versione();
     if (versione > versioneSchema && versione < 1000)
         throw ado::Errore(ado::Causa::VersioneNuova,
-                          QStringLiteral("l'archivio è della versione %1, più nuova di questo "
-                                         "programma (versione %2)")
+                          QStringLiteral("il file di archivi è della versione %1, più nuova di "
+                                         "quella di questo programma (versione %2)")
                               .arg(versione)
                               .arg(versioneSchema));
 }
@@ -182,7 +182,7 @@ Salvato salvaArchivio(const QString &danneggiato, const QString &nuovo,
     }
     if (righe == 0)
         throw ado::Errore(ado::Causa::Danneggiato,
-                          QStringLiteral("nel file non si legge più nulla di un archivio"));
+                          QStringLiteral("nel file non si legge più nulla degli archivi"));
     riservaNumeri(connessione);
     esito.senzaProprietario = annotaOrfani(connessione);
     connessione.Close();

@@ -15,8 +15,8 @@ void rifiutaPiuNuovo(ado::Connection &connessione, int versione)
     const int sua = versioneDi(connessione);
     if (sua > versione) {
         throw ado::Errore(ado::Causa::VersioneNuova,
-                          QStringLiteral("l'archivio è della versione %1, più nuova di questo "
-                                         "programma (versione %2)")
+                          QStringLiteral("il file di archivi è della versione %1, più nuova di "
+                                         "quella di questo programma (versione %2)")
                               .arg(sua)
                               .arg(versione));
     }
@@ -37,7 +37,8 @@ void portaAllaVersione(ado::Connection &connessione, std::span<const Passaggio> 
         if (passaggio == passaggi.end())
             throw ado::Errore(
                 ado::Causa::NonArchivio,
-                QStringLiteral("l'archivio è della versione %1, che non si conosce").arg(sua - 1));
+                QStringLiteral("il file di archivi è della versione %1, che non si conosce")
+                    .arg(sua - 1));
         for (const char *istruzione : passaggio->istruzioni)
             connessione.Execute({QString::fromUtf8(istruzione), {}, {}});
         connessione.Execute({QStringLiteral("PRAGMA user_version = %1").arg(sua), {}, {}});

@@ -202,7 +202,7 @@ private slots:
     {
         sqlite3_limit(connessione().base(), SQLITE_LIMIT_LENGTH, 1'000'000);
         sceglie(crea(u"grande"_s, QByteArray(1'000'001, 'x')));
-        persona->avviso(u"Il file è troppo grande: l'archivio accetta file fino a 934 kB"_s);
+        persona->avviso(u"Il file è troppo grande: si possono allegare file fino a 934 kB"_s);
         QVERIFY(!NuovoAllegato(nullptr, u"V1"_s, FileAllegato));
         QVERIFY(allega(crea(u"giusto"_s, QByteArray(900'000, 'x'))));
         QCOMPARE(lette(u"SELECT Nome FROM Binari"_s), u"giusto"_s);

@@ -133,8 +133,8 @@ private slots:
         batteFile(u"Compatta/ripara un file"_s, file);
         avvertimentoSpostamento(file, true);
         rinominato(file, cestino(u"esempio.tvd"_s));
-        persona->avviso(u"Il file era danneggiato: è stato riparato con tutto ciò che se ne "
-                        "leggeva ancora.\nRecord perduti:\nVoci: 3"_s);
+        persona->avviso(u"Il file era danneggiato: è stato riparato, recuperando tutto "
+                        "ciò che si leggeva ancora.\nRecord perduti:\nVoci: 3"_s);
         persona->avviso(u"Compressione/riparazione riuscita"_s);
         sceglie(u"&File"_s, u"Compatta e ripristina"_s);
         QCOMPARE(archiviIn(file), 2);

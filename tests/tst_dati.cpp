@@ -210,7 +210,7 @@ private slots:
         const auto fileDi = [](const QByteArray &byte) {
             return [byte](const QString &percorso) { scrive(percorso, byte); };
         };
-        const char *const altro = "il file non è un archivio di Tarvola";
+        const char *const altro = "non è un file di archivi di Tarvola";
         riga("mancante", Causa::Mancante, "il file non esiste", [](const QString &) {});
         riga("testo", Causa::NonArchivio, altro, fileDi(QByteArray(2000, 'q')));
         riga("vuoto", Causa::NonArchivio, altro, fileDi({}));

@@ -74,7 +74,7 @@ private slots:
         scrive(percorso(u"testo.tvd"_s), QByteArray("Non è un archivio").repeated(99));
         batteFile(u"Apri un file"_s, percorso(u"testo.tvd"_s));
         persona->avviso(u"Operazione non riuscita:\n"_s + percorso(u"testo.tvd"_s) +
-                        u"\nil file non è un archivio di Tarvola (file is not a database)"_s);
+                        u"\nnon è un file di archivi di Tarvola (file is not a database)"_s);
         sceglie(u"&File"_s, u"Apri"_s);
         QCOMPARE(principale->visualizzatori().size(), 1);
         QCOMPARE(contesto().PercorsoCorrente, percorso(u"esempio.tvd"_s));

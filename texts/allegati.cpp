@@ -144,7 +144,7 @@ bool NuovoAllegato(QWidget *sopra, const QString &proprietario, int genere)
     const qint64 massimo = fileMassimo(connessione());
     if (file.size() > massimo) {
         messaggi::avvisa(
-            sopra, QStringLiteral("Il file è troppo grande: l'archivio accetta file fino a ") +
+            sopra, QStringLiteral("Il file è troppo grande: si possono allegare file fino a ") +
                        QLocale().formattedDataSize(massimo, 0, QLocale::DataSizeSIFormat));
         return false;
     }

@@ -132,7 +132,7 @@ void Pagine::apreIntestazione(const QString &password)
     Pagina prima{};
     if (!legge(0, prima) || !cominciaBene(prima))
         throw ado::Errore(ado::Causa::NonArchivio,
-                          QStringLiteral("il file non è un archivio del formato anteriore"));
+                          QStringLiteral("non è un file di archivi del formato anteriore"));
     rc4(chiaveMaschera, prima.data() + inizioMaschera, fineMaschera - inizioMaschera);
     const QString scritta = passwordScritta(prima);
     if (!scritta.isEmpty() && scritta != password)

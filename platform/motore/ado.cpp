@@ -55,7 +55,7 @@ QString spiegazione(Causa causa)
 {
     switch (causa) {
     case Causa::NonArchivio:
-        return QStringLiteral("il file non è un archivio di Tarvola");
+        return QStringLiteral("non è un file di archivi di Tarvola");
     case Causa::Occupato:
         return QStringLiteral("il file è bloccato da un altro programma; riprovare tra poco");
     case Causa::Danneggiato:
@@ -309,9 +309,9 @@ bool Connection::inTransazione() const
 sqlite3_stmt *Connection::prepara(const QString &testo)
 {
     if (m_base == nullptr)
-        throw Errore(Causa::Chiusa, QStringLiteral("l'archivio è chiuso"));
+        throw Errore(Causa::Chiusa, QStringLiteral("il file di archivi è chiuso"));
     if (m_sospesa)
-        throw Errore(Causa::Occupato, QStringLiteral("l'archivio sta lavorando"));
+        throw Errore(Causa::Occupato, QStringLiteral("sul file di archivi è in corso un lavoro"));
     if (sqlite3_stmt *pronta = m_pronte.take(testo))
         return pronta;
     const QByteArray utf8 = testo.toUtf8();
