@@ -1,6 +1,11 @@
 #include "db/eliminazione.h"
 
-#include "db/schema.h"
+#include "db/orfani.h"
+#include "db/tabelle.h"
+
+#include <QHash>
+
+#include <algorithm>
 
 namespace modTarvola
 {
@@ -8,142 +13,215 @@ namespace modTarvola
 namespace
 {
 
-// Un passo della pulizia: quali righe guardare fra quelle annotate, e quando toglierle. Le
-// condizioni valgono per la riga; le annotazioni di troppo non fanno danno.
+using catalogo::Colonna;
+using catalogo::Forma;
+using catalogo::Legame;
+using catalogo::Posto;
+using catalogo::Tabella;
+
+// Un passo della pulizia: di quali tabelle si tolgono le righe il cui proprietario, in quella
+// colonna, manca. Senza colonna: i record che nessuna coppia sostiene.
 struct Passo {
-    int numero;
-    const char *istruzione;
+    std::initializer_list<QStringView> tabelle;
+    QStringView colonna;
+
+    bool toglieDa(const Tabella &tabella) const
+    {
+        return std::find(tabelle.begin(), tabelle.end(), tabella.nome) != tabelle.end();
+    }
 };
 
-// Le righe della tabella che dipendono da un record scomparso, o che sono annotate come orfane.
-#define CANDIDATI(tabella, colonna, scomparsi)                                                     \
-    "DELETE FROM " tabella " WHERE rowid IN (SELECT d.rowid FROM Scomparsi s CROSS JOIN " tabella  \
-    " d ON d." colonna " = s.Codice " scomparsi                                                    \
-    " UNION ALL SELECT d.rowid FROM Orfani o CROSS JOIN " tabella                                  \
-    " d ON d.Codice = o.Codice WHERE o.Tabella = '" tabella "') AND "
+constexpr Passo individui{{u"Individui"}, u"Voce"};
+constexpr Passo famiglie{{u"Famiglie"}, u"Voce"};
+constexpr Passo coppieSenzaFamiglia{{u"FamiglieConiugi", u"FamiglieGenitori"}, u"CodiceFamiglia"};
+constexpr Passo famiglieVuote{{u"Famiglie"}, {}};
+constexpr Passo coppieSenzaIndividuo{{u"FamiglieConiugi", u"FamiglieGenitori"}, u"CodiceIndividuo"};
+constexpr Passo eventi{{u"Eventi"}, u"IdProprietario"};
+constexpr Passo contesti{{u"OperatoriContesti"}, u"CodiceContesto"};
+constexpr Passo operatoriSoli{{u"Operatori"}, {}};
+constexpr Passo indirizzi{{u"Luoghi"}, u"IdProprietario"};
+constexpr Passo recapiti{{u"Comunicazioni"}, u"IdProprietario"};
+constexpr Passo allegati{{u"Binari"}, u"IdProprietario"};
 
-// I legami sono annotati a coppie; si cercano per la colonna che porta il codice scomparso.
-#define COPPIE(tabella, colonna, annotata, dove, condizione)                                       \
-    "DELETE FROM " tabella " WHERE " colonna " IN (SELECT Codice FROM Scomparsi " dove             \
-    " UNION ALL SELECT " annotata " FROM Orfani WHERE Tabella = '" tabella "') AND " condizione
+using Passi = QList<const Passo *>;
 
-#define NON_IN(tabella, codice)                                                                    \
-    "NOT EXISTS (SELECT 1 FROM " tabella " WHERE " tabella ".Codice = " codice ")"
+// I passi di ciascuna tabella, nell'ordine: i proprietari prima di ciò che è loro. Con un indirizzo
+// o un recapito va solo ciò che era suo; gli operatori rimasti soli aspettano un'altra volta.
+// Nulla per le tabelle i cui record non si eliminano.
+const Passi *passiDi(QChar lettera)
+{
+    static const Passi daVoci{&individui,     &coppieSenzaIndividuo,
+                              &famiglie,      &coppieSenzaFamiglia,
+                              &famiglieVuote, &eventi,
+                              &contesti,      &operatoriSoli,
+                              &indirizzi,     &recapiti,
+                              &allegati};
+    static const Passi daIndividui{
+        &coppieSenzaIndividuo, &coppieSenzaFamiglia, &famiglieVuote, &eventi,  &contesti,
+        &operatoriSoli,        &indirizzi,           &recapiti,      &allegati};
+    static const Passi daEventi{&contesti, &operatoriSoli, &indirizzi, &recapiti, &allegati};
+    static const Passi daIndirizzi{&contesti, &allegati};
+    static const QHash<QChar, Passi> passi{
+        {u'A', daVoci},      {u'R', daVoci},      {u'V', daVoci},
+        {u'I', daIndividui}, {u'F', daIndividui}, {u'E', daEventi},
+        {u'L', daIndirizzi}, {u'C', daIndirizzi}, {u'B', {}}};
+    const auto suoi = passi.constFind(lettera);
+    return suoi == passi.constEnd() ? nullptr : &*suoi;
+}
 
-#define IN_NESSUNA_DELLE_NOVE(codice)                                                                                     \
-    NON_IN("Archivi", codice)                                                                                             \
-    " AND " NON_IN("Registri", codice) " AND " NON_IN("Voci", codice) " AND " NON_IN("Individui", codice) " AND " NON_IN( \
-        "Famiglie",                                                                                                       \
-        codice) " AND " NON_IN("Eventi",                                                                                  \
-                               codice) " AND " NON_IN("Luoghi",                                                           \
-                                                      codice) " AND " NON_IN("Comunicazioni",                             \
-                                                                             codice) " AND"                               \
-                                                                                     " " NON_IN(                          \
-                                                                                         "Operato"                        \
-                                                                                         "ri",                            \
-                                                                                         codice)
+QString fraApici(const QStringList &nomi)
+{
+    return u'\'' + nomi.join(QStringLiteral("','")) + u'\'';
+}
 
-#define SENZA_FAMIGLIA(tabella)                                                                    \
-    COPPIE(tabella, "CodiceFamiglia", "Codice", "WHERE Tabella = 'Famiglie'",                      \
-           NON_IN("Famiglie", tabella ".CodiceFamiglia"))
+// I codici scomparsi che la colonna può aver nominato: di tutti i proprietari, non serve dirlo.
+QString dove(const Colonna &colonna)
+{
+    static const qsizetype quanti = [] {
+        qsizetype proprietarie = 0;
+        for (const Tabella &tabella : catalogo::tutte())
+            proprietarie +=
+                catalogo::dipendentiDi(tabella.nome, Legame::Sostenuto).isEmpty() ? 0 : 1;
+        return proprietarie;
+    }();
+    QStringList nomi;
+    for (const QStringView nome : colonna.proprietari)
+        nomi.append(nome.toString());
+    return nomi.size() == quanti ? QString()
+                                 : QStringLiteral("WHERE Tabella IN (%1) ").arg(fraApici(nomi));
+}
 
-#define SENZA_INDIVIDUO(tabella)                                                                   \
-    COPPIE(tabella, "CodiceIndividuo", "Altro", "WHERE Tabella = 'Individui'",                     \
-           NON_IN("Individui", tabella ".CodiceIndividuo"))
+// Le righe che nominavano uno scomparso, o che sono annotate come orfane, e il cui proprietario
+// davvero non c'è: le annotazioni di troppo non fanno danno.
+QString pulizia(const Tabella &tabella, const Colonna &colonna)
+{
+    const QString manca = senzaProprietario(tabella.nome, colonna);
+    // I legami sono annotati a coppie; si cercano per la colonna che porta il codice scomparso.
+    if (tabella.forma == Forma::Coppie) {
+        const bool prima = &colonna == tabella.colonne.data();
+        return QStringLiteral(
+                   "DELETE FROM %1 WHERE %2 IN (SELECT Codice FROM Scomparsi %3UNION ALL "
+                   "SELECT %4 FROM Orfani WHERE Tabella = '%1') AND %5")
+            .arg(tabella.nome, colonna.nome, dove(colonna),
+                 prima ? QStringLiteral("Codice") : QStringLiteral("Altro"), manca);
+    }
+    return QStringLiteral(
+               "DELETE FROM %1 WHERE rowid IN (SELECT d.rowid FROM Scomparsi s CROSS JOIN "
+               "%1 d ON d.%2 = s.Codice %3UNION ALL SELECT d.rowid FROM Orfani o "
+               "CROSS JOIN %1 d ON d.Codice = o.Codice WHERE o.Tabella = '%1') AND %4")
+        .arg(tabella.nome, colonna.nome, dove(colonna), manca);
+}
 
-constexpr Passo passi[] = {
-    {1,
-     CANDIDATI("Individui", "Voce", "WHERE s.Tabella = 'Voci'") NON_IN("Voci", "Individui.Voce")},
-    {2, CANDIDATI("Famiglie", "Voce", "WHERE s.Tabella = 'Voci'") NON_IN("Voci", "Famiglie.Voce")},
-    {3, SENZA_FAMIGLIA("FamiglieConiugi")},
-    {3, SENZA_FAMIGLIA("FamiglieGenitori")},
-    {3, "DELETE FROM Famiglie WHERE Codice IN (SELECT Codice FROM Orfani WHERE Tabella = 'Vuote') "
-        "AND NOT EXISTS (SELECT 1 FROM FamiglieConiugi WHERE CodiceFamiglia = Famiglie.Codice) "
-        "AND NOT EXISTS (SELECT 1 FROM FamiglieGenitori WHERE CodiceFamiglia = Famiglie.Codice)"},
-    {4, SENZA_INDIVIDUO("FamiglieConiugi")},
-    {4, SENZA_INDIVIDUO("FamiglieGenitori")},
-    {5, CANDIDATI("Eventi", "IdProprietario", "WHERE s.Tabella IN ('Individui', 'Famiglie')")
-            NON_IN("Individui", "Eventi.IdProprietario") " AND " NON_IN("Famiglie",
-                                                                        "Eventi.IdProprietario")},
-    {6, COPPIE("OperatoriContesti", "CodiceContesto", "Altro", "",
-               IN_NESSUNA_DELLE_NOVE("OperatoriContesti.CodiceContesto"))},
-    {6, "DELETE FROM Operatori WHERE Codice IN (SELECT Codice FROM Orfani WHERE Tabella = 'Soli') "
-        "AND Codice <> ?1 AND NOT EXISTS (SELECT 1 FROM OperatoriContesti "
-        "WHERE CodiceOperatore = Operatori.Codice)"},
-    {7, CANDIDATI("Luoghi", "IdProprietario", "WHERE s.Tabella IN ('Operatori', 'Archivi')")
-            NON_IN("Operatori", "Luoghi.IdProprietario") " AND " NON_IN("Archivi",
-                                                                        "Luoghi.IdProprietario")},
-    {8, CANDIDATI("Comunicazioni", "IdProprietario", "WHERE s.Tabella IN ('Operatori', 'Archivi')")
-            NON_IN("Operatori", "Comunicazioni.IdProprietario") " AND " NON_IN(
-                "Archivi", "Comunicazioni.IdProprietario")},
-    {9, CANDIDATI("Binari", "IdProprietario", "") IN_NESSUNA_DELLE_NOVE("Binari.IdProprietario")},
-};
+// Chi lavora resta, anche se non ha ancora collegato nulla.
+QString puliziaDeiSolitari(const Tabella &tabella)
+{
+    return QStringLiteral("DELETE FROM %1 WHERE Codice IN (SELECT Codice FROM Orfani WHERE "
+                          "Tabella = '%2') AND Codice <> ?1 AND %3")
+        .arg(tabella.nome, tabella.senzaCoppie, senzaCoppie(tabella));
+}
 
-// Per ogni lettera i passi nell'ordine, e i record scomparsi di cui quei passi non lasciano nulla.
-struct Pulizia {
-    char lettera = 0;
-    std::initializer_list<int> passi;
-    const char *esauriti = nullptr;
-};
+QStringList istruzioniDi(const Passo &passo)
+{
+    QStringList testi;
+    for (const QStringView nome : passo.tabelle) {
+        const Tabella &tabella = catalogo::tabella(nome);
+        testi.append(passo.colonna.isEmpty() ? puliziaDeiSolitari(tabella)
+                                             : pulizia(tabella, *tabella.colonna(passo.colonna)));
+    }
+    return testi;
+}
 
-const Pulizia pulizie[] = {
-    {'A',
-     {1, 4, 2, 3, 5, 6, 7, 8, 9},
-     "'Archivi','Registri','Voci','Individui','Famiglie','Eventi'"},
-    {'R',
-     {1, 4, 2, 3, 5, 6, 7, 8, 9},
-     "'Archivi','Registri','Voci','Individui','Famiglie','Eventi'"},
-    {'V',
-     {1, 4, 2, 3, 5, 6, 7, 8, 9},
-     "'Archivi','Registri','Voci','Individui','Famiglie','Eventi'"},
-    {'B', {}, ""},
-    {'I', {4, 3, 5, 6, 7, 8, 9}, "'Archivi','Registri','Individui','Famiglie','Eventi'"},
-    {'F', {4, 3, 5, 6, 7, 8, 9}, "'Archivi','Registri','Individui','Famiglie','Eventi'"},
-    {'E', {6, 7, 8, 9}, "'Archivi','Registri','Eventi'"},
-    {'L', {6, 9}, "'Registri','Eventi'"},
-    {'C', {6, 9}, "'Registri','Eventi'"},
-};
+void esegue(ado::Connection &connessione, const Passo &passo, const QString &operatore)
+{
+    static QHash<const Passo *, QStringList> pronte;
+    if (!pronte.contains(&passo))
+        pronte.insert(&passo, istruzioniDi(passo));
+    for (const QString &istruzione : std::as_const(pronte[&passo])) {
+        const QVariantList valori =
+            passo.colonna.isEmpty() ? QVariantList{operatore} : QVariantList();
+        connessione.Execute({istruzione, valori, {}});
+    }
+}
 
-void eliminaConIContenuti(ado::Connection &connessione, const QString &tabella,
+// Le istruzioni che tolgono ciò che sta dentro i record della tabella, dal fondo: con un archivio
+// vanno i registri, e con i registri le voci. `quali` dice i loro codici.
+void svuota(QStringList &testi, QStringView tabella, const QString &quali)
+{
+    for (const Posto &dentro : catalogo::dipendentiDi(tabella, Legame::Contenuto)) {
+        const QStringView nome = dentro.tabella->nome;
+        const QString suoi = QStringLiteral("%1 %2").arg(dentro.colonna->nome, quali);
+        svuota(testi, nome, QStringLiteral("IN (SELECT Codice FROM %1 WHERE %2)").arg(nome, suoi));
+        testi.append(QStringLiteral("DELETE FROM %1 WHERE %2").arg(nome, suoi));
+    }
+}
+
+void eliminaConIContenuti(ado::Connection &connessione, const Tabella &tabella,
                           const QString &codice)
 {
-    if (tabella == QStringLiteral("Archivi")) {
-        connessione.Execute({QStringLiteral("DELETE FROM Voci WHERE Registro IN "
-                                            "(SELECT Codice FROM Registri WHERE Archivio = ?)"),
-                             {codice},
-                             {}});
+    QStringList testi;
+    svuota(testi, tabella.nome, QStringLiteral("= ?"));
+    testi.append(QStringLiteral("DELETE FROM %1 WHERE Codice = ?").arg(tabella.nome));
+    for (const QString &testo : std::as_const(testi))
+        connessione.Execute({testo, {codice}, {}});
+}
+
+// Il posto dell'ultimo passo che toglie record della tabella lasciando indietro righe di quella
+// colonna; -1 se si tolgono solo all'inizio. Chi va perché nessuna coppia lo sostiene non ne
+// lascia.
+qsizetype ultimaTolta(const Passi &passi, const Tabella &tabella, const Posto &dipendente)
+{
+    const bool sostegno = dipendente.tabella->forma == Forma::Coppie &&
+                          dipendente.colonna == dipendente.tabella->colonne.data();
+    for (qsizetype i = passi.size() - 1; i >= 0; --i) {
+        if (passi.at(i)->toglieDa(tabella) && !(sostegno && passi.at(i)->colonna.isEmpty()))
+            return i;
+    }
+    return -1;
+}
+
+qsizetype passoDi(const Passi &passi, const Posto &posto)
+{
+    for (qsizetype i = 0; i < passi.size(); ++i) {
+        if (passi.at(i)->toglieDa(*posto.tabella) && passi.at(i)->colonna == posto.colonna->nome)
+            return i;
+    }
+    return -1;
+}
+
+// Le tabelle dei cui scomparsi quei passi non lasciano nulla: ciò che li nominava si è cercato dopo
+// che se n'era andato l'ultimo. Di operatori, indirizzi e recapiti tolti dopo i collegamenti questi
+// possono restare, e aspettano la prossima volta.
+QStringList esauriti(const Passi &passi)
+{
+    QStringList nomi;
+    for (const Tabella &tabella : catalogo::tutte()) {
+        const auto dipendenti = catalogo::dipendentiDi(tabella.nome, Legame::Sostenuto);
+        const bool tutti =
+            std::all_of(dipendenti.begin(), dipendenti.end(), [&](const Posto &posto) {
+                return passoDi(passi, posto) > ultimaTolta(passi, tabella, posto);
+            });
+        if (!dipendenti.isEmpty() && tutti)
+            nomi.append(tabella.nome.toString());
+    }
+    return nomi;
+}
+
+// Le annotazioni di cui non resta nulla da fare non si portano dietro.
+void dimentica(ado::Connection &connessione, const Passi &passi, const QString &operatore)
+{
+    const QStringList finiti = esauriti(passi);
+    connessione.Execute(
+        {QStringLiteral("DELETE FROM Scomparsi WHERE Tabella IN (%1)").arg(fraApici(finiti)),
+         {},
+         {}});
+    connessione.Execute(
+        {QStringLiteral("DELETE FROM Orfani WHERE Tabella = 'OperatoriContesti'"), {}, {}});
+    if (passi.contains(&operatoriSoli))
         connessione.Execute(
-            {QStringLiteral("DELETE FROM Registri WHERE Archivio = ?"), {codice}, {}});
-    } else if (tabella == QStringLiteral("Registri")) {
-        connessione.Execute({QStringLiteral("DELETE FROM Voci WHERE Registro = ?"), {codice}, {}});
-    }
-    connessione.Execute(
-        {QStringLiteral("DELETE FROM %1 WHERE Codice = ?").arg(tabella), {codice}, {}});
-}
-
-void esegue(ado::Connection &connessione, int numero, const QString &operatore)
-{
-    for (const Passo &passo : passi) {
-        if (passo.numero == numero)
-            connessione.Execute({QString::fromUtf8(passo.istruzione), {operatore}, {}});
-    }
-}
-
-// Le annotazioni di cui non resta nulla da fare non si portano dietro. Di operatori, indirizzi e
-// recapiti tolti dopo il passo 6 possono restare i collegamenti: quelli aspettano la prossima
-// volta.
-void dimentica(ado::Connection &connessione, const Pulizia &pulizia, const QString &operatore)
-{
-    if (pulizia.passi.size() == 0)
-        return;
-    const QString esauriti = QString::fromUtf8(pulizia.esauriti);
-    connessione.Execute(
-        {QStringLiteral("DELETE FROM Scomparsi WHERE Tabella IN (%1)").arg(esauriti), {}, {}});
-    connessione.Execute({QStringLiteral("DELETE FROM Orfani WHERE Tabella = 'OperatoriContesti' "
-                                        "OR Tabella = 'Soli' AND Codice <> ?"),
-                         {operatore},
-                         {}});
-    if (esauriti.contains(QStringLiteral("'Voci'")))
+            {QStringLiteral("DELETE FROM Orfani WHERE Tabella = 'Soli' AND Codice <> ?"),
+             {operatore},
+             {}});
+    if (passi.contains(&individui))
         connessione.Execute({QStringLiteral("DELETE FROM Orfani WHERE Tabella <> 'Soli'"), {}, {}});
 }
 
@@ -152,23 +230,24 @@ void dimentica(ado::Connection &connessione, const Pulizia &pulizia, const QStri
 void elimina(ado::Connection &connessione, const QString &codice, const QString &operatore,
              const Avanzata &avanza)
 {
-    for (const Pulizia &pulizia : pulizie) {
-        if (codice.isEmpty() || codice.front().toUpper() != QLatin1Char(pulizia.lettera))
-            continue;
-        int compiuti = 0;
-        const int totale = static_cast<int>(pulizia.passi.size()) + 1;
-        ado::Transazione transazione(connessione);
-        const ado::Sorveglianza sorveglianza(connessione,
-                                             [&] { return !avanza || avanza(compiuti, totale); });
-        eliminaConIContenuti(connessione, tabellaDiCodice(codice), codice);
-        for (const int passo : pulizia.passi) {
-            ++compiuti;
-            esegue(connessione, passo, operatore);
-        }
-        dimentica(connessione, pulizia, operatore);
-        transazione.conferma();
+    const Tabella *tabella = catalogo::diCodice(codice);
+    const Passi *suoi = tabella == nullptr ? nullptr : passiDi(tabella->lettera());
+    if (suoi == nullptr)
         return;
+    const Passi &passi = *suoi;
+    int compiuti = 0;
+    const int totale = static_cast<int>(passi.size()) + 1;
+    ado::Transazione transazione(connessione);
+    const ado::Sorveglianza sorveglianza(connessione,
+                                         [&] { return !avanza || avanza(compiuti, totale); });
+    eliminaConIContenuti(connessione, *tabella, codice);
+    for (const Passo *passo : passi) {
+        ++compiuti;
+        esegue(connessione, *passo, operatore);
     }
+    if (!passi.isEmpty())
+        dimentica(connessione, passi, operatore);
+    transazione.conferma();
 }
 
 } // namespace modTarvola

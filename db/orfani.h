@@ -1,5 +1,6 @@
 #pragma once
 
+#include "db/tabelle.h"
 #include "platform/motore/ado.h"
 
 // Il registro di chi ha perso il proprietario. Una pulizia che cerchi gli orfani in tutto
@@ -14,10 +15,15 @@
 namespace modTarvola
 {
 
-// Aggiunge al file le due tavole e le regole che le tengono; le righe che già ci sono non sono
-// annotate.
-void creaSorveglianza(ado::Connection &connessione);
+// Le istruzioni che fanno le due tavole e le regole che le tengono; le righe che già ci sono non
+// ne restano annotate.
+QStringList istruzioniDiSorveglianza();
 // Annota ciò che è già nel file; legge tutte le tabelle.
 void annotaTutto(ado::Connection &connessione);
+
+// "NOT EXISTS (…) AND NOT EXISTS (…)": ciò che la colonna di quella riga nomina non c'è.
+QString senzaProprietario(QStringView riga, const catalogo::Colonna &colonna);
+// La stessa forma: nessuna coppia sostiene la riga della tabella.
+QString senzaCoppie(const catalogo::Tabella &tabella);
 
 } // namespace modTarvola

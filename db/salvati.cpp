@@ -3,6 +3,7 @@
 #include "db/codici.h"
 #include "db/orfani.h"
 #include "db/schema.h"
+#include "db/tabelle.h"
 
 #include <QRegularExpression>
 
@@ -19,24 +20,6 @@ using pagine::Valore;
 const QString tabellaPassword = QStringLiteral("Protezione");
 const QString indiceDelCodice = QStringLiteral("sqlite_autoindex_");
 
-// Le colonne che nominano record di altre tabelle.
-const char *const riferimenti[][2] = {
-    {"Registri", "Archivio"},
-    {"Voci", "Registro"},
-    {"Individui", "Voce"},
-    {"Famiglie", "Voce"},
-    {"FamiglieConiugi", "CodiceFamiglia"},
-    {"FamiglieConiugi", "CodiceIndividuo"},
-    {"FamiglieGenitori", "CodiceFamiglia"},
-    {"FamiglieGenitori", "CodiceIndividuo"},
-    {"Eventi", "IdProprietario"},
-    {"Binari", "IdProprietario"},
-    {"Luoghi", "IdProprietario"},
-    {"Comunicazioni", "IdProprietario"},
-    {"OperatoriContesti", "CodiceOperatore"},
-    {"OperatoriContesti", "CodiceContesto"},
-};
-
 // La tabella il cui codice è questo testo, scritto come lo si dà; vuota se non è un codice.
 QString tabellaDi(const Valore &valore)
 {
@@ -47,6 +30,14 @@ QString tabellaDi(const Valore &valore)
     return forma.match(codice).hasMatch() ? tabellaDiCodice(codice) : QString();
 }
 
+// Dove i proprietari possono essere di molte tabelle basta che sia un codice.
+bool puoNominare(const catalogo::Colonna &colonna, const Valore &valore)
+{
+    const QString tabella = tabellaDi(valore);
+    return colonna.proprietari.size() == 1 ? tabella == colonna.proprietari.front()
+                                           : !tabella.isEmpty();
+}
+
 bool adatta(const QString &tabella, const Valore &primo, const Valore &secondo)
 {
     if (tabella == tabellaPassword)
@@ -54,12 +45,9 @@ bool adatta(const QString &tabella, const Valore &primo, const Valore &secondo)
                (primo.byte == "password" || primo.byte.startsWith("numero "));
     if (tabella == QStringLiteral("Traduzioni"))
         return primo.intero > 0 && secondo.tipo == Valore::Intero;
-    if (tabella == QStringLiteral("OperatoriContesti"))
-        return tabellaDi(primo) == QStringLiteral("Operatori") && !tabellaDi(secondo).isEmpty();
-    if (tabella == QStringLiteral("FamiglieConiugi") ||
-        tabella == QStringLiteral("FamiglieGenitori"))
-        return tabellaDi(primo) == QStringLiteral("Famiglie") &&
-               tabellaDi(secondo) == QStringLiteral("Individui");
+    const catalogo::Tabella *sua = catalogo::cerca(tabella);
+    if (sua != nullptr && sua->forma == catalogo::Forma::Coppie)
+        return puoNominare(sua->colonne[0], primo) && puoNominare(sua->colonne[1], secondo);
     return tabellaDi(primo) == tabella;
 }
 
@@ -97,9 +85,14 @@ qint64 numeroNominato(ado::Connection &connessione, const QString &tabella)
                                        {}})
                               .toLongLong());
     };
-    for (const auto &riferimento : riferimenti)
-        cerca(QString::fromUtf8(riferimento[0]), QString::fromUtf8(riferimento[1]),
-              QStringLiteral("1"));
+    for (const catalogo::Legame legame :
+         {catalogo::Legame::Contenuto, catalogo::Legame::Sostenuto, catalogo::Legame::Nominato}) {
+        for (const catalogo::Posto &posto : catalogo::colonneCon(legame)) {
+            if (posto.colonna->specie == catalogo::Specie::Codice)
+                cerca(posto.tabella->nome.toString(), posto.colonna->nome.toString(),
+                      QStringLiteral("1"));
+        }
+    }
     cerca(QStringLiteral("temp.attese"), QStringLiteral("codice"),
           QStringLiteral("tabella = '%1'").arg(tabella));
     return massimo;

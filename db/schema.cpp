@@ -94,7 +94,7 @@ QStringList istruzioni()
         if (tabella.forma == Forma::Record && tabella.lunga() == nullptr)
             testi.append(indiceDeiNumeri(tabella));
     }
-    return testi;
+    return testi + istruzioniDiSorveglianza();
 }
 
 QStringList nomiDi(Forma forma)
@@ -136,7 +136,6 @@ void creaSchema(ado::Connection &connessione)
     ado::Transazione transazione(connessione);
     for (const QString &istruzione : istruzioni())
         connessione.Execute({istruzione, {}, {}});
-    creaSorveglianza(connessione);
     ado::proteggi(connessione, passwordArchivi);
     riempiTraduzioni(connessione);
     connessione.Execute({QStringLiteral("PRAGMA user_version = %1").arg(versioneSchema), {}, {}});

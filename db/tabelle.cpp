@@ -233,14 +233,14 @@ constexpr Tabella tavole[] = {
     {u"Registri", Forma::Record, diRegistri},
     {u"Voci", Forma::Record, diVoci},
     {u"Individui", Forma::Record, diIndividui},
-    {u"Famiglie", Forma::Record, diFamiglie},
+    {u"Famiglie", Forma::Record, diFamiglie, u"Vuote"},
     {u"FamiglieConiugi", Forma::Coppie, diMembri},
     {u"FamiglieGenitori", Forma::Coppie, diMembri},
     {u"Eventi", Forma::Record, diEventi},
     {u"Binari", Forma::Record, diBinari},
     {u"Luoghi", Forma::Record, diLuoghi},
     {u"Comunicazioni", Forma::Record, diComunicazioni},
-    {u"Operatori", Forma::Record, diOperatori},
+    {u"Operatori", Forma::Record, diOperatori, u"Soli"},
     {u"OperatoriContesti", Forma::Coppie, diContesti},
     {u"Traduzioni", Forma::Generi, diTraduzioni},
 };
@@ -326,6 +326,23 @@ QList<Posto> colonneCon(Legame legame)
 QList<Posto> dipendentiDi(QStringView tabella)
 {
     return posti([tabella](const Colonna &colonna) { return nomina(colonna, tabella); });
+}
+
+QList<Posto> dipendentiDi(QStringView tabella, Legame legame)
+{
+    return posti([tabella, legame](const Colonna &colonna) {
+        return colonna.legame == legame && nomina(colonna, tabella);
+    });
+}
+
+QList<const Tabella *> coppieDi(const Tabella &tabella)
+{
+    QList<const Tabella *> trovate;
+    for (const Tabella &una : tavole) {
+        if (una.forma == Forma::Coppie && nomina(una.colonne.front(), tabella.nome))
+            trovate.append(&una);
+    }
+    return trovate;
 }
 
 QString citata(QStringView nome)

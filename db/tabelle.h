@@ -51,6 +51,8 @@ struct Tabella {
     Forma forma = Forma::Record;
     // Nell'ordine del file. La prima è il codice di un record; le prime due sono una coppia.
     std::span<const Colonna> colonne;
+    // Con che parola si annota un record che nessuna coppia sostiene più, dove per questo va tolto.
+    QStringView senzaCoppie = {};
 
     // La colonna col nome dato, senza badare alle maiuscole; nulla se non c'è.
     const Colonna *colonna(QStringView cercata) const;
@@ -83,6 +85,11 @@ struct Posto {
 QList<Posto> colonneCon(Legame legame);
 // Le colonne che nominano i record della tabella data, con qualunque legame.
 QList<Posto> dipendentiDi(QStringView tabella);
+// Le stesse, con un legame solo.
+QList<Posto> dipendentiDi(QStringView tabella, Legame legame);
+
+// Le tabelle di coppie che sostengono i record della tabella data: li nominano nella prima colonna.
+QList<const Tabella *> coppieDi(const Tabella &tabella);
 
 // Il nome di una colonna come va scritto in un'istruzione: fra virgolette, se ne ha bisogno.
 QString citata(QStringView nome);

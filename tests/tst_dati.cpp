@@ -3,9 +3,11 @@
 #include "db/collegamenti.h"
 #include "db/generi.h"
 #include "db/schema.h"
+#include "db/tabelle.h"
 #include "platform/disco/shell.h"
 #include "platform/motore/recordset.h"
 
+#include <QCryptographicHash>
 #include <QDir>
 
 using ado::Causa;
@@ -38,6 +40,21 @@ class TstDati : public QObject
 
 private slots:
     void init() { archivio = std::make_unique<ArchivioDiProva>(); }
+
+    // I file già scritti hanno questo schema, lettera per lettera: chi cambia il catalogo cambia
+    // versione.
+    void loSchemaDeiFileGiaScritti()
+    {
+        QStringList presenti = colonna(u"SELECT type || ' ' || name || ' ' || tbl_name || ' ' || "
+                                       "coalesce(sql, '') FROM sqlite_schema"_s);
+        std::sort(presenti.begin(), presenti.end());
+        const QByteArray impronta =
+            QCryptographicHash::hash(presenti.join(u'\n').toUtf8(), QCryptographicHash::Sha256);
+        QCOMPARE(impronta.toHex(), QByteArrayLiteral("634555c132192909d6bba36f7cd387c8"
+                                                     "64e647a45ebe1789dad0ad724b68e22a"));
+        QCOMPARE(versioneSchema, 1);
+        QCOMPARE(catalogo::tabella(u"eventi").colonna(u"ORA")->formato, catalogo::Formato::Ora);
+    }
 
     void codiceNuovo()
     {

@@ -23,7 +23,7 @@ const QStringList riguardi{u"1 Individui Voce Voci"_s,
                            u"9 Binari IdProprietario"_s};
 
 // La pulizia come la si direbbe a voce: ogni passo guarda tutto l'archivio.
-void passo(Aparte &archivio, int numero, const QString &operatore)
+void passo(Aparte &archivio, int numero, const QString &operatore, bool conGliOperatori)
 {
     QStringList nove = tabelleConCodice();
     nove.removeOne(u"Binari"_s);
@@ -41,7 +41,7 @@ void passo(Aparte &archivio, int numero, const QString &operatore)
         archivio.esegui(u"DELETE FROM Famiglie WHERE "
                         "Codice NOT IN (SELECT CodiceFamiglia FROM FamiglieConiugi) AND "
                         "Codice NOT IN (SELECT CodiceFamiglia FROM FamiglieGenitori)"_s);
-    if (numero == 6)
+    if (numero == 6 && conGliOperatori)
         archivio.esegui(u"DELETE FROM Operatori WHERE Codice <> ? AND "
                         "Codice NOT IN (SELECT CodiceOperatore FROM OperatoriContesti)"_s,
                         {operatore});
@@ -67,7 +67,8 @@ void eliminaAllaLettera(Aparte &archivio, const QString &codice, const QString &
                                       {u'F', u"4356789"_s},   {u'E', u"6789"_s},
                                       {u'L', u"69"_s},        {u'C', u"69"_s}};
     for (const QChar numero : passi.value(codice.front()))
-        passo(archivio, numero.digitValue(), operatore);
+        passo(archivio, numero.digitValue(), operatore,
+              tabella != u"Luoghi" && tabella != u"Comunicazioni");
 }
 
 // Scrive in due archivi le stesse righe, in disordine: proprietari che mancano, di lettera
