@@ -108,7 +108,7 @@ void ArchiviFile::nuovo()
             return messaggi::riferisceErrore(m_finestra, percorso + u'\n' + copia.motivo);
     } else if (!messaggi::chiede(m_finestra,
                                  QStringLiteral("Il file esiste, cancellare il vecchio file?"),
-                                 true) ||
+                                 messaggi::Domanda::ColSegno) ||
                !consenteLoSpostamento(presente) || !libera(presente) ||
                !rinnova(modello, presente)) {
         return;

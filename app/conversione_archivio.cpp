@@ -102,7 +102,7 @@ bool converteArchivio(QWidget *finestra, const QString &percorso, const QString 
                                                    "convertito.\nIl vecchio file sarà spostato "
                                                    "nella cartella 'Cestino'.\nConvertire il "
                                                    "file?"),
-                                true) &&
+                                messaggi::Domanda::ColSegno) &&
                converteESostituisce(finestra, percorso, cestino);
     } catch (const ado::Errore &errore) {
         riferisceNonSostituito(finestra, percorso, errore);

@@ -82,8 +82,9 @@ void sceglie(const QString &percorso)
 
 void misura(MDITras &principale, const QString &cartella, int megabyte, Tavola &tavola)
 {
-    const QString file = cartella + QStringLiteral("/scansione.bin");
-    const QString fuori = cartella + QStringLiteral("/fuori");
+    const QString file = cartella + QStringLiteral("/scansione.tif");
+    const QString fuori = cartellaDeiFile();
+    QDir(fuori).removeRecursively();
     scriveGrande(file, megabyte);
     QApplication::processEvents();
     const double sua = memoriaMassima();
@@ -92,10 +93,9 @@ void misura(MDITras &principale, const QString &cartella, int megabyte, Tavola &
         if (!NuovoAllegato(&principale, QStringLiteral("V1"), FileAllegato))
             qFatal("il file non è entrato");
     });
-    const double esce =
-        millisecondi([&] { ApriAllegato(&principale, QStringLiteral("B1"), fuori); });
+    const double esce = millisecondi([&] { ApriAllegato(&principale, QStringLiteral("B1")); });
     const double oltre = memoriaMassima() - sua;
-    if (impronta(file) != impronta(fuori + QStringLiteral("/scansione.bin")))
+    if (impronta(file) != impronta(fuori + QStringLiteral("scansione.tif")))
         qFatal("i byte non sono quelli");
     tavola.assoluto("allegare il file, s", 0, entra / 1000);
     tavola.assoluto("riscriverlo fuori, s", 0, esce / 1000);

@@ -6,7 +6,6 @@
 #include "db/connessioni.h"
 #include "db/generi.h"
 #include "editors/eliminazione.h"
-#include "platform/disco/shell.h"
 #include "platform/finestre/messaggi.h"
 #include "platform/motore/recordset.h"
 #include "texts/allegati.h"
@@ -187,7 +186,7 @@ void fmTabella::ApriBinario(const QString &codice, int tipo)
         ApriTesto(window(), codice, ado::adLockOptimistic, QStringLiteral("Testo riportato"));
         break;
     case FileAllegato:
-        ApriAllegato(window(), codice, shell::cartellaApplicazione());
+        ApriAllegato(window(), codice);
         break;
     default:
         break;

@@ -39,9 +39,10 @@ public:
                  QMessageBox::Ok);
     }
     // È una domanda con "Sì" e "No".
-    void domanda(const QString &testo, bool si, QMessageBox::Icon icona = QMessageBox::NoIcon)
+    void domanda(const QString &testo, bool si, QMessageBox::Icon icona = QMessageBox::NoIcon,
+                 QMessageBox::StandardButton predefinito = QMessageBox::Yes)
     {
-        risponde(testo, icona, {QStringLiteral("&Sì"), QStringLiteral("&No")}, QMessageBox::Yes,
+        risponde(testo, icona, {QStringLiteral("&Sì"), QStringLiteral("&No")}, predefinito,
                  si ? QMessageBox::Yes : QMessageBox::No);
     }
     // È un avvertimento grave con "Riprova" e "Annulla", che è il predefinito.

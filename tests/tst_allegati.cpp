@@ -1,5 +1,6 @@
 #include "db/binari.h"
 #include "db/generi.h"
+#include "platform/disco/prudenza.h"
 #include "platform/disco/shell.h"
 #include "prova_editori.h"
 #include "texts/allegati.h"
@@ -7,6 +8,7 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileDialog>
+#include <QMessageBox>
 #include <QRandomGenerator>
 
 #include <sqlite3.h>
@@ -138,14 +140,14 @@ private slots:
         QCOMPARE(erroreAprendo(u"B1"_s), QString());
         const QString scritto = m_fuori + u'/' + nome;
         for (const bool si : {false, true}) {
-            persona->domanda(sovrascrivere(nome), si);
+            persona->domanda(sovrascrivere(nome), si, QMessageBox::NoIcon, QMessageBox::No);
             QCOMPARE(erroreAprendo(u"B2"_s), QString());
             QCOMPARE(byteDi(scritto), si ? "secondo"_ba : "primo"_ba);
         }
         QCOMPARE(desktop.aperti, (QStringList{scritto, scritto, scritto}));
     }
 
-    void nomiConCartella_data()
+    void nomi_data()
     {
         colonneDiTesto({"nome", "suDisco"});
         riga("cartella di Windows", {"C:\\Scansioni\\a.jpg", "a.jpg"});
@@ -153,15 +155,88 @@ private slots:
         riga("solo cartella", {"cartella/", "B1"});
         riga("punti", {"x/..", "B1"});
         riga("vuoto", {"", "B1"});
+        riga("nascosto", {"..-.profilo", "profilo"});
+        riga("un'opzione", {"--help", "help"});
+        riga("in fondo", {" atto.txt. . ", "atto.txt"});
+        riga("letto al contrario", {"foto\u202egpj.txt\u200b", "fotogpj.txt"});
+        riga("a capo", {"atto\n\t.txt", "atto.txt"});
+        riga("del programma", {"QT.conf", "QT.conf.allegato"});
+        riga("modello", {"C:\\a\\Tarvola.MOD", "Tarvola.MOD.allegato"});
+        riga("giornale", {"vecchio.tvd-wal", "vecchio.tvd-wal.allegato"});
+        const QString lungo = QString(300, u'è');
+        QTest::newRow("lungo") << lungo + u".pdf"_s << lungo.left(98) + u".pdf"_s;
     }
-    void nomiConCartella()
+    void nomi()
     {
         QFETCH(QString, nome);
         QVERIFY(allega(crea(u"a"_s, "byte")));
         esegui(u"UPDATE Binari SET Nome = ?"_s, {nome});
         Desktop desktop;
         QCOMPARE(erroreAprendo(u"B1"_s), QString());
-        QTEST(QDir(m_fuori).entryList(QDir::Files).join(u'|'), "suDisco");
+        QTEST(QDir(m_fuori).entryList(QDir::Files | QDir::Hidden).join(u'|'), "suDisco");
+    }
+
+    // Ciò che il desktop eseguirebbe si mostra nella sua cartella, qualunque nome abbia.
+    void programmi_data()
+    {
+        QTest::addColumn<QString>("nome");
+        QTest::addColumn<QByteArray>("byte");
+        QTest::addColumn<bool>("programma");
+        const QByteArray elf = "\x7f"
+                               "ELF\x02\x01\x01";
+        for (const char *nome : {"a.desktop", "a.SH", "a.exe.", "a.AppImage ", "a.jar", "a.py",
+                                 "a.pm", "a.\u202ejs", "a.desktop\u200b", "foto.jpg.bat"})
+            QTest::newRow(nome) << QString::fromUtf8(nome) << "byte"_ba << true;
+        QTest::newRow("ELF") << u"scan.jpg"_s << elf << true;
+        QTest::newRow("MZ") << u"atto.pdf"_s << "MZ\x90"_ba << true;
+        QTest::newRow("#!") << u"nota"_s << "#!/bin/sh\n"_ba << true;
+        QTest::newRow("voce") << u"nota.txt"_s << "# a\n[Desktop Entry]\nExec=a\n"_ba << true;
+        QTest::newRow("immagine") << u"scan.jpg"_s << "\xff\xd8\xff\xe0\0\x10JFIF"_ba << false;
+        QTest::newRow("testo") << u"atto"_s << "Die 4 martii #! MZ"_ba << false;
+        QTest::newRow("archivio") << u"a.tvd"_s << "SQLite format 3"_ba << false;
+    }
+    void programmi()
+    {
+        QFETCH(QString, nome);
+        QFETCH(QByteArray, byte);
+        QFETCH(bool, programma);
+        QVERIFY(allega(crea(u"a"_s, byte)));
+        esegui(u"UPDATE Binari SET Nome = ?"_s, {nome});
+        const auto detto = [&](const QString &suDisco) {
+            return u"Il file "_s + suDisco +
+                   u"\nè un programma, o ne avvia uno: non viene aperto, ma mostrato nella "
+                   "cartella\n"_s +
+                   m_fuori;
+        };
+        const QString suDisco = prudenza::nomeInnocuo(nome);
+        const QString scritto = m_fuori + u'/' + suDisco;
+        Desktop desktop;
+        for (const bool ancora : {false, true}) {
+            if (ancora) {
+                // Chi l'aveva reso eseguibile non lo ritrova tale.
+                QVERIFY(QFile::setPermissions(scritto, QFile::ReadOwner | QFile::WriteOwner |
+                                                           QFile::ExeOwner));
+                persona->domanda(sovrascrivere(suDisco), true, QMessageBox::NoIcon,
+                                 QMessageBox::No);
+            }
+            if (programma)
+                persona->avviso(detto(suDisco));
+            QCOMPARE(erroreAprendo(u"B1"_s), QString());
+            QVERIFY(!QFileInfo(scritto).isExecutable());
+            QCOMPARE(desktop.aperti.takeLast(), programma ? m_fuori : scritto);
+        }
+    }
+
+    // Dalla copia di un archivio allegato ci si può lavorare: non la si perde.
+    void archivioAperto()
+    {
+        QVERIFY(allega(crea(u"a.tvd"_s, byteDi(archivio->percorso()))));
+        Desktop desktop;
+        QCOMPARE(erroreAprendo(u"B1"_s), QString());
+        ApriArchivio(m_fuori + u"/a.tvd"_s);
+        ApriArchivio(archivio->percorso());
+        persona->domanda(sovrascrivere(u"a.tvd"_s), true, QMessageBox::NoIcon, QMessageBox::No);
+        QVERIFY(erroreAprendo(u"B1"_s).contains(u"è aperto"_s));
     }
 
     void contenutoNull()
@@ -192,7 +267,7 @@ private slots:
         occupa.remove();
         // Al posto del file c'è una cartella: non vi si può scrivere, e nulla resta a metà.
         QVERIFY(QDir().mkpath(m_fuori + u"/a"_s));
-        persona->domanda(sovrascrivere(u"a"_s), true);
+        persona->domanda(sovrascrivere(u"a"_s), true, QMessageBox::NoIcon, QMessageBox::No);
         QVERIFY(erroreAprendo(u"B1"_s).contains(u"non può essere scritto"_s));
         QCOMPARE(QDir(m_fuori).entryList(QDir::Files | QDir::Hidden), QStringList());
         QCOMPARE(desktop.aperti, QStringList());

@@ -21,13 +21,6 @@ QString avvertimentoPer(const QString &file)
            file;
 }
 
-QString chiedeDi(const QString &nome)
-{
-    return u"Il file "_s + nome + u"\nè già presente nella cartella "_s +
-           shell::cartellaApplicazione() +
-           u"\nSi per sovrascriverlo No per aprire il file esistente"_s;
-}
-
 } // namespace
 
 class TstComandiTabella : public QObject, private ProvaElenchi
@@ -43,8 +36,7 @@ private slots:
     {
         comincia();
         aperti.clear();
-        for (const QString &nome : {u"atto.txt"_s, u"vecchio.tvd"_s})
-            QFile::remove(shell::cartellaApplicazione() + u'/' + nome);
+        QDir(shell::cartellaApplicazione() + u"/File"_s).removeRecursively();
     }
     void cleanup() { finisce(); }
 
@@ -129,45 +121,19 @@ private slots:
         QTEST(cella(testi, 0, 4) + u'|' + cella(testi, 0, 3), "mostrato");
     }
 
-    void apreUnFile_data()
-    {
-        QTest::addColumn<QString>("nome");
-        QTest::addColumn<bool>("esiste");
-        QTest::addColumn<bool>("protetto");
-        QTest::newRow("nuovo") << u"atto.txt"_s << false << false;
-        QTest::newRow("già aperto") << u"atto.txt"_s << true << false;
-        QTest::newRow("il programma")
-            << QFileInfo(QCoreApplication::applicationFilePath()).fileName() << true << true;
-        QTest::newRow("un modello") << u"Tarvola.MOD"_s << false << true;
-        QTest::newRow("un archivio") << u"vecchio.tvd"_s << true << true;
-        QTest::newRow("un giornale") << u"vecchio.tvd-journal"_s << false << true;
-        QTest::newRow("altra cartella") << u"C:\\a\\tarvola.mod"_s << true << true;
-    }
+    // Una copia sta nella cartella dei file aperti, mai accanto al programma.
     void apreUnFile()
     {
-        QFETCH(QString, nome);
-        QFETCH(bool, esiste);
-        QFETCH(bool, protetto);
         esempio();
-        esegui(u"UPDATE Binari SET Nome = ? WHERE Codice = 'B2'"_s, {nome});
+        esegui(u"UPDATE Binari SET Nome = 'qt.conf' WHERE Codice = 'B2'"_s);
         const fmTabella *oggetti = elenco(u"Binari"_s);
         va(oggetti, 1);
-        const QString ultima = nome.section(u'\\', -1);
-        const QString suo = shell::cartellaApplicazione() + u'/' + ultima;
-        if (esiste && !QFile::exists(suo))
-            scrive(suo, "mio");
-        const QByteArray prima = byteDi(suo);
-        if (esiste)
-            persona->domanda(chiedeDi(ultima), true);
-        if (protetto)
-            persona->avviso(u"Operazione non riuscita:\nil file %1 non va sostituito con un "
-                            "allegato"_s.arg(suo));
         QDesktopServices::setUrlHandler(u"file"_s, this, "apreFile");
         comando(oggetti, 2);
         QDesktopServices::unsetUrlHandler(u"file"_s);
-        QCOMPARE(byteDi(suo), protetto ? prima : "\x01\x02"_ba);
-        QCOMPARE(QFile::exists(suo), esiste || !protetto);
-        QCOMPARE(aperti, protetto ? QStringList() : QStringList(ultima));
+        QVERIFY(!QFile::exists(shell::cartellaApplicazione() + u"/qt.conf"_s));
+        QCOMPARE(byteDi(shell::cartellaApplicazione() + u"/File/"_s + aperti.value(0)),
+                 "\x01\x02"_ba);
     }
 
     void elimina_data()

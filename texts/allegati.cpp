@@ -2,6 +2,7 @@
 
 #include "db/binari.h"
 #include "db/connessioni.h"
+#include "platform/disco/prudenza.h"
 #include "platform/disco/shell.h"
 #include "platform/finestre/avanzamento.h"
 #include "platform/finestre/desktop.h"
@@ -81,6 +82,9 @@ void scrive(ado::Stream *flusso, const QString &percorso, const avanzamento::Pas
     QSaveFile file(percorso);
     if (!file.open(QIODevice::WriteOnly))
         throw nonScrivibile(file);
+    // Chi sostituisce un file ne prende i permessi: mai quello di eseguirlo.
+    file.setPermissions(file.permissions() &
+                        ~(QFile::ExeOwner | QFile::ExeUser | QFile::ExeGroup | QFile::ExeOther));
     const qint64 totale = flusso == nullptr ? 0 : flusso->Size();
     for (qint64 fatto = 0; fatto < totale;) {
         const QByteArray pezzo = flusso->Read(blocco);
@@ -94,38 +98,62 @@ void scrive(ado::Stream *flusso, const QString &percorso, const avanzamento::Pas
         throw nonScrivibile(file);
 }
 
-// L'ultima parte del nome registrato, che può venire da un archivio altrui; il codice se non resta
-// un nome.
-QString nomeSuDisco(const QString &nome, const QString &codice)
+// I nomi che il programma cerca accanto a sé e quelli che il motore crede suoi, come il giornale di
+// un archivio.
+bool riservato(const QString &nome)
 {
-    const QString ultima = shell::NomeFileDaPercorso(nome);
-    const bool buono = !ultima.trimmed().isEmpty() && ultima != QStringLiteral(".") &&
-                       ultima != QStringLiteral("..");
-    return buono ? ultima : codice;
+    static const QStringList nostri{QStringLiteral("tarvola.mod"), QStringLiteral("qt.conf"),
+                                    QStringLiteral("qt6.conf"),    QStringLiteral("cestino"),
+                                    QStringLiteral("file"),        QStringLiteral("guida")};
+    const QString minuscolo = nome.toLower();
+    return nostri.contains(minuscolo) ||
+           QFileInfo(minuscolo).suffix().startsWith(QStringLiteral("tvd-")) ||
+           minuscolo == QFileInfo(QCoreApplication::applicationFilePath()).fileName().toLower();
 }
 
-// Il programma, il suo modello e gli archivi non si sostituiscono con un allegato; né gli si mette
-// accanto un modello, o un giornale che il motore crederebbe dell'archivio.
-bool protetto(const QString &percorso)
+// Il nome che l'allegato prende sul disco: quello registrato, che può venire da un archivio altrui,
+// reso innocuo; il codice se non resta un nome.
+QString nomeSuDisco(const QString &registrato, const QString &codice)
 {
-    const QFileInfo info(percorso);
-    const QString tipo = info.suffix().toLower();
-    if (tipo.startsWith(QStringLiteral("tvd-")) ||
-        info.fileName().compare(QStringLiteral("tarvola.mod"), Qt::CaseInsensitive) == 0)
-        return true;
-    return info.exists() &&
-           (tipo == QStringLiteral("tvd") ||
-            info.canonicalFilePath() ==
-                QFileInfo(QCoreApplication::applicationFilePath()).canonicalFilePath());
+    const QString nome = prudenza::nomeInnocuo(registrato);
+    if (nome.isEmpty())
+        return codice;
+    return riservato(nome) ? nome + QStringLiteral(".allegato") : nome;
+}
+
+// Un archivio allegato e poi aperto dalla sua copia è di chi vi lavora.
+void rifiutaSeInUso(const QString &percorso)
+{
+    const int posto = postoDi(percorso);
+    if (posto >= 0 &&
+        archivi().Connessioni.at(static_cast<size_t>(posto))->State() != ado::adStateClosed)
+        throw ado::Errore(
+            ado::Causa::Altro,
+            QStringLiteral("il file %1 è aperto: non va sostituito con un allegato").arg(percorso));
 }
 
 bool sovrascrive(QWidget *sopra, const QString &nome, const QString &cartella)
 {
-    return messaggi::chiede(sopra, QStringLiteral("Il file ") + nome +
-                                       QStringLiteral("\nè già presente nella cartella ") +
-                                       cartella +
-                                       QStringLiteral("\nSi per sovrascriverlo No per aprire il "
-                                                      "file esistente"));
+    return messaggi::chiede(sopra,
+                            QStringLiteral("Il file ") + nome +
+                                QStringLiteral("\nè già presente nella cartella ") + cartella +
+                                QStringLiteral("\nSi per sovrascriverlo No per aprire il "
+                                               "file esistente"),
+                            messaggi::Domanda::PropostoNo);
+}
+
+// Ciò che il desktop eseguirebbe non gli si dà da aprire: lo si mostra dove sta.
+void consegna(QWidget *sopra, const QString &percorso)
+{
+    if (!prudenza::siEsegue(percorso))
+        return desktop::apre(percorso);
+    const QFileInfo file(percorso);
+    messaggi::avvisa(sopra,
+                     QStringLiteral("Il file ") + file.fileName() +
+                         QStringLiteral("\nè un programma, o ne avvia uno: non viene aperto, "
+                                        "ma mostrato nella cartella\n") +
+                         file.path());
+    desktop::apre(file.path());
 }
 
 } // namespace
@@ -160,12 +188,13 @@ QString cartellaDeiFile()
     return shell::cartellaApplicazione() + QStringLiteral("/File/");
 }
 
-void ApriAllegato(QWidget *sopra, const QString &codice, const QString &cartella)
+void ApriAllegato(QWidget *sopra, const QString &codice)
 {
     const auto registrato = nomeDiFile(connessione(), codice);
     if (!registrato)
         throw ado::Errore(ado::Causa::Altro,
                           QStringLiteral("il record %1 non esiste più").arg(codice));
+    const QString cartella = cartellaDeiFile();
     const QString nome = nomeSuDisco(*registrato, codice);
     const QString percorso = QDir(cartella).filePath(nome);
     if (!QDir().mkpath(cartella))
@@ -173,17 +202,14 @@ void ApriAllegato(QWidget *sopra, const QString &codice, const QString &cartella
                           QStringLiteral("la cartella %1 non si può creare").arg(cartella));
     bool pronto = true;
     if (!QFileInfo::exists(percorso) || sovrascrive(sopra, nome, cartella)) {
-        if (cartella != cartellaDeiFile() && protetto(percorso))
-            throw ado::Errore(
-                ado::Causa::Altro,
-                QStringLiteral("il file %1 non va sostituito con un allegato").arg(percorso));
+        rifiutaSeInUso(percorso);
         pronto = avanzamento::compie(
             sopra, QStringLiteral("Scrittura di ") + nome, [&](const avanzamento::Passo &passo) {
                 scrive(contenutoDiFile(connessione(), codice).get(), percorso, passo);
             });
     }
     if (pronto)
-        desktop::apre(percorso);
+        consegna(sopra, percorso);
 }
 
 } // namespace modTarvola

@@ -12,12 +12,14 @@ namespace modTarvola
 // il file non si può leggere o l'archivio non lo accetta: allora non è aggiunto nulla.
 bool NuovoAllegato(QWidget *sopra, const QString &proprietario, int genere);
 
-// Scrive il file del codice in una cartella, di solito la cartella File dell'applicazione,
-// chiedendo se c'è già, e lo apre col programma del desktop. Non scrive mai sopra il programma, il
-// modello o un archivio. Lancia ado::Errore se l'archivio non si può leggere o il file non si può
-// scrivere.
+// La cartella in cui gli allegati si scrivono per guardarli, con la barra finale.
 QString cartellaDeiFile();
-void ApriAllegato(QWidget *sopra, const QString &codice,
-                  const QString &cartella = cartellaDeiFile());
+
+// Scrive il file del codice nella cartella File dell'applicazione, chiedendo se c'è già, e lo apre
+// col programma del desktop; ciò che il desktop eseguirebbe, dopo un messaggio, lo mostra soltanto
+// nella sua cartella. Il nome è quello registrato, senza ciò che inganna chi lo legge, e non è mai
+// uno di quelli che il programma cerca per sé. Lancia ado::Errore se l'archivio non si può leggere
+// o il file non si può scrivere, o è un archivio aperto.
+void ApriAllegato(QWidget *sopra, const QString &codice);
 
 } // namespace modTarvola

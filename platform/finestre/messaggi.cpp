@@ -42,10 +42,11 @@ void avvisa(QWidget *sopra, const QString &testo)
     mostra(sopra, testo, QMessageBox::NoIcon, QMessageBox::Ok, QMessageBox::Ok, QMessageBox::Ok);
 }
 
-bool chiede(QWidget *sopra, const QString &testo, bool icona)
+bool chiede(QWidget *sopra, const QString &testo, Domanda domanda)
 {
-    return mostra(sopra, testo, icona ? QMessageBox::Question : QMessageBox::NoIcon,
-                  QMessageBox::Yes | QMessageBox::No, QMessageBox::Yes,
+    const auto icona = domanda == Domanda::ColSegno ? QMessageBox::Question : QMessageBox::NoIcon;
+    const auto proposto = domanda == Domanda::PropostoNo ? QMessageBox::No : QMessageBox::Yes;
+    return mostra(sopra, testo, icona, QMessageBox::Yes | QMessageBox::No, proposto,
                   QMessageBox::No) == QMessageBox::Yes;
 }
 

@@ -11,8 +11,11 @@ namespace messaggi
 
 // Un messaggio col solo "OK".
 void avvisa(QWidget *sopra, const QString &testo);
-// Una domanda con "Sì" e "No"; con `icona` il segno della domanda. Chiudere è "No".
-bool chiede(QWidget *sopra, const QString &testo, bool icona = false);
+// Come si presenta una domanda: se ne ha il segno, e quale risposta è la predefinita.
+enum class Domanda { Semplice, ColSegno, PropostoNo };
+// Una domanda con "Sì" e "No", di cui il primo è il predefinito dove non è detto altro. Chiudere è
+// "No".
+bool chiede(QWidget *sopra, const QString &testo, Domanda domanda = Domanda::Semplice);
 // Un avvertimento grave con "Riprova" e "Annulla"; "Annulla" è il predefinito. Vero se si procede.
 bool avverte(QWidget *sopra, const QString &testo);
 // Il messaggio di un'operazione che il motore ha rifiutato.
