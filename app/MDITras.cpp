@@ -6,7 +6,6 @@
 #include "contesto/contesto.h"
 #include "platform/finestre/memoria_finestre.h"
 #include "platform/finestre/messaggi.h"
-#include "platform/finestre/tasti.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -19,6 +18,9 @@ using namespace modTarvola;
 
 MDITras::MDITras()
     : m_area(new Area(this)),
+      m_menu(this, {[this](VoceFile voce) { SubFileItem_Click(voce); },
+                    [this](VoceFinestre voce) { SubFinestreItem_Click(voce); },
+                    [this](VoceAiuto voce) { SubAiutoItem_Click(voce); }}),
       m_archivi(
           this,
           [this] {
@@ -35,8 +37,7 @@ MDITras::MDITras()
     setObjectName(QStringLiteral("MDITras"));
     setWindowTitle(QStringLiteral("Tarvola"));
     setCentralWidget(m_area);
-    creaMenu();
-    mostraMenu(nullptr);
+    mostraMenu({});
     connect(m_area, &QMdiArea::subWindowActivated, this, &MDITras::attivata);
     resize(screen()->availableSize() * 4 / 5);
     memoria::ricordaFinestra(this, objectName());
@@ -48,37 +49,11 @@ MDITras::~MDITras()
     disconnect(m_area, nullptr, this, nullptr);
 }
 
-void MDITras::creaMenu()
-{
-    FileItem = new QMenu(QStringLiteral("&File"), this);
-    const QString comandi[] = {QStringLiteral("Apri"), QStringLiteral("Nuovo"),
-                               QStringLiteral("Compatta e ripristina"), QStringLiteral("Back up"),
-                               QStringLiteral("Recupera")};
-    int voce = 0;
-    for (const QString &comando : comandi) {
-        ++voce;
-        QAction *azione = FileItem->addAction(comando);
-        azione->setShortcut(tasti::delMenu(comando));
-        connect(azione, &QAction::triggered, this, [this, voce] { SubFileItem_Click(voce); });
-    }
-    AiutoItem = new QMenu(QStringLiteral("&Aiuto"), this);
-    const QString aiuti[] = {QStringLiteral("Manuale"), QStringLiteral("Home page"),
-                             QStringLiteral("Scrivi a Tarvola")};
-    voce = 0;
-    for (const QString &aiuto : aiuti) {
-        ++voce;
-        QAction *azione = AiutoItem->addAction(aiuto);
-        azione->setShortcut(tasti::delMenu(aiuto));
-        connect(azione, &QAction::triggered, this, [this, voce] { SubAiutoItem_Click(voce); });
-    }
-}
-
-// Una barra sola: i menu della finestra, o i cinque del visualizzatore attivo.
-void MDITras::mostraMenu(fmTabella *di)
+// Una barra sola: i menu comuni, con in mezzo quelli della finestra attiva.
+void MDITras::mostraMenu(const QList<QMenu *> &propri)
 {
     menuBar()->clear();
-    const QList<QMenu *> menu = di == nullptr ? QList<QMenu *>{FileItem, AiutoItem} : di->menu();
-    for (QMenu *uno : menu)
+    for (QMenu *uno : m_menu.barra(propri))
         menuBar()->addMenu(uno);
 }
 
@@ -91,7 +66,7 @@ void MDITras::attivata(QMdiSubWindow *finestra)
         return;
     m_attiva = finestra;
     auto *tabella = finestra == nullptr ? nullptr : qobject_cast<fmTabella *>(finestra->widget());
-    mostraMenu(tabella);
+    mostraMenu(tabella == nullptr ? QList<QMenu *>() : tabella->menu());
     if (tabella != nullptr)
         messaggi::protetto(this, [tabella] { tabella->Form_Activate(); });
 }
@@ -110,12 +85,7 @@ QList<fmTabella *> MDITras::visualizzatori() const
 void MDITras::apre(const ProprietaTabella &proprieta)
 {
     auto tabella = std::make_unique<fmTabella>(
-        proprieta,
-        ServiziTabella{[this](const ProprietaTabella &altra) { apre(altra); },
-                       [this](int voce) { SubFileItem_Click(voce); },
-                       [this](int voce) { SubAiutoItem_Click(voce); },
-                       [this](int voce) { SubFinestreItem_Click(voce); }},
-        this);
+        proprieta, ServiziTabella{[this](const ProprietaTabella &altra) { apre(altra); }}, this);
     tabella->Form_Load();
     QMdiSubWindow *finestra = m_area->addSubWindow(tabella.release());
     finestra->setAttribute(Qt::WA_DeleteOnClose);
@@ -137,25 +107,20 @@ void MDITras::chiudeFinestre(const ado::Connection *connessione)
     attivata(m_area->currentSubWindow());
 }
 
-void MDITras::SubFileItem_Click(int voce)
+void MDITras::SubFileItem_Click(VoceFile voce)
 {
     messaggi::protetto(this, [this, voce] {
         switch (voce) {
-        case 1:
-            m_archivi.apri();
-            break;
-        case 2:
-            m_archivi.nuovo();
-            break;
-        case 3:
-            m_custodia.compatta();
-            break;
-        case 4:
-            m_custodia.backUp();
-            break;
-        default:
-            m_custodia.recupera();
-            break;
+        case VoceFile::Apri:
+            return m_archivi.apri();
+        case VoceFile::Nuovo:
+            return m_archivi.nuovo();
+        case VoceFile::Compatta:
+            return m_custodia.compatta();
+        case VoceFile::BackUp:
+            return m_custodia.backUp();
+        case VoceFile::Recupera:
+            return m_custodia.recupera();
         }
     });
 }
@@ -168,27 +133,23 @@ void MDITras::apreArchivio(const QString &percorso)
     });
 }
 
-void MDITras::SubAiutoItem_Click(int voce)
+void MDITras::SubAiutoItem_Click(VoceAiuto voce)
 {
     messaggi::protetto(this, [this, voce] { ComandoAiuto(this, voce); });
 }
 
-void MDITras::SubFinestreItem_Click(int voce)
+void MDITras::SubFinestreItem_Click(VoceFinestre voce)
 {
     messaggi::protetto(this, [this, voce] {
         switch (voce) {
-        case 1:
-            affianca(Qt::Horizontal);
-            break;
-        case 2:
-            affianca(Qt::Vertical);
-            break;
-        case 3:
-            m_area->cascata();
-            break;
-        default:
-            mostra();
-            break;
+        case VoceFinestre::InVerticale:
+            return affianca(Qt::Horizontal);
+        case VoceFinestre::InOrizzontale:
+            return affianca(Qt::Vertical);
+        case VoceFinestre::Cascata:
+            return m_area->cascata();
+        case VoceFinestre::Mostra:
+            return mostra();
         }
     });
 }
@@ -237,7 +198,7 @@ void MDITras::closeEvent(QCloseEvent *evento)
     do {
         fmChiudi(this).exec();
         if (contesto().SceltaChiusura == ChiusuraBackUp)
-            SubFileItem_Click(4);
+            SubFileItem_Click(VoceFile::BackUp);
     } while (contesto().SceltaChiusura == ChiusuraBackUp);
     evento->setAccepted(contesto().SceltaChiusura == ChiusuraChiudi);
     if (evento->isAccepted())

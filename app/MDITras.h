@@ -2,6 +2,7 @@
 
 #include "app/archivi_file.h"
 #include "app/custodia.h"
+#include "app/menu.h"
 #include "browser/fmTabella.h"
 
 #include <QMainWindow>
@@ -19,9 +20,9 @@ public:
     MDITras();
     ~MDITras() override;
 
-    // I comandi dei menu File e Aiuto, con l'indice della voce.
-    void SubFileItem_Click(int voce);
-    void SubAiutoItem_Click(int voce);
+    // I comandi dei menu File e Aiuto.
+    void SubFileItem_Click(VoceFile voce);
+    void SubAiutoItem_Click(VoceAiuto voce);
 
     // Come "Apri" dopo la scelta del file, che se manca non si apre.
     void apreArchivio(const QString &percorso);
@@ -34,17 +35,15 @@ protected:
     void closeEvent(QCloseEvent *evento) override;
 
 private:
-    void creaMenu();
-    void mostraMenu(fmTabella *di);
+    void mostraMenu(const QList<QMenu *> &propri);
     void attivata(QMdiSubWindow *finestra);
     void chiudeFinestre(const ado::Connection *connessione);
-    void SubFinestreItem_Click(int voce);
+    void SubFinestreItem_Click(VoceFinestre voce);
     void affianca(Qt::Orientation verso);
     void mostra();
 
     Area *m_area;
-    QMenu *FileItem = nullptr;
-    QMenu *AiutoItem = nullptr;
+    MenuComuni m_menu;
     QPointer<QMdiSubWindow> m_attiva;
     ArchiviFile m_archivi;
     Custodia m_custodia;

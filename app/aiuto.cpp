@@ -28,16 +28,16 @@ void scriveATarvola()
 
 } // namespace
 
-void ComandoAiuto(QWidget *sopra, int voce)
+void ComandoAiuto(QWidget *sopra, VoceAiuto voce)
 {
     switch (voce) {
-    case 1:
+    case VoceAiuto::Manuale:
         MostraGuida(sopra, paginaIniziale);
         break;
-    case 2:
+    case VoceAiuto::HomePage:
         desktop::apreCollegamento(paginaDelProgramma);
         break;
-    default:
+    case VoceAiuto::Scrivi:
         scriveATarvola();
         break;
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/menu.h"
+
 #include <QString>
 #include <QWidget>
 
@@ -7,9 +9,8 @@
 namespace modTarvola
 {
 
-// Esegue la voce del menu: 1 "Manuale", 2 "Home page", 3 "Scrivi a Tarvola". Dove manca la guida,
-// o il programma per aprire il collegamento, non accade nulla.
-void ComandoAiuto(QWidget *sopra, int voce);
+// Esegue la voce del menu. Dove manca la guida non accade nulla.
+void ComandoAiuto(QWidget *sopra, VoceAiuto voce);
 
 // Mostra una pagina della guida.
 void MostraGuida(QWidget *sopra, const QString &pagina);

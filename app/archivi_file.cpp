@@ -103,7 +103,7 @@ void ArchiviFile::nuovo()
     if (presente.isEmpty()) {
         scostaIlGiornale(percorso);
         const shell::Esito copia =
-            shell::OperazioneFile(QStringLiteral("Copia"), modello, percorso, false);
+            shell::OperazioneFile(shell::Operazione::Copia, modello, percorso, false);
         if (copia.stato != 0)
             return messaggi::riferisceErrore(m_finestra, percorso + u'\n' + copia.motivo);
     } else if (!messaggi::chiede(m_finestra,
@@ -116,7 +116,7 @@ void ArchiviFile::nuovo()
     // Il vecchio poteva avere lo stesso nome con altre maiuscole.
     const bool altroNome =
         !presente.isEmpty() &&
-        shell::OperazioneFile(QStringLiteral("Rinomina"), presente, percorso, false).stato != 0;
+        shell::OperazioneFile(shell::Operazione::Rinomina, presente, percorso, false).stato != 0;
     apreCorrente(altroNome ? presente : percorso);
 }
 

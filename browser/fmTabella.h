@@ -32,9 +32,6 @@ struct ProprietaTabella {
 // Ciò che il visualizzatore chiede alla finestra principale.
 struct ServiziTabella {
     std::function<void(const ProprietaTabella &)> apre;
-    std::function<void(int)> SubFileItem_Click;
-    std::function<void(int)> SubAiutoItem_Click;
-    std::function<void(int)> SubFinestreItem_Click;
 };
 
 enum ComandoTabella { Seleziona = 1, ApriRiga, NuovaRiga, Aggiorna, EliminaRiga };
@@ -53,7 +50,7 @@ public:
     void Form_Load();
     // Ricalcola didascalia, comandi e contesto dalla riga corrente.
     void Form_Activate();
-    // I cinque menu, nell'ordine della barra.
+    // I menu suoi, che nella barra stanno fra quelli comuni.
     QList<QMenu *> menu() const { return m_menu; }
     // Vero se l'elenco viene dalla connessione data.
     bool usa(const ado::Connection *connessione) const { return m_connessione == connessione; }
@@ -72,8 +69,6 @@ private:
     QMenu *menuTabelle();
     void mostraMenuRiga(std::optional<QPoint> posto = {});
     QMenu *menuOrdine(QMenu *sopra);
-    QMenu *menuServizio(const QString &titolo, const QStringList &voci,
-                        const std::function<void(int)> &servizio);
     void DataGrid1_HeadClick(int colonna);
     void DataGrid1_RowColChange(int riga);
     void TsubItem_Click(int voce);

@@ -51,39 +51,7 @@ void fmTabella::creaBarra()
 // Di ogni menu è padrone il visualizzatore; la finestra principale lo mostra quando è attivo.
 void fmTabella::creaMenu()
 {
-    m_menu = {
-        menuServizio(QStringLiteral("&File"),
-                     {QStringLiteral("Apri"), QStringLiteral("Nuovo"),
-                      QStringLiteral("Compatta e ripristina"), QStringLiteral("Back up"),
-                      QStringLiteral("Recupera")},
-                     m_servizi.SubFileItem_Click),
-        menuComandi(),
-        menuTabelle(),
-        menuServizio(QStringLiteral("&Finestre"),
-                     {QStringLiteral("Affianca in verticale"),
-                      QStringLiteral("Affianca in orizzontale"), QStringLiteral("Cascata"),
-                      QStringLiteral("Mostra")},
-                     m_servizi.SubFinestreItem_Click),
-        menuServizio(QStringLiteral("&Aiuto"),
-                     {QStringLiteral("Manuale"), QStringLiteral("Home page"),
-                      QStringLiteral("Scrivi a Tarvola")},
-                     m_servizi.SubAiutoItem_Click),
-    };
-}
-
-QMenu *fmTabella::menuServizio(const QString &titolo, const QStringList &voci,
-                               const std::function<void(int)> &servizio)
-{
-    auto *menu = new QMenu(titolo, this);
-    for (int i = 0; i < voci.size(); ++i) {
-        QAction *azione = menu->addAction(voci.at(i));
-        azione->setShortcut(tasti::delMenu(voci.at(i)));
-        // Accodato: il comando può chiudere questo stesso visualizzatore.
-        connect(
-            azione, &QAction::triggered, window(), [servizio, i] { servizio(i + 1); },
-            Qt::QueuedConnection);
-    }
-    return menu;
+    m_menu = {menuComandi(), menuTabelle()};
 }
 
 QMenu *fmTabella::menuComandi()
@@ -131,7 +99,7 @@ void fmTabella::mostraMenuRiga(std::optional<QPoint> posto)
 {
     auto *menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->addActions(m_menu.at(1)->actions());
+    menu->addActions(m_menu.constFirst()->actions());
     menu->addSeparator();
     menu->addMenu(menuOrdine(menu));
     const QRect riga = DataGrid1->visualRect(DataGrid1->currentIndex());

@@ -115,7 +115,7 @@ void togliGiornale(const QString &percorso)
 shell::Esito sposta(const QString &da, const QString &a, const provvisorio::Passo &passo = {})
 {
     return QFileInfo::exists(da)
-               ? shell::OperazioneFile(QStringLiteral("Muovi"), da, a, false, passo)
+               ? shell::OperazioneFile(shell::Operazione::Muovi, da, a, false, passo)
                : shell::Esito();
 }
 
@@ -126,7 +126,7 @@ void raccoglie(const QString &percorso, const QString &cestino)
     if (!rimasti.isEmpty())
         QDir().mkpath(cestino);
     for (const QString &rimasto : rimasti)
-        shell::OperazioneFile(QStringLiteral("Muovi"), rimasto,
+        shell::OperazioneFile(shell::Operazione::Muovi, rimasto,
                               cestino + u'/' + shell::NomeFileDaPercorso(percorso), true);
 }
 
@@ -253,7 +253,7 @@ void scostaIlGiornale(const QString &percorso)
     if (!QFileInfo::exists(giornale(percorso)))
         return;
     const shell::Esito esito =
-        shell::OperazioneFile(QStringLiteral("Muovi"), giornale(percorso),
+        shell::OperazioneFile(shell::Operazione::Muovi, giornale(percorso),
                               giornale(percorso + QStringLiteral(" (vecchio)")), true);
     if (esito.stato != 0)
         throw ado::Errore(ado::Causa::Altro, giornale(percorso) + u'\n' + esito.motivo);

@@ -60,7 +60,7 @@ protected:
     // Sceglie una voce del menu "Tabelle" di un elenco.
     void tabelle(const fmTabella *da, int voce) const
     {
-        da->menu().at(2)->actions().at(voce - 1)->trigger();
+        da->menu().at(1)->actions().at(voce - 1)->trigger();
         QVERIFY(persona->finita());
         // Chi usa la tastiera si trova già nelle righe.
         QCOMPARE(principale->focusWidget(), griglia(ultimo()));

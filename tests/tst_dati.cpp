@@ -288,7 +288,7 @@ private slots:
         scrive(arrivo, "vecchio");
         scrive(origine, "nuovo");
         const QString altrove = archivio->accanto(u"non c'è/x.tvd"_s);
-        for (const QString &operazione : {u"Muovi"_s, u"Copia"_s}) {
+        for (const auto operazione : {shell::Operazione::Muovi, shell::Operazione::Copia}) {
             QCOMPARE(shell::OperazioneFile(operazione, origine, arrivo, false).stato, 1);
             const shell::Esito esito = shell::OperazioneFile(operazione, origine, altrove, true);
             QCOMPARE(esito.stato, 1);
@@ -296,7 +296,8 @@ private slots:
         }
         QCOMPARE(byteDi(arrivo), QByteArray("vecchio"));
         for (const int numero : {2, 3}) {
-            const QString operazione = numero == 2 ? u"Copia"_s : u"Muovi"_s;
+            const auto operazione =
+                numero == 2 ? shell::Operazione::Copia : shell::Operazione::Muovi;
             const QString libero =
                 archivio->accanto(u"Cestino/S.Rocco 1845 (%1).tvd"_s.arg(numero));
             QCOMPARE(shell::OperazioneFile(operazione, origine, arrivo, true).nuovoNome, libero);

@@ -12,9 +12,9 @@ QString vociDelMenu(const fmTabella *tabella)
     QString stato;
     for (int i = 0; i < 5; ++i) {
         const QString lettera = QStringLiteral("SANGE").mid(i, 1);
-        stato += tabella->menu().at(1)->actions().at(i)->isEnabled() ? lettera : lettera.toLower();
+        stato += tabella->menu().at(0)->actions().at(i)->isEnabled() ? lettera : lettera.toLower();
     }
-    return stato + (tabella->menu().at(2)->isEnabled() ? u"T"_s : QString());
+    return stato + (tabella->menu().at(1)->isEnabled() ? u"T"_s : QString());
 }
 
 // La finestra dell'ambito come la si vede, accettata com'è.

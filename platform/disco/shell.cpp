@@ -100,22 +100,18 @@ QString liberoDa(const QString &percorso)
     return candidato;
 }
 
-Esito OperazioneFile(const QString &operazione, const QString &origine, const QString &destinazione,
+Esito OperazioneFile(Operazione operazione, const QString &origine, const QString &destinazione,
                      bool rinominaSePreso, const provvisorio::Passo &passo)
 {
-    if (operazione == QStringLiteral("Cancella"))
+    if (operazione == Operazione::Cancella)
         return cancella(origine);
-    const bool copiare = operazione == QStringLiteral("Copia");
-    if (!copiare && operazione != QStringLiteral("Muovi") &&
-        operazione != QStringLiteral("Rinomina"))
-        return {1, {}, QStringLiteral("l'operazione %1 non esiste").arg(operazione)};
     if (!rinominaSePreso && QFileInfo::exists(destinazione))
         return {1, {}, QStringLiteral("il file di destinazione esiste già")};
     const QString arrivo = rinominaSePreso ? liberoDa(destinazione) : destinazione;
     const provvisorio::Passo suo =
         passo ? passo : [](qint64 /*fatto*/, qint64 /*totale*/) { return true; };
     try {
-        copiare ? copia(origine, arrivo, suo) : muovi(origine, arrivo, suo);
+        operazione == Operazione::Copia ? copia(origine, arrivo, suo) : muovi(origine, arrivo, suo);
     } catch (const ado::Errore &errore) {
         return {errore.causa() == ado::Causa::Interrotto ? 2 : 1, {}, errore.testo()};
     }

@@ -21,11 +21,13 @@ struct Esito {
     QString motivo;    // perché non è riuscito, in parole
 };
 
-// "Muovi", "Copia" o "Rinomina" un file, o "Cancella" (nel cestino del desktop). Un nome già preso
+// Cancella è nel cestino del desktop, e non ha destinazione.
+enum class Operazione { Muovi, Copia, Rinomina, Cancella };
+// Muove, copia, rinomina o cancella un file. Un nome già preso
 // nella destinazione non è mai sovrascritto: con `rinominaSePreso` il file arriva come "nome
 // (2).tvd" e così via, altrimenti l'operazione non riesce. Se non riesce il file resta dov'era;
 // così se è il passo, chiamato mentre si copia da un disco all'altro, a dire di smettere.
-Esito OperazioneFile(const QString &operazione, const QString &origine, const QString &destinazione,
+Esito OperazioneFile(Operazione operazione, const QString &origine, const QString &destinazione,
                      bool rinominaSePreso, const provvisorio::Passo &passo = {});
 // Il nome dato, o "nome (2).tvd" e così via, che non è di un file né di un archivio di cui resta il
 // giornale.

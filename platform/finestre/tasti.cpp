@@ -23,17 +23,6 @@ void assegna(QWidget *dove, const QKeySequence &tasto, QAbstractButton *bottone)
     bottone->setToolTip(conTasto(bottone->text(), tasto));
 }
 
-QKeySequence delMenu(const QString &comando)
-{
-    if (comando == QStringLiteral("Apri"))
-        return QKeySequence::Open;
-    if (comando == QStringLiteral("Nuovo"))
-        return QKeySequence::New;
-    if (comando == QStringLiteral("Back up"))
-        return Qt::CTRL | Qt::Key_B;
-    return comando == QStringLiteral("Manuale") ? QKeySequence(Qt::Key_F1) : QKeySequence();
-}
-
 void chiama(QToolBar *barra, const QString &nome)
 {
     barra->setAccessibleName(nome);

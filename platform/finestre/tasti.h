@@ -17,9 +17,6 @@ QString conTasto(const QString &testo, const QKeySequence &tasto);
 // del bottone lo dice. Un bottone spento resta tale.
 void assegna(QWidget *dove, const QKeySequence &tasto, QAbstractButton *bottone);
 
-// Il tasto di un comando dei menu di servizio ("Manuale"); vuoto se non ne ha.
-QKeySequence delMenu(const QString &comando);
-
 // Nome della barra e del bottone che, quando è stretta, ne mostra il resto.
 void chiama(QToolBar *barra, const QString &nome);
 

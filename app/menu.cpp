@@ -1,0 +1,59 @@
+#include "app/menu.h"
+
+#include <QAction>
+
+namespace
+{
+
+template <class Voce>
+struct Riga {
+    Voce voce;
+    QString testo;
+    QKeySequence tasto = {};
+};
+
+template <class Voce>
+QMenu *menu(QWidget *finestra, const QString &titolo, const std::vector<Riga<Voce>> &righe,
+            const std::function<void(Voce)> &comando)
+{
+    auto *nuovo = new QMenu(titolo, finestra);
+    for (const Riga<Voce> &riga : righe) {
+        QAction *azione = nuovo->addAction(riga.testo);
+        azione->setShortcut(riga.tasto);
+        QObject::connect(azione, &QAction::triggered, finestra,
+                         [comando, voce = riga.voce] { comando(voce); });
+    }
+    return nuovo;
+}
+
+} // namespace
+
+MenuComuni::MenuComuni(QWidget *finestra, const Comandi &comandi)
+    : FileItem(menu<VoceFile>(finestra, QStringLiteral("&File"),
+                              {{VoceFile::Apri, QStringLiteral("Apri"), QKeySequence::Open},
+                               {VoceFile::Nuovo, QStringLiteral("Nuovo"), QKeySequence::New},
+                               {VoceFile::Compatta, QStringLiteral("Compatta e ripristina")},
+                               {VoceFile::BackUp, QStringLiteral("Back up"), Qt::CTRL | Qt::Key_B},
+                               {VoceFile::Recupera, QStringLiteral("Recupera")}},
+                              comandi.file)),
+      FinestreItem(menu<VoceFinestre>(
+          finestra, QStringLiteral("&Finestre"),
+          {{VoceFinestre::InVerticale, QStringLiteral("Affianca in verticale")},
+           {VoceFinestre::InOrizzontale, QStringLiteral("Affianca in orizzontale")},
+           {VoceFinestre::Cascata, QStringLiteral("Cascata")},
+           {VoceFinestre::Mostra, QStringLiteral("Mostra")}},
+          comandi.finestre)),
+      AiutoItem(menu<VoceAiuto>(finestra, QStringLiteral("&Aiuto"),
+                                {{VoceAiuto::Manuale, QStringLiteral("Manuale"), Qt::Key_F1},
+                                 {VoceAiuto::HomePage, QStringLiteral("Home page")},
+                                 {VoceAiuto::Scrivi, QStringLiteral("Scrivi a Tarvola")}},
+                                comandi.aiuto))
+{
+}
+
+QList<QMenu *> MenuComuni::barra(const QList<QMenu *> &propri) const
+{
+    if (propri.isEmpty())
+        return {FileItem, AiutoItem};
+    return QList<QMenu *>{FileItem} + propri + QList<QMenu *>{FinestreItem, AiutoItem};
+}

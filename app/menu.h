@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QList>
+#include <QMenu>
+
+#include <functional>
+
+// Le voci dei menu comuni a tutte le finestre, nell'ordine in cui vi stanno.
+enum class VoceFile { Apri = 1, Nuovo, Compatta, BackUp, Recupera };
+enum class VoceFinestre { InVerticale = 1, InOrizzontale, Cascata, Mostra };
+enum class VoceAiuto { Manuale = 1, HomePage, Scrivi };
+
+// I menu File, Finestre e Aiuto: scritti una volta, stanno nella barra qualunque finestra sia
+// attiva, con quelli suoi in mezzo.
+class MenuComuni
+{
+public:
+    // Chi compie la voce scelta.
+    struct Comandi {
+        std::function<void(VoceFile)> file;
+        std::function<void(VoceFinestre)> finestre;
+        std::function<void(VoceAiuto)> aiuto;
+    };
+    MenuComuni(QWidget *finestra, const Comandi &comandi);
+
+    // I menu della barra nell'ordine. `propri` sono quelli della finestra attiva; senza, non c'è
+    // neppure Finestre.
+    QList<QMenu *> barra(const QList<QMenu *> &propri) const;
+
+private:
+    QMenu *FileItem;
+    QMenu *FinestreItem;
+    QMenu *AiutoItem;
+};
