@@ -6,6 +6,7 @@
 #include "contesto/contesto.h"
 #include "platform/finestre/memoria_finestre.h"
 #include "platform/finestre/messaggi.h"
+#include "platform/finestre/testo_semplice.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -180,8 +181,7 @@ void MDITras::mostra()
     elenco.setObjectName(QStringLiteral("Mostra"));
     const auto finestre = m_area->subWindowList();
     for (QMdiSubWindow *finestra : finestre) {
-        QAction *azione =
-            elenco.addAction(finestra->windowTitle().replace(u'&', QStringLiteral("&&")));
+        QAction *azione = elenco.addAction(testo_semplice::voceDi(finestra->windowTitle()));
         azione->setCheckable(true);
         azione->setChecked(finestra == m_attiva);
         connect(azione, &QAction::triggered, finestra, [this, finestra] {

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFontMetrics>
+#include <QLabel>
 #include <QPainter>
 #include <QStyleOption>
 
@@ -20,6 +21,16 @@ double ingrandimento()
 }
 
 } // namespace
+
+// Un'etichetta del toolkit indovina dal testo se è formattato: il nome di un archivio o di un file,
+// anche in un suggerimento o in una finestra del toolkit stesso, potrebbe chiederle un'immagine.
+void Stile::polish(QWidget *finestra)
+{
+    auto *etichetta = qobject_cast<QLabel *>(finestra);
+    if (etichetta != nullptr && etichetta->textFormat() == Qt::AutoText)
+        etichetta->setTextFormat(Qt::PlainText);
+    QProxyStyle::polish(finestra);
+}
 
 int Stile::pixelMetric(PixelMetric misura, const QStyleOption *opzione,
                        const QWidget *finestra) const

@@ -2,14 +2,17 @@
 
 #include <QProxyStyle>
 
-// Lo stile del desktop, con spazi, icone e segni che crescono col carattere.
+// Lo stile del desktop, con spazi, icone e segni che crescono col carattere e ogni etichetta senza
+// formato.
 class Stile : public QProxyStyle
 {
     Q_OBJECT
 
 public:
+    using QProxyStyle::polish;
     using QProxyStyle::QProxyStyle;
 
+    void polish(QWidget *finestra) override;
     int pixelMetric(PixelMetric misura, const QStyleOption *opzione,
                     const QWidget *finestra) const override;
     int styleHint(StyleHint cenno, const QStyleOption *opzione, const QWidget *finestra,

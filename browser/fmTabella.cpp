@@ -6,6 +6,7 @@
 #include "editors/icone_generi.h"
 #include "platform/finestre/memoria_finestre.h"
 #include "platform/finestre/messaggi.h"
+#include "platform/finestre/testo_semplice.h"
 
 #include <QAction>
 #include <QEvent>
@@ -221,7 +222,7 @@ void fmTabella::Form_Activate()
     }
     if (!contenitori || (righe && tabella == QStringLiteral("Voci")))
         XsubItem[Seleziona]->setEnabled(false);
-    setWindowTitle(didascalia());
+    setWindowTitle(testo_semplice::didascalia(didascalia()));
 }
 
 // La riga corrente diventa l'archivio, il registro o la voce su cui si lavora.

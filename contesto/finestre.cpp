@@ -3,6 +3,7 @@
 #include "contesto/contesto.h"
 #include "platform/finestre/memoria_finestre.h"
 #include "platform/finestre/messaggi.h"
+#include "platform/finestre/testo_semplice.h"
 
 #include <QEvent>
 #include <QScreen>
@@ -74,7 +75,7 @@ bool ApriFinestra(FinestraEditor &finestra, const QString &didascalia,
         finestra.Form_Load();
         memoria::ricordaFinestra(&finestra, finestra.objectName());
         if (!didascalia.isEmpty())
-            finestra.setWindowTitle(didascalia);
+            finestra.setWindowTitle(testo_semplice::didascalia(didascalia));
         if (prima)
             prima();
     });

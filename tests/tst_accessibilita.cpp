@@ -8,6 +8,8 @@
 #include "contesto/finestre.h"
 #include "editors/pannello.h"
 #include "platform/elaboratore/finestra_ortografia.h"
+#include "platform/finestre/avanzamento.h"
+#include "platform/finestre/messaggi.h"
 #include "programma.h"
 #include "texts/fmTxtL.h"
 
@@ -15,11 +17,16 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QGroupBox>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiSubWindow>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTableView>
+#include <QTimer>
+#include <QToolTip>
 #include <QTreeWidget>
 
 namespace
@@ -43,7 +50,7 @@ Finestra editore(const QString &nome)
         return {};
     finestra->proprieta.TipoLock = 3;
     finestra->proprieta.VoceLocaleTipo = 9;
-    finestra->Label2 = {u"Nascita"_s, 20};
+    finestra->Label2 = {u"<b>Nascita</b>"_s, 20};
     finestra->Form_Load();
     return finestra;
 }
@@ -296,6 +303,45 @@ private slots:
         QCOMPARE(conti(), QList<qsizetype>({2, 1, 2, 3}));
     }
 
+    void senzaFormato_data() { finestre(dialoghi + QStringList{u"MDITras"_s}); }
+    // Ciò che viene da un archivio non è mai letto come testo formattato: né nelle etichette, né
+    // nei suggerimenti, che sono etichette del toolkit.
+    void senzaFormato()
+    {
+        QFETCH(QString, nome);
+        esegui(u"UPDATE Traduzioni SET L1 = ?"_s, {ostile});
+        esegui(u"INSERT INTO Archivi (Codice, Nome) VALUES ('<b>A1</b>', ?)"_s, {ostile});
+        const Finestra aperta = mostrata(nome, *archivio);
+        QVERIFY(aperta != nullptr);
+        for (auto *griglia : aperta->findChildren<QTableView *>()) {
+            const QPoint dove = griglia->visualRect(griglia->model()->index(0, 1)).center();
+            QHelpEvent passa(QEvent::ToolTip, dove, griglia->viewport()->mapToGlobal(dove));
+            QApplication::sendEvent(griglia->viewport(), &passa);
+            if (griglia->accessibleName() == u"Archivi") {
+                QCOMPARE(QToolTip::text(), ostile);
+                QCOMPARE(formattate(), QStringList());
+            }
+        }
+        QCOMPARE(formattate(), QStringList());
+    }
+
+    void messaggiSenzaFormato()
+    {
+        QTimer::singleShot(0, this, [this] {
+            QCOMPARE(formattate(), QStringList());
+            qobject_cast<QDialog *>(QApplication::activeModalWidget())->reject();
+        });
+        messaggi::avvisa(nullptr, ostile);
+        avanzamento::compie(
+            nullptr, ostile,
+            [&](const avanzamento::Passo & /*passo*/) { QCOMPARE(formattate(), QStringList()); },
+            avanzamento::Compare::Subito);
+        // Una scatola che il toolkit mostra da sé, come fa la finestra dei file.
+        QMessageBox sua(QMessageBox::Warning, ostile, ostile);
+        sua.show();
+        QCOMPARE(formattate(), QStringList());
+    }
+
     void salvaConLaTastiera()
     {
         const Finestra aperta = mostrata(u"fmArchivio"_s, *archivio);
@@ -347,6 +393,20 @@ private slots:
     }
 
 private:
+    const QString ostile = u"<img src=\"file:///dev/null\"><b>x</b> & [*]"_s;
+
+    // Le etichette che si vedono, in qualunque finestra, e che indovinano se sono formattate.
+    static QStringList formattate()
+    {
+        QStringList trovate;
+        for (QWidget *una : QApplication::allWidgets()) {
+            const auto *etichetta = qobject_cast<QLabel *>(una);
+            if (etichetta != nullptr && etichetta->isVisible() &&
+                etichetta->textFormat() != Qt::PlainText)
+                trovate.append(etichetta->text());
+        }
+        return trovate;
+    }
     static void finestre(const QStringList &nomi)
     {
         QTest::addColumn<QString>("nome");

@@ -5,6 +5,7 @@
 #include "db/collegamenti.h"
 #include "db/connessioni.h"
 #include "platform/finestre/messaggi.h"
+#include "platform/finestre/testo_semplice.h"
 #include "platform/motore/recordset.h"
 #include "texts/fmTxtL.h"
 
@@ -58,7 +59,7 @@ private:
     {
         fmTxtL finestra(m_sopra);
         finestra.TipoLock = m_blocco;
-        finestra.setWindowTitle(m_didascalia);
+        finestra.setWindowTitle(testo_semplice::didascalia(m_didascalia));
         finestra.Form_Load(proprietario);
         finestra.exec();
         m_testo = m_testo || contesto().TestoModificato;

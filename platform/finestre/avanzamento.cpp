@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QLabel>
 #include <QProgressDialog>
 #include <QScopeGuard>
 #include <QWindow>
@@ -32,10 +33,15 @@ void mostraSubito(QProgressDialog &finestra)
 bool compie(QWidget *sopra, const QString &titolo, const std::function<void(const Passo &)> &lavoro,
             Compare quando)
 {
-    QProgressDialog finestra(titolo, QStringLiteral("Annulla"), 0, parti,
+    QProgressDialog finestra({}, QStringLiteral("Annulla"), 0, parti,
                              sopra != nullptr ? sopra->window() : nullptr);
     finestra.setObjectName(QStringLiteral("Avanzamento"));
     finestra.setWindowTitle(QApplication::applicationDisplayName());
+    auto *etichetta = new QLabel(&finestra);
+    etichetta->setTextFormat(Qt::PlainText);
+    etichetta->setAlignment(Qt::AlignCenter);
+    etichetta->setText(titolo);
+    finestra.setLabel(etichetta);
     finestra.setWindowModality(Qt::ApplicationModal);
     finestra.setMinimumDuration(quando == Compare::Subito ? 0 : momento);
     finestra.setAutoClose(false);
