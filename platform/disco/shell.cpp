@@ -64,8 +64,16 @@ Esito cancella(const QString &percorso)
 QString cartellaApplicazione()
 {
     const QString programma = QCoreApplication::applicationDirPath();
-    if (QFileInfo(programma).isWritable())
+    const bool daCostruire = QFileInfo::exists(programma + QStringLiteral("/CMakeCache.txt"));
+    if (!daCostruire && QFileInfo(programma).isWritable())
         return programma;
+    if (daCostruire) {
+        const QString documenti =
+            QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) +
+            QStringLiteral("/Tarvola");
+        if (QDir().mkpath(documenti) && QFileInfo(documenti).isWritable())
+            return documenti;
+    }
     const QString dati = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
     QDir().mkpath(dati);
     return dati;

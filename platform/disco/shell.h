@@ -8,8 +8,9 @@
 namespace shell
 {
 
-// La cartella del programma quando vi si può scrivere, altrimenti quella dei dati dell'utente.
-// Senza barra finale.
+// La cartella del programma quando vi si può scrivere, altrimenti quella dei dati dell'utente. Di
+// un programma che sta dove è stato costruito è Tarvola nei documenti dell'utente: chi cancella la
+// costruzione non cancelli gli archivi. Senza barra finale.
 QString cartellaApplicazione();
 // Il percorso di un file dato col programma (il modello, la guida): nella cartella
 // dell'applicazione, altrimenti dove il programma è installato; vuoto se non c'è.
