@@ -131,6 +131,11 @@ void MDITras::apreArchivio(const QString &percorso)
     messaggi::protetto(this, [this, &percorso] {
         if (QFileInfo(percorso).isFile())
             m_archivi.apreCorrente(percorso);
+        else
+            messaggi::avvisa(this, QStringLiteral("Il file\n") + percorso +
+                                       (QFileInfo::exists(percorso)
+                                            ? QStringLiteral("\nnon si può aprire: non è un file")
+                                            : QStringLiteral("\nnon esiste")));
     });
 }
 

@@ -24,7 +24,7 @@ public:
     void SubFileItem_Click(VoceFile voce);
     void SubAiutoItem_Click(VoceAiuto voce);
 
-    // Come "Apri" dopo la scelta del file, che se manca non si apre.
+    // Come "Apri" dopo la scelta del file; se manca lo dice.
     void apreArchivio(const QString &percorso);
     // Apre un visualizzatore; lancia ado::Errore se il suo elenco non si può leggere.
     void apre(const ProprietaTabella &proprieta);

@@ -3,6 +3,7 @@
 #include "app/fmGuida.h"
 #include "platform/disco/sistema.h"
 #include "platform/finestre/desktop.h"
+#include "platform/finestre/messaggi.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -18,12 +19,22 @@ const QString indirizzoAssistenza = QStringLiteral(TARVOLA_ASSISTENZA);
 const QString paginaIniziale = QStringLiteral("htm/inizio.htm");
 const QString aCapo = QStringLiteral("\r\n");
 
-void scriveATarvola()
+// Apre il collegamento, e se nessuno lo apre mostra il messaggio.
+bool apre(QWidget *sopra, const QString &collegamento, const QString &altrimenti)
+{
+    const auto lodice = [sopra, altrimenti] { messaggi::avvisa(sopra, altrimenti); };
+    const bool preso = desktop::apreCollegamento(collegamento, sopra, lodice);
+    if (!preso)
+        lodice();
+    return preso;
+}
+
+void scriveATarvola(QWidget *sopra)
 {
     const QString corpo = QStringLiteral("Tarvola versione ") +
                           QCoreApplication::applicationVersion() + aCapo + InfoSistema();
-    ApriPostaElettronica(indirizzoAssistenza, QStringLiteral("Informazioni su Tarvola"), corpo, {},
-                         {});
+    ApriPostaElettronica(sopra, indirizzoAssistenza, QStringLiteral("Informazioni su Tarvola"),
+                         corpo, {}, {});
 }
 
 } // namespace
@@ -35,10 +46,11 @@ void ComandoAiuto(QWidget *sopra, VoceAiuto voce)
         MostraGuida(sopra, paginaIniziale);
         break;
     case VoceAiuto::HomePage:
-        desktop::apreCollegamento(paginaDelProgramma);
+        apre(sopra, paginaDelProgramma,
+             QStringLiteral("Nessun programma ha aperto la pagina\n") + paginaDelProgramma);
         break;
     case VoceAiuto::Scrivi:
-        scriveATarvola();
+        scriveATarvola(sopra);
         break;
     }
 }
@@ -91,11 +103,13 @@ QString CollegamentoPosta(const QString &indirizzo, const QString &oggetto, cons
     return QStringLiteral("mailto:") + indirizzo + domanda;
 }
 
-bool ApriPostaElettronica(const QString &indirizzo, const QString &oggetto, const QString &corpo,
-                          const QString &copia, const QString &copiaNascosta)
+bool ApriPostaElettronica(QWidget *sopra, const QString &indirizzo, const QString &oggetto,
+                          const QString &corpo, const QString &copia, const QString &copiaNascosta)
 {
-    return desktop::apreCollegamento(
-        CollegamentoPosta(indirizzo, oggetto, corpo, copia, copiaNascosta));
+    return apre(
+        sopra, CollegamentoPosta(indirizzo, oggetto, corpo, copia, copiaNascosta),
+        QStringLiteral("Nessun programma di posta ha aperto il messaggio. L'indirizzo è\n") +
+            indirizzo);
 }
 
 } // namespace modTarvola

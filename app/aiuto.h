@@ -9,7 +9,8 @@
 namespace modTarvola
 {
 
-// Esegue la voce del menu. Dove manca la guida non accade nulla.
+// Esegue la voce del menu. Dove manca la guida non accade nulla; dove manca il programma per la
+// rete o la posta lo dice, appena il desktop lo fa sapere.
 void ComandoAiuto(QWidget *sopra, VoceAiuto voce);
 
 // Mostra una pagina della guida.
@@ -25,8 +26,9 @@ QString CodificaACapo(const QString &testo);
 // testi vi entrano come sono.
 QString CollegamentoPosta(const QString &indirizzo, const QString &oggetto, const QString &corpo,
                           const QString &copia, const QString &copiaNascosta);
-// Apre il collegamento col programma di posta; falso se il desktop non ne ha uno.
-bool ApriPostaElettronica(const QString &indirizzo, const QString &oggetto, const QString &corpo,
-                          const QString &copia, const QString &copiaNascosta);
+// Apre il collegamento col programma di posta; se il desktop non ne ha uno lo dice. Falso se lo si
+// sa già.
+bool ApriPostaElettronica(QWidget *sopra, const QString &indirizzo, const QString &oggetto,
+                          const QString &corpo, const QString &copia, const QString &copiaNascosta);
 
 } // namespace modTarvola

@@ -34,6 +34,7 @@ void ricordaPosto(const QMdiSubWindow *finestra)
 
 Area::Area(QWidget *sopra) : QMdiArea(sopra), m_invito(new QLabel(invito, viewport()))
 {
+    setAccessibleName(QStringLiteral("Elenchi aperti"));
     setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     // Chiusa una finestra si torna a quella di prima, non alla prima di tutte.
@@ -85,12 +86,19 @@ bool Area::viewportEvent(QEvent *evento)
 void Area::disponiInvito()
 {
     m_invito->setGeometry(viewport()->rect());
-    m_invito->setVisible(subWindowList().isEmpty());
+    const bool vuota = subWindowList().isEmpty();
+    m_invito->setVisible(vuota);
+    // I lettori di schermo dell'area vedono solo le finestre: l'invito è la sua descrizione, e la
+    // sentono perché finché è vuota i tasti vanno a lei.
+    setAccessibleDescription(vuota ? invito : QString());
+    setFocusPolicy(vuota ? Qt::StrongFocus : Qt::NoFocus);
+    if (vuota && window()->focusWidget() != this)
+        setFocus();
 }
 
 void Area::colloca(QMdiSubWindow *finestra, const QString &nome)
 {
-    m_invito->hide();
+    disponiInvito();
     const QRect nuovo = scalino(static_cast<int>(subWindowList().size()) - 1);
     finestra->setProperty("posto", nome);
     QRect posto = memoria::valore(chiave(finestra)).toRect();
