@@ -26,4 +26,22 @@ QString OperatoreCon(const QString &nome, const QString &password, const QString
     return trovato;
 }
 
+int CollegamentiDi(ado::Connection &connessione, const QString &operatore)
+{
+    return connessione
+        .valore({QStringLiteral("SELECT count(*) FROM OperatoriContesti WHERE CodiceOperatore = ?"),
+                 {operatore},
+                 {}})
+        .toInt();
+}
+
+void ScollegaOperatore(ado::Connection &connessione, const QString &operatore,
+                       const QString &record)
+{
+    connessione.Execute({QStringLiteral("DELETE FROM OperatoriContesti "
+                                        "WHERE CodiceOperatore = ? AND CodiceContesto = ?"),
+                         {operatore, record},
+                         {}});
+}
+
 } // namespace modTarvola

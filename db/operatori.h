@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include "platform/motore/ado.h"
 
 // Gli operatori dell'archivio corrente, cercati per nome e password.
 namespace modTarvola
@@ -10,5 +10,11 @@ namespace modTarvola
 // non ce n'è. Maiuscole e minuscole sono pari, anche accentate; apostrofi e spazi agli estremi
 // contano.
 QString OperatoreCon(const QString &nome, const QString &password, const QString &tranne = {});
+
+// Quanti record sono legati all'operatore.
+int CollegamentiDi(ado::Connection &connessione, const QString &operatore);
+// Toglie il legame del record con l'operatore; il record e l'operatore restano.
+void ScollegaOperatore(ado::Connection &connessione, const QString &operatore,
+                       const QString &record);
 
 } // namespace modTarvola

@@ -3,21 +3,31 @@
 #include "contesto/contesto.h"
 #include "db/connessioni.h"
 #include "db/eliminazione.h"
+#include "db/operatori.h"
 #include "platform/finestre/avanzamento.h"
 #include "platform/finestre/messaggi.h"
 
 namespace modTarvola
 {
 
+namespace
+{
+
+bool avverte(QWidget *sopra, const QString &inPiu)
+{
+    return messaggi::avverte(
+        sopra, QStringLiteral("Attenzione! Eliminando questa voce saranno, anche, \n"
+                              "eliminate TUTTE le voci ad essa collegate. Procedere?\n"
+                              "Si consiglia di annullare l'operazione e di effettuare, prima,\n"
+                              "un back-up dell'archivio\n") +
+                   contesto().PercorsoCorrente + inPiu);
+}
+
+} // namespace
+
 void EliminaVoce(QWidget *sopra, const QString &codice, const QString &operatore)
 {
-    const QString avvertimento =
-        QStringLiteral("Attenzione! Eliminando questa voce saranno, anche, \n"
-                       "eliminate TUTTE le voci ad essa collegate. Procedere?\n"
-                       "Si consiglia di annullare l'operazione e di effettuare, prima,\n"
-                       "un back-up dell'archivio\n") +
-        contesto().PercorsoCorrente;
-    if (!messaggi::avverte(sopra, avvertimento))
+    if (!avverte(sopra, {}))
         return;
     try {
         avanzamento::compie(sopra, QStringLiteral("Eliminazione di ") + codice,
@@ -29,6 +39,21 @@ void EliminaVoce(QWidget *sopra, const QString &codice, const QString &operatore
         if (errore.causa() != ado::Causa::Interrotto)
             throw;
     }
+}
+
+void EliminaLegame(QWidget *sopra, const QString &operatore, const QString &record,
+                   const QString &entrato)
+{
+    QString inPiu = QStringLiteral("\n\nQui la voce è il collegamento con un operatore: sarà tolto "
+                                   "soltanto quello.\nL'operatore e i suoi dati restano");
+    // Chi non è più legato a nulla se ne va con la prossima pulizia, se non è chi sta lavorando.
+    inPiu += operatore.compare(entrato, Qt::CaseInsensitive) == 0 ||
+                     CollegamentiDi(connessione(), operatore) > 1
+                 ? QStringLiteral(".")
+                 : QStringLiteral(" fino alla prossima eliminazione di un record: non essendo\n"
+                                  "collegato ad altro, allora saranno tolti.");
+    if (avverte(sopra, inPiu))
+        ScollegaOperatore(connessione(), operatore, record);
 }
 
 } // namespace modTarvola

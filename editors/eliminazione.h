@@ -11,4 +11,9 @@ namespace modTarvola
 // Lancia ado::Errore se l'archivio rifiuta: allora non è eliminato nulla.
 void EliminaVoce(QWidget *sopra, const QString &codice, const QString &operatore);
 
+// Avverte, poi toglie il legame del record con l'operatore, che resta con i suoi dati. `entrato` è
+// chi lavora in quell'archivio. Lancia ado::Errore se l'archivio rifiuta.
+void EliminaLegame(QWidget *sopra, const QString &operatore, const QString &record,
+                   const QString &entrato);
+
 } // namespace modTarvola

@@ -326,7 +326,10 @@ void fmEditor::elimina()
     const auto collegamento = pannello->collegamentoScelto();
     if (!collegamento)
         return;
-    EliminaVoce(this, collegamento->Key, proprieta.ConOperatore);
+    if (collegamento->Tag == Contatto || collegamento->Tag == Trascrittore)
+        EliminaLegame(this, collegamento->Key, codice(), proprieta.ConOperatore);
+    else
+        EliminaVoce(this, collegamento->Key, proprieta.ConOperatore);
     CaricaCollegamenti();
 }
 

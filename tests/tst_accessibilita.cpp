@@ -385,9 +385,13 @@ private slots:
         auto *area = aperta->findChild<Area *>();
         auto *invito = aperta->findChild<QLabel *>(u"Invito"_s);
         QVERIFY(invito->isVisible());
+        QCOMPARE(QApplication::focusWidget(), area);
+        const auto *letta = QAccessible::queryAccessibleInterface(area);
+        QCOMPARE(letta->text(QAccessible::Description), invito->text());
         QCOMPARE(invito->size(), area->viewport()->size());
         area->colloca(area->addSubWindow(new QWidget), u"Archivi"_s);
         QVERIFY(!invito->isVisible());
+        QCOMPARE(letta->text(QAccessible::Description), QString());
         delete area->subWindowList().constFirst();
         QTRY_VERIFY(invito->isVisible());
     }

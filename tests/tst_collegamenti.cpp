@@ -153,6 +153,35 @@ private slots:
         QCOMPARE(lette(u"SELECT IdProprietario, Tipo FROM Eventi"_s), u"I1;26"_s);
     }
 
+    // Di un operatore si toglie il legame, e si sa che cosa resta.
+    void legameConLOperatore()
+    {
+        esegui(u"INSERT INTO Operatori (Codice, Nome, Tipo) VALUES ('O2', 'Ugo', 41)"_s);
+        esegui(u"INSERT INTO OperatoriContesti VALUES ('O1', 'A1'), ('O2', 'A1')"_s);
+        apre(u"fmArchivio"_s, u"A1"_s, [&](QWidget *finestra) {
+            auto *elenco = parte<QTreeWidget>(finestra, u"ListView1"_s);
+            for (const char *resta :
+                 {"restano.", "restano fino alla prossima eliminazione di un record: non essendo\n"
+                              "collegato ad altro, allora saranno tolti."}) {
+                for (const bool procede : {false, true}) {
+                    elenco->setCurrentItem(elenco->topLevelItem(0));
+                    persona->avvertimento(
+                        u"Attenzione! Eliminando questa voce saranno, anche, \n"
+                        "eliminate TUTTE le voci ad essa collegate. Procedere?\n"
+                        "Si consiglia di annullare l'operazione e di effettuare, prima,\n"
+                        "un back-up dell'archivio\n\n\nQui la voce è il collegamento con un "
+                        "operatore: sarà tolto soltanto quello.\nL'operatore e i suoi dati "_s +
+                            QString::fromUtf8(resta),
+                        procede);
+                    const int prima = elenco->topLevelItemCount();
+                    preme(finestra, u"Command3_1"_s);
+                    QCOMPARE(elenco->topLevelItemCount(), procede ? prima - 1 : prima);
+                }
+            }
+        });
+        QCOMPARE(righe(u"Operatori"_s), 2);
+    }
+
     void generiDellaVoce()
     {
         struct Caso {

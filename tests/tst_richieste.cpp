@@ -115,10 +115,13 @@ private slots:
         QCOMPARE(massimo, 1);
     }
 
-    // Come "Apri"; di ciò che non è un file non dice nulla.
+    // Come "Apri"; di ciò che non è un file lo dice.
     void comeApri()
     {
+        persona->avviso(u"Il file\n"_s + percorso(u"manca.tvd"_s) + u"\nnon esiste"_s);
         principale->apreArchivio(percorso(u"manca.tvd"_s));
+        persona->avviso(u"Il file\n"_s + cartella->path() +
+                        u"\nnon si può aprire: non è un file"_s);
         principale->apreArchivio(cartella->path());
         QVERIFY(principale->visualizzatori().isEmpty());
         creaModello(percorso(u"a.tvd"_s));
