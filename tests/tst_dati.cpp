@@ -280,6 +280,21 @@ private slots:
         QCOMPARE(archivi().ConnessioneCorrente, 1);
     }
 
+    // Dove si è costruito il programma non si tiene nulla che non si possa rifare.
+    void cartellaDeiFile()
+    {
+        const QString segno = QCoreApplication::applicationDirPath() + u"/CMakeCache.txt"_s;
+        const QByteArray casa = qgetenv("HOME");
+        qputenv("HOME", QFile::encodeName(archivio->accanto({})));
+        QCOMPARE(shell::cartellaApplicazione(), QCoreApplication::applicationDirPath());
+        scrive(segno, {});
+        const QString sua = shell::cartellaApplicazione();
+        QFile::remove(segno);
+        qputenv("HOME", casa);
+        QVERIFY(sua.startsWith(archivio->accanto({})) && sua.endsWith(u"/Tarvola"));
+        QVERIFY(QFileInfo(sua).isDir());
+    }
+
     void spostareSenzaSovrascrivere()
     {
         const QString origine = archivio->accanto(u"S.Rocco 1845.tvd"_s);
