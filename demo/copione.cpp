@@ -87,7 +87,9 @@ Passo Copione::trascriveAtto(const Registro &registro, const Atto &atto)
     orologio.start();
     co_await m_mani.cliccaBarra(u"Nuovo"_s);
     co_await m_mani.appare(u"fmVoce"_s);
-    co_await m_mani.scrivi(u"Text1_0"_s, registro.periodo);
+    co_await m_mani.scrivi(u"Text1_0"_s, atto.volume);
+    co_await m_mani.scrivi(u"Text1_1"_s, atto.pagina);
+    co_await m_mani.scrivi(u"Text1_2"_s, atto.numero);
     co_await m_mani.scrivi(u"Text1_3"_s, scrittura(atto.data));
     if (m_atti == 0)
         co_await provaSenzaGenere();
@@ -96,7 +98,9 @@ Passo Copione::trascriveAtto(const Registro &registro, const Atto &atto)
         co_await scriveIndividuo(persona);
         co_await m_mani.appare(u"fmVoce"_s);
     }
-    co_await scriveTesto(atto);
+    co_await scriveTesto(u"Testo riportato"_s, atto.titolo, atto.testo);
+    if (!atto.traduzione.isEmpty())
+        co_await scriveTesto(u"Nota"_s, titoloTraduzione.toString(), atto.traduzione);
     co_await m_mani.fotografa(u"voce"_s);
     co_await m_mani.fotografa(u"schermata"_s, true);
     co_await m_mani.chiudi(u"Command1"_s);
@@ -181,11 +185,11 @@ Passo Copione::sbagliaData()
     co_await m_mani.appare(u"fmEvento"_s);
 }
 
-Passo Copione::scriveTesto(const Atto &atto)
+Passo Copione::scriveTesto(QString genere, QString titolo, QString testo)
 {
-    co_await nuovoCollegamento(u"Testo riportato"_s, u"fmTxtL"_s);
-    co_await m_mani.scrivi(u"Text2"_s, atto.titolo);
-    co_await m_mani.scrivi(u"Text1"_s, atto.testo);
+    co_await nuovoCollegamento(genere, u"fmTxtL"_s);
+    co_await m_mani.scrivi(u"Text2"_s, titolo);
+    co_await m_mani.scrivi(u"Text1"_s, testo);
     co_await m_mani.fotografa(u"testo"_s);
     co_await m_mani.clicca(u"Command1"_s);
     co_await m_mani.chiudi(u"Command4"_s);
@@ -210,11 +214,12 @@ Passo Copione::elencaPersone()
 void Copione::racconta(const Registro &registro, const Atto &atto, qint64 millisecondi) const
 {
     const Conto conto = conta(atto.persone);
-    QTextStream(stdout) << u"%1. %2 (%3, %4): persons %5, families %6, events %7, texts 1; %8 s\n"_s
-                               .arg(m_atti, 2)
-                               .arg(atto.titolo, registro.titolo, registro.periodo)
-                               .arg(conto.individui)
-                               .arg(conto.famiglie)
-                               .arg(conto.eventi)
-                               .arg(static_cast<double>(millisecondi) / 1000, 0, 'f', 1);
+    QTextStream(stdout)
+        << u"%1. %2 (%3, %4): persons %5, families %6, events %7, texts %8; %9 s\n"_s.arg(m_atti, 2)
+               .arg(atto.titolo, registro.titolo, registro.periodo)
+               .arg(conto.individui)
+               .arg(conto.famiglie)
+               .arg(conto.eventi)
+               .arg(atto.traduzione.isEmpty() ? 1 : 2)
+               .arg(static_cast<double>(millisecondi) / 1000, 0, 'f', 1);
 }

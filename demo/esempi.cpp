@@ -111,10 +111,14 @@ Atto atto(const QJsonValue &valore)
 {
     Lettore da(valore);
     Atto letto;
+    letto.volume = da.obbligo(u"volume"_s);
+    letto.pagina = da.obbligo(u"pagina"_s);
+    letto.numero = da.obbligo(u"numero"_s);
     letto.data = da.testo(u"data"_s);
     letto.persone = da.elenco(u"persone"_s, individuo);
     letto.titolo = da.obbligo(u"titolo"_s);
     letto.testo = da.obbligo(u"testo"_s);
+    letto.traduzione = da.testo(u"traduzione"_s);
     da.finisce();
     return letto;
 }

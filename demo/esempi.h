@@ -36,11 +36,18 @@ struct Famiglia {
 };
 
 struct Atto {
+    QString volume;
+    QString pagina;
+    QString numero; // quello che l'atto porta nel registro
     QString data;
     std::vector<Individuo> persone;
     QString titolo;
     QString testo;
+    QString traduzione; // di un testo latino, in una nota
 };
+
+// Il titolo della nota con la traduzione.
+inline constexpr QStringView titoloTraduzione = u"Traduzione";
 
 struct Registro {
     QString titolo;

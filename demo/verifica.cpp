@@ -51,16 +51,26 @@ private:
                                                         {u"DataFinale"_s, questo.dataFinale},
                                                         {u"Supporto"_s, questo.supporto}});
         for (const Atto &atto : questo.atti) {
-            const QString voce = aggiunge(
-                u"Voci"_s,
-                {{u"Registro"_s, codice}, {u"Volume"_s, questo.periodo}, {u"Data"_s, atto.data}});
+            const QString voce = aggiunge(u"Voci"_s, {{u"Registro"_s, codice},
+                                                      {u"Volume"_s, atto.volume},
+                                                      {u"PaginaIniziale"_s, atto.pagina},
+                                                      {u"CodiceVoce"_s, atto.numero},
+                                                      {u"Data"_s, atto.data}});
             for (const Individuo &persona : atto.persone)
                 individuo(persona, voce);
-            aggiunge(u"Binari"_s, {{u"Tipo"_s, u"Testo riportato"_s},
-                                   {u"IdProprietario"_s, voce},
-                                   {u"Nome"_s, atto.titolo},
-                                   {u"Campolungo"_s, atto.testo}});
+            testo(voce, u"Testo riportato"_s, atto.titolo, atto.testo);
+            if (!atto.traduzione.isEmpty())
+                testo(voce, u"Nota"_s, titoloTraduzione.toString(), atto.traduzione);
         }
+    }
+
+    void testo(const QString &voce, const QString &genere, const QString &titolo,
+               const QString &parole)
+    {
+        aggiunge(u"Binari"_s, {{u"Tipo"_s, genere},
+                               {u"IdProprietario"_s, voce},
+                               {u"Nome"_s, titolo},
+                               {u"Campolungo"_s, parole}});
     }
 
     QString individuo(const Individuo &questo, const QString &voce)
