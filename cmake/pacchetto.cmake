@@ -2,7 +2,9 @@
 include(GNUInstallDirs)
 
 set(pacchetto ${CMAKE_BINARY_DIR}/pacchetto)
-foreach(nome tarvola.1 tarvola.metainfo.xml copyright)
+# La revisione del pacchetto; senza, Debian prenderebbe la storia delle versioni per la propria.
+set(TARVOLA_REVISIONE 1)
+foreach(nome tarvola.1 tarvola.metainfo.xml copyright changelog.Debian)
   configure_file(pacchetto/${nome}.in ${pacchetto}/${nome} @ONLY)
 endforeach()
 configure_file(CHANGELOG.md ${pacchetto}/changelog COPYONLY)
@@ -10,12 +12,13 @@ configure_file(CHANGELOG.md ${pacchetto}/changelog COPYONLY)
 # Debian vuole compressi, e senza la data, il manuale e la storia delle versioni.
 find_program(GZIP gzip REQUIRED)
 add_custom_command(
-  OUTPUT ${pacchetto}/tarvola.1.gz ${pacchetto}/changelog.gz
-  COMMAND ${GZIP} -9nfk tarvola.1 changelog
-  DEPENDS ${pacchetto}/tarvola.1 ${pacchetto}/changelog
+  OUTPUT ${pacchetto}/tarvola.1.gz ${pacchetto}/changelog.gz ${pacchetto}/changelog.Debian.gz
+  COMMAND ${GZIP} -9nfk tarvola.1 changelog changelog.Debian
+  DEPENDS ${pacchetto}/tarvola.1 ${pacchetto}/changelog ${pacchetto}/changelog.Debian
   WORKING_DIRECTORY ${pacchetto}
   VERBATIM)
-add_custom_target(compressi ALL DEPENDS ${pacchetto}/tarvola.1.gz ${pacchetto}/changelog.gz)
+add_custom_target(compressi ALL DEPENDS ${pacchetto}/tarvola.1.gz ${pacchetto}/changelog.gz
+                                        ${pacchetto}/changelog.Debian.gz)
 
 set(icone ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable)
 install(TARGETS tarvola RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
@@ -29,8 +32,15 @@ install(FILES icone/tarvola.svg DESTINATION ${icone}/apps)
 install(FILES icone/archivio_tvd.svg DESTINATION ${icone}/mimetypes
         RENAME application-x-tarvola-archive.svg)
 install(FILES ${pacchetto}/tarvola.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-install(FILES ${pacchetto}/copyright ${pacchetto}/changelog.gz
-        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tarvola)
+set(documenti ${CMAKE_INSTALL_DATADIR}/doc/tarvola)
+install(FILES ${pacchetto}/copyright ${pacchetto}/changelog.gz ${pacchetto}/changelog.Debian.gz
+        DESTINATION ${documenti})
+# Il manuale si legge anche fra i documenti; il programma non lo cerca lì, perché chi installa può
+# farne a meno.
+file(MAKE_DIRECTORY ${pacchetto}/doc)
+file(CREATE_LINK ../../tarvola/guida ${pacchetto}/doc/html SYMBOLIC)
+install(FILES ${pacchetto}/doc/html DESTINATION ${documenti})
+install(FILES pacchetto/tarvola-manuale DESTINATION ${CMAKE_INSTALL_DATADIR}/doc-base)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
@@ -40,6 +50,7 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_PACKAGE_NAME tarvola)
 set(CPACK_PACKAGE_CONTACT "Tarvola <${TARVOLA_ASSISTENZA}>")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_RELEASE ${TARVOLA_REVISIONE})
 set(CPACK_DEBIAN_PACKAGE_SECTION misc)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "trascrizione di antichi registri parrocchiali e civili")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION

@@ -12,6 +12,15 @@ foreach(pagina ${sorgenti_guida})
     VERBATIM)
   list(APPEND pagine_guida ${CMAKE_BINARY_DIR}/guida/${pagina})
 endforeach()
+# I contenuti, per chi lo legge fuori dal programma.
+list(TRANSFORM sorgenti_guida PREPEND ${CMAKE_CURRENT_LIST_DIR}/ OUTPUT_VARIABLE fonti_guida)
+add_custom_command(
+  OUTPUT ${CMAKE_BINARY_DIR}/guida/index.html
+  COMMAND ${CMAKE_COMMAND} -DGUIDA=${CMAKE_CURRENT_LIST_DIR}
+          -DFILE=${CMAKE_BINARY_DIR}/guida/index.html -P ${CMAKE_CURRENT_LIST_DIR}/contenuti.cmake
+  DEPENDS ${fonti_guida} ${CMAKE_CURRENT_LIST_DIR}/contenuti.cmake
+  VERBATIM)
+list(APPEND pagine_guida ${CMAKE_BINARY_DIR}/guida/index.html)
 add_custom_target(manuale ALL DEPENDS ${pagine_guida})
 
 # Rinnova le figure del manuale con quelle che la dimostrazione ha lasciato nella cartella data.

@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Usage: strumenti/pacchetto.sh [--install]
-# Builds the Debian package in build/pacchetto and checks what lies in it: desktop entry, file
-# type, software-centre entry, manual page. With --install, and as root on Debian, it also installs
-# the package with apt-get, starts it from its desktop entry on a virtual display as an ordinary
-# user, opens an archive as a double-click does, closes it and removes the package again.
+# Builds the Debian package in build/pacchetto and checks what lies in it: what lintian warns of,
+# desktop entry, file type, software-centre entry, manual, manual page. With --install, and as root
+# on Debian, it also installs the package with apt-get, starts it from its desktop entry on a virtual
+# display as an ordinary user, opens an archive as a double-click does, closes it and removes the
+# package again.
 set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -38,13 +39,17 @@ dpkg-deb --extract "$pacchetto" "$aperto"
 dati=$aperto/usr/share
 
 echo "Checks:"
+# Il pacchetto non entra nell'archivio di Debian: nessuna segnalazione lo aspetta lì.
+lintian --allow-root --fail-on error,warning --suppress-tags initial-upload-closes-no-bugs \
+    "$pacchetto"
 desktop-file-validate "$dati/applications/tarvola.desktop"
 appstreamcli validate --no-net "$dati/metainfo/org.example.tarvola.metainfo.xml"
 xmllint --noout "$dati/mime/packages/tarvola.xml"
 XDG_DATA_HOME=$(realpath "$dati") update-mime-database "$dati/mime"
 grep -qx 'application/x-tarvola-archive:\*.tvd' "$dati/mime/globs"
 gunzip --stdout "$dati/man/man1/tarvola.1.gz" | mandoc -T lint -W warning
-for file in tarvola/tarvola.mod icons/hicolor/scalable/apps/tarvola.svg \
+for file in tarvola/tarvola.mod doc/tarvola/html/index.html doc/tarvola/html/htm/inizio.htm \
+    icons/hicolor/scalable/apps/tarvola.svg \
     icons/hicolor/scalable/mimetypes/application-x-tarvola-archive.svg; do
     test -s "$dati/$file"
 done

@@ -14,14 +14,14 @@ declare -A pacchetti=(
     [build]="g++ cmake ninja-build pkg-config qt6-base-dev libsqlite3-dev libhunspell-dev"
     [use]="libqt6svg6 qt6-translations-l10n hunspell-it fonts-dejavu-core"
     [screen]="xvfb openbox"
-    [package]="dpkg-dev file desktop-file-utils appstream shared-mime-info libxml2-utils mandoc libglib2.0-bin xdotool procps"
+    [package]="dpkg-dev lintian file desktop-file-utils appstream shared-mime-info libxml2-utils mandoc libglib2.0-bin xdotool procps"
     [checks]="clang-format-14 clang-tidy-14 git python3"
 )
 declare -A programmi=(
     [build]="g++ cmake ninja pkg-config"
     [use]=""
     [screen]="Xvfb openbox"
-    [package]="dpkg-shlibdeps file desktop-file-validate appstreamcli update-mime-database xmllint mandoc gio xdotool pgrep"
+    [package]="dpkg-shlibdeps lintian file desktop-file-validate appstreamcli update-mime-database xmllint mandoc gio xdotool pgrep"
     [checks]="clang-format-14 clang-tidy-14 git python3"
 )
 
