@@ -3,7 +3,7 @@
 #include "contesto/contesto.h"
 #include "contesto/finestre.h"
 #include "db/operatori.h"
-#include "editors/caselle.h"
+#include "editors/casella_testo.h"
 #include "editors/fmOperatore.h"
 #include "platform/finestre/messaggi.h"
 

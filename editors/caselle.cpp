@@ -1,87 +1,16 @@
 #include "editors/caselle.h"
 
-#include "platform/lingua/italiano.h"
-
-#include <QFocusEvent>
 #include <QGridLayout>
 #include <QLabel>
 
 #include <algorithm>
 
-namespace
-{
-
-constexpr int lunghezzaMassima = 60;
-constexpr int caratteriInVista = 48;
-
-QString mostrato(const QVariant &valore, Formato formato)
-{
-    const QString testo = valore.toString();
-    switch (formato) {
-    case Formato::Data:
-        return italiano::mostraData(testo);
-    case Formato::DataEstesa:
-        return italiano::mostraDataEstesa(testo);
-    case Formato::Ora:
-        return italiano::mostraOra(testo);
-    default:
-        return testo;
-    }
-}
-
-// Il valore da scrivere per un testo cambiato; non valido se il testo non si può leggere.
-QVariant letto(const QString &testo, Formato formato, const QString &giorno)
-{
-    const auto valore = [](const auto &esito) { return esito ? QVariant(*esito) : QVariant(); };
-    switch (formato) {
-    case Formato::Data:
-    case Formato::DataEstesa:
-        return valore(italiano::leggiData(testo));
-    case Formato::Ora:
-        return valore(italiano::leggiOra(testo, giorno));
-    case Formato::Pagina:
-        return valore(italiano::leggiPagina(testo));
-    default:
-        return testo;
-    }
-}
-
-// Vero se ogni casella ha una riga per sé.
-bool unaPerRiga(const std::vector<DescrizioneCasella> &descrizioni)
-{
-    return std::none_of(descrizioni.begin(), descrizioni.end(),
-                        [](const DescrizioneCasella &una) { return una.colonna > 0; });
-}
-
-} // namespace
-
-void Casella::focusOutEvent(QFocusEvent *evento)
-{
-    QLineEdit::focusOutEvent(evento);
-    if (evento->reason() != Qt::ActiveWindowFocusReason && evento->reason() != Qt::PopupFocusReason)
-        emit lasciata();
-}
-
-void nascondeCaratteri(QLineEdit *casella)
-{
-    casella->setEchoMode(QLineEdit::Password);
-    // Il segno che cela i caratteri è dello stile, che ne sceglierebbe un altro.
-    casella->setStyleSheet(QStringLiteral("lineedit-password-character: %1").arg(int{'*'}));
-}
-
-Caselle::Caselle(std::vector<DescrizioneCasella> descrizioni, QWidget *cornice)
-    : m_descrizioni(std::move(descrizioni)), m_mostrati(m_descrizioni.size())
+Caselle::Caselle(std::vector<DescrizioneCasella> descrizioni, QWidget *sopra)
+    : m_descrizioni(std::move(descrizioni))
 {
     for (const DescrizioneCasella &descrizione : m_descrizioni) {
-        auto *casella = new Casella(cornice);
-        casella->setObjectName(QStringLiteral("Text1_%1").arg(descrizione.indice));
-        casella->setMaxLength(lunghezzaMassima);
-        // Sola nella sua riga, una casella lascia leggere un nome intero.
-        if (unaPerRiga(m_descrizioni))
-            casella->setMinimumWidth(casella->fontMetrics().averageCharWidth() * caratteriInVista);
-        if (descrizione.formato == Formato::Password)
-            nascondeCaratteri(casella);
-        Text1.push_back(casella);
+        m_caselle.push_back(nuovaCasella(descrizione.contenuto, sopra));
+        m_caselle.back()->numera(descrizione.indice);
     }
 }
 
@@ -89,85 +18,74 @@ void Caselle::disponi(QGridLayout *griglia, QWidget *cornice, const QString &chi
 {
     const bool affiancate = std::any_of(m_descrizioni.begin(), m_descrizioni.end(),
                                         [](const auto &d) { return d.colonna > 0; });
+    // Sola nella sua riga, una casella lascia leggere un nome intero.
     const int larghezza = cornice->fontMetrics().averageCharWidth() * (affiancate ? 14 : 46);
-    for (size_t i = 0; i < Text1.size(); ++i) {
+    for (size_t i = 0; i < m_caselle.size(); ++i) {
         const DescrizioneCasella &descrizione = m_descrizioni[i];
         if (descrizione.cornice != chiamata)
             continue;
-        Text1[i]->setMinimumWidth(larghezza);
-        const int riga = descrizione.riga < 0 ? static_cast<int>(i) : descrizione.riga;
-        auto *etichetta = new QLabel(descrizione.etichetta, cornice);
+        QWidget *parte = m_caselle[i]->parte();
+        parte->setMinimumWidth(larghezza);
+        // Sotto ogni riga ce n'è una per le note, che finché tacciono non prende posto.
+        const int riga = 2 * (descrizione.riga < 0 ? static_cast<int>(i) : descrizione.riga);
+        const int colonna = 2 * descrizione.colonna;
+        QLabel *etichetta = m_caselle[i]->etichetta(cornice);
         etichetta->setObjectName(QStringLiteral("Label1_%1").arg(descrizione.indice));
-        etichetta->setBuddy(Text1[i]);
-        griglia->addWidget(etichetta, riga, descrizione.colonna * 2);
-        griglia->addWidget(Text1[i], riga, descrizione.colonna * 2 + 1);
+        griglia->addWidget(etichetta, riga, colonna);
+        griglia->addWidget(parte, riga, colonna + 1);
+        if (QLabel *nota = m_caselle[i]->nota(cornice))
+            griglia->addWidget(nota, riga + 1, colonna + 1);
+    }
+}
+
+void Caselle::disponi(QBoxLayout *fila, const QString &chiamata)
+{
+    for (size_t i = 0; i < m_caselle.size(); ++i) {
+        if (m_descrizioni[i].cornice == chiamata)
+            fila->addWidget(m_caselle[i]->parte());
     }
 }
 
 void Caselle::mostra(const ado::Recordset &record)
 {
-    for (size_t i = 0; i < Text1.size(); ++i) {
-        const DescrizioneCasella &descrizione = m_descrizioni[i];
-        if (descrizione.campo.isEmpty())
-            continue;
-        Text1[i]->setText(mostrato(record.Campo(descrizione.campo), descrizione.formato));
-        Text1[i]->setCursorPosition(0);
-        m_mostrati[i] = Text1[i]->text();
+    for (size_t i = 0; i < m_caselle.size(); ++i) {
+        if (!m_descrizioni[i].campo.isEmpty())
+            m_caselle[i]->mostra(record.Campo(m_descrizioni[i].campo));
     }
 }
 
 void Caselle::scrivi(ado::Recordset &record) const
 {
-    for (size_t i = 0; i < Text1.size(); ++i) {
-        const DescrizioneCasella &descrizione = m_descrizioni[i];
-        if (descrizione.campo.isEmpty())
-            continue;
-        const QString testo = Text1[i]->text();
-        if (testo != m_mostrati[i]) {
-            // Un'ora senza giorno è del giorno dell'evento.
-            const QString giorno = descrizione.formato == Formato::Ora
-                                       ? record.Testo(QStringLiteral("Data"))
-                                       : QString();
-            record.Assegna(descrizione.campo, letto(testo, descrizione.formato, giorno));
-        }
-        if (record.Testo(descrizione.campo).trimmed().isEmpty())
-            record.Assegna(descrizione.campo, QVariant());
+    for (size_t i = 0; i < m_caselle.size(); ++i) {
+        if (!m_descrizioni[i].campo.isEmpty())
+            record.Assegna(m_descrizioni[i].campo, m_caselle[i]->valore());
     }
 }
 
-QString Caselle::rifiuto(int indice) const
+CasellaTesto *Caselle::operator[](int indice) const
 {
-    const auto posto = std::find_if(m_descrizioni.begin(), m_descrizioni.end(),
-                                    [indice](const auto &d) { return d.indice == indice; });
-    const auto i = static_cast<size_t>(posto - m_descrizioni.begin());
-    if (posto->formato == Formato::Testo || posto->formato == Formato::Password)
-        return {};
-    if (Text1[i]->text().trimmed().isEmpty()) {
-        Text1[i]->clear();
-        return {};
-    }
-    if (Text1[i]->text() == m_mostrati[i] || letto(Text1[i]->text(), posto->formato, {}).isValid())
-        return {};
-    return posto->formato == Formato::Pagina
-               ? QStringLiteral("Non è stata inserito un numero di pagina valido")
-               : QStringLiteral("Non è stata inserita una data valida");
+    const auto nome = QStringLiteral("Text1_%1").arg(indice);
+    const auto posto =
+        std::find_if(m_caselle.begin(), m_caselle.end(),
+                     [&nome](const Casella *una) { return una->parte()->objectName() == nome; });
+    return qobject_cast<CasellaTesto *>(
+        m_caselle.at(static_cast<size_t>(posto - m_caselle.begin())));
 }
 
-Casella *Caselle::operator[](int indice) const
+Casella *Caselle::operator[](QStringView campo) const
 {
     const auto posto = std::find_if(m_descrizioni.begin(), m_descrizioni.end(),
-                                    [indice](const auto &d) { return d.indice == indice; });
-    return Text1.at(static_cast<size_t>(posto - m_descrizioni.begin()));
+                                    [campo](const auto &d) { return d.campo == campo; });
+    return m_caselle.at(static_cast<size_t>(posto - m_descrizioni.begin()));
 }
 
 bool Caselle::vuote(const std::vector<int> &indici) const
 {
-    return std::all_of(indici.begin(), indici.end(),
-                       [this](int i) { return (*this)[i]->text().trimmed().isEmpty(); });
+    return std::all_of(indici.begin(), indici.end(), [this](int i) { return (*this)[i]->vuota(); });
 }
 
 void Caselle::setReadOnly(bool sola)
 {
-    for (Casella *casella : Text1)
-        casella->setReadOnly(sola);
+    for (Casella *casella : m_caselle)
+        casella->setSolaLettura(sola);
 }

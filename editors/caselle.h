@@ -1,73 +1,52 @@
 #pragma once
 
+#include "editors/casella_testo.h"
 #include "platform/motore/recordset.h"
 
-#include <QLineEdit>
-
-#include <memory>
-#include <optional>
 #include <vector>
 
+class QBoxLayout;
 class QGridLayout;
 
-// Le caselle di testo di un editor, legate ai campi del record.
+// Le caselle di un editore, legate ai campi del record.
 
-enum class Formato { Testo, Data, DataEstesa, Ora, Pagina, Password };
-
-// Una casella: il suo indice in Text1, il campo (vuoto: nessuno), la didascalia, il formato, il
-// posto nella griglia (-1: una riga per ciascuna, nell'ordine) e la cornice (vuota: "Dettagli").
+// Una casella: il suo posto nella serie che le dà il nome, il campo (vuoto: nessuno), che cosa
+// contiene, il posto nella griglia (riga -1: una riga per ciascuna, nell'ordine) e la cornice
+// (vuota: "Dettagli").
 struct DescrizioneCasella {
     int indice;
     QString campo;
-    QString etichetta;
-    Formato formato = Formato::Testo;
+    DescrizioneCampo contenuto;
     int riga = -1;
     int colonna = 0;
     QString cornice = {};
 };
 
-// Fa sì che la casella mostri un asterisco al posto di ogni carattere.
-void nascondeCaratteri(QLineEdit *casella);
-
-class Casella : public QLineEdit
-{
-    Q_OBJECT
-
-public:
-    using QLineEdit::QLineEdit;
-
-signals:
-    // Il fuoco è passato altrove nella stessa finestra, non a un altro programma né a un menu.
-    void lasciata();
-
-protected:
-    void focusOutEvent(QFocusEvent *evento) override;
-};
-
 class Caselle
 {
 public:
-    Caselle(std::vector<DescrizioneCasella> descrizioni, QWidget *cornice);
+    // Le caselle nascono nell'ordine dato, che è anche quello del tabulatore.
+    Caselle(std::vector<DescrizioneCasella> descrizioni, QWidget *sopra);
 
     // Mette nella griglia le caselle della cornice chiamata così, con le loro etichette.
     void disponi(QGridLayout *griglia, QWidget *cornice, const QString &chiamata = {});
+    // Le mette una dopo l'altra, quando si presentano da sé.
+    void disponi(QBoxLayout *fila, const QString &chiamata);
     // Mostra i valori del record corrente.
     void mostra(const ado::Recordset &record);
-    // Scrive nel record le caselle cambiate; quelle non toccate lasciano il valore com'è, i
-    // campi fatti di soli spazi diventano Null. Le caselle devono aver passato `rifiuto`.
+    // Scrive nel record i valori delle caselle, che nessuna deve rifiutare.
     void scrivi(ado::Recordset &record) const;
-    // Il messaggio con cui il testo della casella è rifiutato; vuoto se va bene. Una casella con
-    // formato che contiene solo spazi è svuotata.
-    QString rifiuto(int indice) const;
 
-    Casella *operator[](int indice) const;
-    const std::vector<DescrizioneCasella> &descrizioni() const { return m_descrizioni; }
-    // Vero se tutte le caselle date contengono solo spazi.
+    // Text1(indice).
+    CasellaTesto *operator[](int indice) const;
+    // La casella del campo, di qualunque formato.
+    Casella *operator[](QStringView campo) const;
+    const std::vector<Casella *> &tutte() const { return m_caselle; }
+    // Vero se tutte le caselle di testo date contengono solo spazi.
     bool vuote(const std::vector<int> &indici) const;
     void setReadOnly(bool sola);
 
 private:
     std::vector<DescrizioneCasella> m_descrizioni;
-    std::vector<Casella *> Text1;
-    std::vector<QString> m_mostrati;
+    std::vector<Casella *> m_caselle;
 };

@@ -15,9 +15,9 @@ DescrizioneEditor descrizione()
         QStringLiteral("Archivi"),
         &ProprietaFinestra::ArchivioLocale,
         {
-            {0, QStringLiteral("Nome"), QStringLiteral("Nome")},
-            {1, QStringLiteral("Abbreviazione"), QStringLiteral("Abbreviato")},
-            {2, QStringLiteral("Gruppo"), QStringLiteral("Gruppo")},
+            {0, QStringLiteral("Nome"), {Formato::Testo, QStringLiteral("Nome")}},
+            {1, QStringLiteral("Abbreviazione"), {Formato::Testo, QStringLiteral("Abbreviato")}},
+            {2, QStringLiteral("Gruppo"), {Formato::Testo, QStringLiteral("Gruppo")}},
         },
         {Legami::TestiEFile, Legami::Operatori, Legami::Indirizzi, Legami::Recapiti},
         {Nota, TestoRiportato, FileAllegato, Contatto, Indirizzo, Recapito},

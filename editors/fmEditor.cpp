@@ -65,21 +65,17 @@ void fmEditor::costruisce()
 
 void fmEditor::completaFinestra(QVBoxLayout *colonna)
 {
-    if (Text1.descrizioni().empty())
+    if (Text1.tutte().empty())
         return;
     auto *cornice = new QGroupBox(QStringLiteral("Dettagli"), this);
-    m_griglia = new QGridLayout(cornice);
-    Text1.disponi(m_griglia, cornice);
+    Text1.disponi(new QGridLayout(cornice), cornice);
     colonna->addWidget(cornice);
-    for (const DescrizioneCasella &casella : Text1.descrizioni()) {
-        const int indice = casella.indice;
-        // L'ora non si controlla lasciandola, solo salvando.
-        if (casella.formato == Formato::Ora)
-            continue;
+    for (Casella *casella : Text1.tutte()) {
         // La casella si controlla quando il fuoco è già arrivato altrove, non mentre passa.
-        connect(
-            Text1[indice], &Casella::lasciata, this, [this, indice] { controllaCasella(indice); },
-            Qt::QueuedConnection);
+        if (casella->siControllaLasciandola())
+            connect(
+                casella, &Casella::lasciata, this, [this, casella] { controllaCasella(*casella); },
+                Qt::QueuedConnection);
     }
 }
 
@@ -354,13 +350,13 @@ fmEditor::apreFiglio(const QString &nome, const QString &didascalia,
     return figlia;
 }
 
-void fmEditor::controllaCasella(int indice)
+void fmEditor::controllaCasella(Casella &casella)
 {
     if (!isVisible() || m_nelMessaggio || solaLettura())
         return;
-    const QString messaggio = Text1.rifiuto(indice);
+    const QString messaggio = casella.rifiuto();
     if (!messaggio.isEmpty())
-        rifiuta(indice, messaggio);
+        rifiuta(casella, messaggio);
 }
 
 // Un bottone premuto in fretta arriva prima del controllo della casella appena lasciata.
@@ -371,23 +367,22 @@ bool fmEditor::casellaInSospeso()
 
 bool fmEditor::casellaRifiutata()
 {
-    for (const DescrizioneCasella &casella : Text1.descrizioni()) {
-        const QString messaggio = Text1.rifiuto(casella.indice);
+    for (Casella *casella : Text1.tutte()) {
+        const QString messaggio = casella->rifiuto();
         if (!messaggio.isEmpty()) {
-            rifiuta(casella.indice, messaggio);
+            rifiuta(*casella, messaggio);
             return true;
         }
     }
     return false;
 }
 
-void fmEditor::rifiuta(int indice, const QString &messaggio)
+void fmEditor::rifiuta(Casella &casella, const QString &messaggio)
 {
     m_nelMessaggio = true;
     messaggi::avvisa(this, messaggio);
     m_nelMessaggio = false;
-    Text1[indice]->setFocus();
-    Text1[indice]->selectAll();
+    casella.riprende();
 }
 
 void fmEditor::keyPressEvent(QKeyEvent *evento)

@@ -7,7 +7,6 @@
 #include "editors/pannello.h"
 #include "platform/motore/recordset.h"
 
-class QGridLayout;
 class QGroupBox;
 class QLabel;
 class QPushButton;
@@ -78,7 +77,6 @@ protected:
     // La riga "Ruolo" o "Tipo" con l'etichetta data da chi apre.
     void aggiungeEtichetta(QVBoxLayout *colonna, const QString &didascalia);
     void mostraEtichetta();
-    QGridLayout *grigliaDettagli() const { return m_griglia; }
 
     Caselle Text1;
     PannelloCollegamenti *pannello;
@@ -94,13 +92,12 @@ private:
     bool apriComune(const Elemento &collegamento);
     void apreRecapito(int genere, const QString &suo, const QString &didascalia);
     void scrive();
-    void controllaCasella(int indice);
+    void controllaCasella(Casella &casella);
     bool casellaRifiutata();
     bool casellaInSospeso();
-    void rifiuta(int indice, const QString &messaggio);
+    void rifiuta(Casella &casella, const QString &messaggio);
 
     DescrizioneEditor m_descrizione;
-    QGridLayout *m_griglia = nullptr;
     QLabel *m_etichetta = nullptr;
     QPushButton *Command1 = nullptr;
     bool m_nelMessaggio = false;

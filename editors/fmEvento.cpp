@@ -1,6 +1,7 @@
 #include "editors/fmEvento.h"
 
 #include "contesto/contesto.h"
+#include "editors/casella_ora.h"
 
 using namespace modTarvola;
 
@@ -15,12 +16,12 @@ DescrizioneEditor descrizione()
         QStringLiteral("Eventi"),
         &ProprietaFinestra::EventoLocale,
         {
-            {0, QStringLiteral("Valore"), QStringLiteral("Valore")},
-            {1, QStringLiteral("Causa"), QStringLiteral("Causa")},
-            {2, QStringLiteral("Luogo"), QStringLiteral("Luogo")},
-            {3, QStringLiteral("Indirizzo"), QStringLiteral("Indirizzo")},
-            {4, QStringLiteral("Data"), QStringLiteral("Data"), Formato::Data},
-            {5, QStringLiteral("Ora"), QStringLiteral("Ora"), Formato::Ora},
+            {0, QStringLiteral("Valore"), {Formato::Testo, QStringLiteral("Valore")}},
+            {1, QStringLiteral("Causa"), {Formato::Testo, QStringLiteral("Causa")}},
+            {2, QStringLiteral("Luogo"), {Formato::Testo, QStringLiteral("Luogo")}},
+            {3, QStringLiteral("Indirizzo"), {Formato::Testo, QStringLiteral("Indirizzo")}},
+            {4, QStringLiteral("Data"), {Formato::Data, QStringLiteral("Data")}},
+            {5, QStringLiteral("Ora"), {Formato::Ora, QStringLiteral("Ora")}},
         },
         {Legami::TestiEFile, Legami::Operatori},
         {Nota, TestoRiportato, FileAllegato, Contatto},
@@ -35,6 +36,7 @@ void fmEvento::completaFinestra(QVBoxLayout *colonna)
 {
     aggiungeEtichetta(colonna, QStringLiteral("Tipo"));
     fmEditor::completaFinestra(colonna);
+    qobject_cast<CasellaOra *>(Text1[u"Ora"])->segue(Text1[u"Data"]);
 }
 
 void fmEvento::completaNuovo()

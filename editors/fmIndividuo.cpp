@@ -3,9 +3,7 @@
 #include "contesto/contesto.h"
 #include "db/connessioni.h"
 
-#include <QGroupBox>
 #include <QHBoxLayout>
-#include <QRadioButton>
 #include <QVBoxLayout>
 
 using namespace modTarvola;
@@ -13,18 +11,13 @@ using namespace modTarvola;
 namespace
 {
 
-// Tre scelte a tre vie: la cornice, il campo, e le lettere dei bottoni dopo il "?", che è Null.
-struct Scelta {
-    const char *cornice;
-    const char *campo;
-    const char *lettere[2];
-};
+// I riquadri a tre vie stanno in fila sotto i dettagli.
+const QString fila = QStringLiteral("fila");
 
-constexpr Scelta sceltePossibili[] = {
-    {"Sesso", "Sesso", {"M", "F"}},
-    {"Legittimo", "Legittimo", {"S", "N"}},
-    {"Vivente", "Vivente", {"S", "N"}},
-};
+DescrizioneCasella scelta(int indice, const QString &campo, const QString &lettere)
+{
+    return {indice, campo, {Formato::Scelta, campo, 1, lettere}, 0, 0, fila};
+}
 
 DescrizioneEditor descrizione()
 {
@@ -34,12 +27,15 @@ DescrizioneEditor descrizione()
         QStringLiteral("Individui"),
         &ProprietaFinestra::IndividuoLocale,
         {
-            {0, QStringLiteral("Precisazione"), QStringLiteral("Precisazione")},
-            {1, QStringLiteral("Nome"), QStringLiteral("Nome")},
-            {2, QStringLiteral("Soprannome"), QStringLiteral("Soprannome")},
-            {3, QStringLiteral("Cognome"), QStringLiteral("Cognome")},
-            {4, QStringLiteral("Detto"), QStringLiteral("Detto")},
-            {5, QStringLiteral("Età"), QStringLiteral("Età")},
+            {0, QStringLiteral("Precisazione"), {Formato::Testo, QStringLiteral("Precisazione")}},
+            {1, QStringLiteral("Nome"), {Formato::Testo, QStringLiteral("Nome")}},
+            {2, QStringLiteral("Soprannome"), {Formato::Testo, QStringLiteral("Soprannome")}},
+            {3, QStringLiteral("Cognome"), {Formato::Testo, QStringLiteral("Cognome")}},
+            {4, QStringLiteral("Detto"), {Formato::Testo, QStringLiteral("Detto")}},
+            {5, QStringLiteral("Età"), {Formato::Testo, QStringLiteral("Età")}},
+            scelta(0, QStringLiteral("Sesso"), QStringLiteral("MF")),
+            scelta(1, QStringLiteral("Legittimo"), QStringLiteral("SN")),
+            scelta(2, QStringLiteral("Vivente"), QStringLiteral("SN")),
         },
         {Legami::TestiEFile, Legami::FamiglieConiuge, Legami::FamiglieGenitori, Legami::Eventi,
          Legami::Operatori},
@@ -55,67 +51,34 @@ void fmIndividuo::completaFinestra(QVBoxLayout *colonna)
 {
     aggiungeEtichetta(colonna, QStringLiteral("Ruolo"));
     fmEditor::completaFinestra(colonna);
-    colonna->addWidget(scelte());
-    // Il pannello dei collegamenti è nato prima: si tabula come si legge.
-    QWidget *prima = Text1[5];
-    for (QWidget *opzione : Option1) {
-        setTabOrder(prima, opzione);
-        prima = opzione;
-    }
-}
-
-QWidget *fmIndividuo::scelte()
-{
-    auto *contenitore = new QWidget(this);
-    auto *riga = new QHBoxLayout(contenitore);
-    riga->setContentsMargins({});
-    for (int i = 0; i < 3; ++i) {
-        const Scelta &scelta = sceltePossibili[i];
-        Frame3[i] = new QGroupBox(QString::fromUtf8(scelta.cornice), contenitore);
-        Frame3[i]->setObjectName(QStringLiteral("Frame3_%1").arg(i));
-        auto *bottoni = new QHBoxLayout(Frame3[i]);
-        for (int j = 0; j < 3; ++j) {
-            const char *lettera = j == 0 ? "?" : scelta.lettere[j - 1];
-            QRadioButton *&bottone = Option1[i * 3 + j];
-            bottone = new QRadioButton(QString::fromUtf8(lettera), Frame3[i]);
-            bottone->setObjectName(QStringLiteral("Option1_%1").arg(i * 3 + j));
-            bottoni->addWidget(bottone);
-        }
-        Option1[i * 3]->setChecked(true);
-        riga->addWidget(Frame3[i]);
-    }
-    return contenitore;
+    auto *riquadri = new QHBoxLayout;
+    Text1.disponi(riquadri, fila);
+    colonna->addLayout(riquadri);
 }
 
 void fmIndividuo::caricato()
 {
     if (!codice().isEmpty())
         proprieta.VoceLocale = adoDettagli.Testo(QStringLiteral("Voce"));
-    for (int i = 0; i < 3; ++i) {
-        const Scelta &scelta = sceltePossibili[i];
-        const QString valore = adoDettagli.Testo(QString::fromUtf8(scelta.campo));
-        for (int j = 1; j < 3; ++j) {
-            if (valore == QString::fromUtf8(scelta.lettere[j - 1]))
-                Option1[i * 3 + j]->setChecked(true);
-        }
-        Frame3[i]->setEnabled(!solaLettura());
-    }
     // Un sesso registrato non si cambia più.
     if (!sessoScelto().isEmpty())
-        Frame3[0]->setEnabled(false);
+        sesso()->setSolaLettura(true);
 }
 
-void fmIndividuo::imponeSesso(const QString &sesso)
+Casella *fmIndividuo::sesso() const
 {
-    Option1[sesso == QStringLiteral("M") ? 1 : 2]->setChecked(true);
-    Frame3[0]->setEnabled(false);
+    return Text1[u"Sesso"];
+}
+
+void fmIndividuo::imponeSesso(const QString &lettera)
+{
+    sesso()->mostra(lettera);
+    sesso()->setSolaLettura(true);
 }
 
 QString fmIndividuo::sessoScelto() const
 {
-    if (Option1[1]->isChecked())
-        return QStringLiteral("M");
-    return Option1[2]->isChecked() ? QStringLiteral("F") : QString();
+    return sesso()->valore().toString();
 }
 
 // Un individuo registrato ha il ruolo del suo record; se non si trova resta quello di chi ha
@@ -131,7 +94,7 @@ void fmIndividuo::dopoCollegamenti()
 
 QString fmIndividuo::rifiutoNuovo(int genere) const
 {
-    return genere == FamigliaConiuge && Option1[0]->isChecked()
+    return genere == FamigliaConiuge && sesso()->vuota()
                ? QStringLiteral(
                      "Per creare una famiglia come coniuge è necessario definire il sesso")
                : QString();
@@ -149,19 +112,6 @@ void fmIndividuo::completaNuovo()
     adoDettagli.Assegna(QStringLiteral("Voce"), proprieta.VoceLocale);
     if (Label2.Tag != 0)
         adoDettagli.Assegna(QStringLiteral("Ruolo"), Label2.Tag);
-}
-
-void fmIndividuo::completa()
-{
-    for (int i = 0; i < 3; ++i) {
-        const Scelta &scelta = sceltePossibili[i];
-        QVariant valore;
-        for (int j = 1; j < 3; ++j) {
-            if (Option1[i * 3 + j]->isChecked())
-                valore = QString::fromUtf8(scelta.lettere[j - 1]);
-        }
-        adoDettagli.Assegna(QString::fromUtf8(scelta.campo), valore);
-    }
 }
 
 void fmIndividuo::salvato()

@@ -2,8 +2,6 @@
 
 #include "editors/fmEditor.h"
 
-class QRadioButton;
-
 // L'individuo: una persona nominata in una voce.
 class fmIndividuo : public fmEditor
 {
@@ -13,7 +11,7 @@ public:
     explicit fmIndividuo(QWidget *sopra);
 
     // Sceglie il sesso ("M" o "F") e non lo lascia cambiare.
-    void imponeSesso(const QString &sesso);
+    void imponeSesso(const QString &lettera);
     // Il sesso scelto nella finestra; vuoto se non è detto.
     QString sessoScelto() const;
     // Il codice registrato in questa finestra; vuoto se non vi si è salvato nulla.
@@ -28,18 +26,15 @@ protected:
     QString controlla() const override;
     QString proprietario() const override { return proprieta.VoceLocale; }
     void completaNuovo() override;
-    void completa() override;
     void salvato() override;
     bool nuovoProprio(const Elemento &genere) override;
     bool apriProprio(const Elemento &collegamento) override;
 
 private:
-    QWidget *scelte();
+    Casella *sesso() const;
     void apreFamiglia(const Elemento &famiglia, const QString &codiceFamiglia);
     void apreEvento(const Elemento &evento, const QString &codiceEvento);
 
     QString NomeIndividuoLocale;
     QString m_salvato;
-    QGroupBox *Frame3[3] = {};
-    QRadioButton *Option1[9] = {};
 };

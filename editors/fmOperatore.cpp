@@ -29,11 +29,19 @@ DescrizioneEditor descrizione()
         QStringLiteral("Operatori"),
         &ProprietaFinestra::OperatoreLocale,
         {
-            {nome, QStringLiteral("Nome"), QStringLiteral("Nome")},
-            {1, QStringLiteral("Cognome"), QStringLiteral("Cognome")},
-            {password, QStringLiteral("Password"), QStringLiteral("Inserisci"), Formato::Password,
-             0, 0, cornicePassword},
-            {conferma, QString(), QStringLiteral("Conferma"), Formato::Password, 1, 0,
+            {nome, QStringLiteral("Nome"), {Formato::Testo, QStringLiteral("Nome")}},
+            {1, QStringLiteral("Cognome"), {Formato::Testo, QStringLiteral("Cognome")}},
+            {password,
+             QStringLiteral("Password"),
+             {Formato::Password, QStringLiteral("Inserisci")},
+             0,
+             0,
+             cornicePassword},
+            {conferma,
+             QString(),
+             {Formato::Password, QStringLiteral("Conferma")},
+             1,
+             0,
              cornicePassword},
         },
         {Legami::TestiEFile, Legami::Indirizzi, Legami::Recapiti, Legami::Operatori},
@@ -84,8 +92,7 @@ void fmOperatore::caricato()
     m_passwordDaControllare =
         proprieta.TipoOperatore == NuovoTrascrittore || proprieta.TipoOperatore == PropriDati;
     Frame3->setVisible(m_passwordDaControllare);
-    connect(Text1[password], &QLineEdit::textEdited, this,
-            [this] { m_passwordDaControllare = true; });
+    connect(Text1[password], &Casella::cambiata, this, [this] { m_passwordDaControllare = true; });
     if (proprieta.TipoOperatore == Trascrittore)
         messaggi::avvisa(parentWidget(), QStringLiteral("I dati del trascrittore non\n"
                                                         "possono essere modificati"));
@@ -98,19 +105,20 @@ QString fmOperatore::controlla() const
     const QString rifiuto = m_passwordDaControllare ? controllaPassword() : QString();
     if (!rifiuto.isEmpty() || contatto())
         return rifiuto;
-    return OperatoreCon(Text1[nome]->text(), Text1[password]->text(), codice()).isEmpty()
+    return OperatoreCon(Text1[nome]->valore().toString(), Text1[password]->testo(), codice())
+                   .isEmpty()
                ? QString()
                : QStringLiteral("La password è già in uso");
 }
 
 QString fmOperatore::controllaPassword() const
 {
-    const QString scritta = Text1[password]->text();
+    const QString scritta = Text1[password]->testo();
     if (Text1.vuote({password}))
         return QStringLiteral("Impossibile salvare i dati senza password");
     if (Text1.vuote({conferma}))
         return QStringLiteral("Impossibile salvare i dati senza confermare la password");
-    if (scritta != Text1[conferma]->text())
+    if (scritta != Text1[conferma]->testo())
         return QStringLiteral("La password non è uguale alla conferma");
     if (scritta.size() < lunghezzaMinima)
         return QStringLiteral("La password deve avere una lunghezza minima di 4 caratteri");

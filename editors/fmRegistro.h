@@ -2,7 +2,7 @@
 
 #include "editors/fmEditor.h"
 
-class QComboBox;
+class CasellaGenere;
 
 // Il registro: un libro dell'archivio, di un tipo che si fissa quando è creato.
 class fmRegistro : public fmEditor
@@ -13,7 +13,6 @@ public:
     explicit fmRegistro(QWidget *sopra);
 
 protected:
-    void completaFinestra(QVBoxLayout *colonna) override;
     int categoria() const override { return modTarvola::CategoriaRegistro; }
     void caricato() override;
     QString controlla() const override;
@@ -23,5 +22,5 @@ protected:
     bool siDispone() const override { return false; }
 
 private:
-    QComboBox *ImageCombo2 = nullptr;
+    CasellaGenere *tipo() const;
 };

@@ -194,13 +194,44 @@ private slots:
                      u"mercoledì, 4 mar 1750, 10:30:0"_s);
             compila(finestra, u"Text1_5"_s, u"verso sera"_s);
             lascia(finestra, u"Text1_5"_s);
-            persona->avviso(nonData);
+            persona->avviso(u"Non è stata inserita un'ora valida"_s);
             preme(finestra, u"Command1"_s);
             QVERIFY(finestra->isVisible());
         });
         // L'etichetta di chi apre era un'altra: il tipo dell'evento resta il suo.
         apre(u"fmEvento"_s, u"E1"_s, [](QWidget *finestra) { preme(finestra, u"Command1"_s); });
         QCOMPARE(lette(u"SELECT Tipo, Ora FROM Eventi"_s), u"20;1750-03-04 10:30:00"_s);
+    }
+
+    // L'ora va dove va la data, finché le si scrive e quando si registra; non chi ha un giorno suo.
+    void oraELaData_data()
+    {
+        colonneDiTesto({"data", "ora", "date", "attesa"});
+        riga("prima l'ora", {"", "", "4 3 1750", "1750-03-04 07:00:00"});
+        riga("ora nello stesso giorno",
+             {"1750-03-04", "1750-03-04 07:00:00", " |5.3.1750|6.3.1750", "1750-03-06 07:00:00"});
+        riga("ora senza giorno",
+             {"1750-03-04", "1899-12-30 07:00:00", "5.3.1750", "1750-03-05 07:00:00"});
+        riga("ora di un altro giorno",
+             {"1750-03-04", "1750-03-05 07:00:00", "6.3.1750", "1750-03-05 07:00:00"});
+        riga("non toccata", {"1750-03-04", "1899-12-30 07:00:00", "", "1899-12-30 07:00:00"});
+    }
+    void oraELaData()
+    {
+        QFETCH(QString, data);
+        QFETCH(QString, ora);
+        QFETCH(QString, date);
+        esegui(u"INSERT INTO Eventi (Codice, IdProprietario, Tipo, Data, Ora) "
+               "VALUES ('E1', 'I1', 20, nullif(?, ''), nullif(?, ''))"_s,
+               {data, ora});
+        apre(u"fmEvento"_s, u"E1"_s, [&](QWidget *finestra) {
+            if (ora.isEmpty())
+                compila(finestra, u"Text1_5"_s, u"7"_s);
+            for (const QString &una : date.split(u'|', Qt::SkipEmptyParts))
+                compila(finestra, u"Text1_4"_s, una);
+            preme(finestra, u"Command1"_s);
+        });
+        QTEST(lette(u"SELECT Ora FROM Eventi"_s), "attesa");
     }
 
     void caselleNonToccate()
@@ -210,8 +241,12 @@ private slots:
                "CodiceVoce = '  '"_s,
                {lungo});
         esegui(u"UPDATE Registri SET DataIniziale = 'verso il 1750', Supporto = ''"_s);
-        apre(u"fmVoce"_s, u"V1"_s, [](QWidget *finestra) {
-            QCOMPARE(parte<QLineEdit>(finestra, u"Text1_0"_s)->text().size(), 60);
+        apre(u"fmVoce"_s, u"V1"_s, [&lungo](QWidget *finestra) {
+            auto *lunga = parte<QLineEdit>(finestra, u"Text1_0"_s);
+            QCOMPARE(lunga->text(), lungo);
+            batte(lunga, u"x"_s);
+            QCOMPARE(lunga->text(), lungo);
+            QVERIFY(!lunga->accessibleDescription().isEmpty());
             QCOMPARE(parte<QLineEdit>(finestra, u"Text1_3"_s)->text(), u"4 mar 1750"_s);
             lascia(finestra, u"Text1_1"_s);
             preme(finestra, u"Command1"_s);

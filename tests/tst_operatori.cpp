@@ -1,6 +1,9 @@
 #include "prova_editori.h"
 
 #include <QGroupBox>
+#include <QLabel>
+
+#include <algorithm>
 
 // Una password non va mai in ciò che una prova scrive: dove può capitare si verifica, non si
 // confronta.
@@ -65,10 +68,9 @@ private slots:
         riga("tre caratteri", {"Noè", "a b", "a b", corta});
         riga("spazio in mezzo", {"Noè", "lun e", "lun e", spazi});
         riga("spazio in fondo", {"Noè", "perciò1 ", "perciò1 ", spazi});
-        riga("stessa password di un omonimo", {"NOÈ", "PERCIÒ1", "PERCIÒ1", inUso});
+        riga("stessa password di un omonimo", {" NOÈ ", "PERCIÒ1", "PERCIÒ1", inUso});
         riga("quattro caratteri", {"Noè", "lune", "lune", ""});
         riga("nome diverso per l'accento", {"Noe", "perciò1", "perciò1", ""});
-        riga("nome diverso per uno spazio", {"Noè ", "perciò1", "perciò1", ""});
     }
     void controlli()
     {
@@ -100,6 +102,29 @@ private slots:
         QCOMPARE(legami().join(u' '), scritto.isEmpty() ? QString() : u"O1O2"_s);
         QVERIFY(scritto.isEmpty() ||
                 legge(u"SELECT Password FROM Operatori WHERE Codice = 'O2'"_s) == password);
+    }
+
+    // Una password più lunga della casella non si accorcia di nascosto; uno spazio dopo il nome
+    // non lo cambia.
+    void cioCheNonEntra()
+    {
+        apreOperatore(0, {}, [&](QWidget *finestra) {
+            riempie(finestra, {u"Noè "_s, QString(), QString(60, u'x')});
+            QVERIFY(casella(finestra, 2)->accessibleDescription().isEmpty());
+            batte(casella(finestra, 2), u"y"_s);
+            const QString nota = u"Al massimo 60 caratteri: il resto non è entrato"_s;
+            QCOMPARE(casella(finestra, 2)->accessibleDescription(), nota);
+            const auto etichette = finestra->findChildren<QLabel *>();
+            QVERIFY(std::any_of(etichette.begin(), etichette.end(), [&](const QLabel *una) {
+                return una->isVisible() && una->text() == nota;
+            }));
+            QTest::keyClick(casella(finestra, 2), Qt::Key_Backspace);
+            QVERIFY(casella(finestra, 2)->accessibleDescription().isEmpty());
+            riempie(finestra, u"2=lune|3=lune"_s);
+            persona->avviso(registrati);
+            salva(finestra);
+        });
+        QCOMPARE(lette(u"SELECT Nome FROM Operatori"_s), u"Ada|Noè"_s);
     }
 
     void propriDati()
