@@ -16,8 +16,11 @@ namespace
 
 QString perdite(const Compattato &esito)
 {
-    QString testo = QStringLiteral("Il file era danneggiato: è stato riparato, recuperando tutto "
-                                   "ciò che si leggeva ancora.");
+    QString testo = esito.estraneo
+                        ? QStringLiteral("Nel file c'era altro, oltre ai record: al suo posto c'è "
+                                         "ora un file pulito, con i record che si leggevano.")
+                        : QStringLiteral("Il file era danneggiato: è stato riparato, recuperando "
+                                         "tutto ciò che si leggeva ancora.");
     testo += esito.mancanti.isEmpty() ? QStringLiteral("\nNessun record è andato perduto.")
                                       : QStringLiteral("\nRecord perduti:");
     for (const salvataggio::Conto &conto : esito.mancanti) {

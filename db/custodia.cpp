@@ -2,6 +2,7 @@
 
 #include "db/connessioni.h"
 #include "db/conversione.h"
+#include "db/fiducia.h"
 #include "db/salvati.h"
 #include "db/schema.h"
 #include "db/versioni.h"
@@ -42,6 +43,7 @@ void apre(ado::Connection &connessione, const QString &percorso)
         throw ado::Errore(
             ado::Causa::Danneggiato,
             QStringLiteral("il file è danneggiato (versione dello schema %1)").arg(versione));
+    verificaSchemaEstraneo(connessione);
     verificaTabelle(connessione);
 }
 
@@ -84,7 +86,8 @@ void richiedeConvertito(const QString &percorso)
 
 bool riparabile(ado::Causa causa)
 {
-    return causa == ado::Causa::Danneggiato || causa == ado::Causa::NonArchivio;
+    return causa == ado::Causa::Danneggiato || causa == ado::Causa::NonArchivio ||
+           causa == ado::Causa::Estraneo;
 }
 
 // La scrittura interrotta di un altro programma si disfa aprendo il file. Il giornale resta solo a
@@ -185,6 +188,7 @@ Compattato compattaArchivio(const QString &percorso, const QString &cestino,
             throw;
         QFile::remove(nuovo.percorso());
         esito.riparato = true;
+        esito.estraneo = errore.causa() == ado::Causa::Estraneo;
         const Salvato salvato = salvaArchivio(suo, nuovo.percorso(), tratto(passo, 0, 90));
         esito.mancanti = salvato.mancanti;
         esito.senzaProprietario = salvato.senzaProprietario;

@@ -1,5 +1,6 @@
 #include "db/schema.h"
 
+#include "db/fiducia.h"
 #include "db/modello.h"
 #include "db/orfani.h"
 #include "db/tabelle.h"
@@ -110,7 +111,24 @@ QStringList nomiDi(Forma forma)
 // La prima versione non viene da nessun'altra; chi ne fa una nuova aggiunge qui il suo passaggio.
 constexpr std::span<const Passaggio> passaggi;
 
+// Le tabelle che il programma tiene accanto alle quattordici e crea quando servono, con i loro
+// indici, lettera per lettera come lo schema le riporta. Qui resta anche ciò che una versione
+// precedente scriveva e questa non più.
+constexpr std::span<const char *const> accanto;
+
 } // namespace
+
+QStringList istruzioniNote()
+{
+    QStringList testi = istruzioni() + QStringList{ado::istruzioneDiProtezione};
+    for (const char *testo : accanto)
+        testi.append(QString::fromUtf8(testo));
+    for (const Passaggio &passaggio : passaggi) {
+        for (const char *testo : passaggio.istruzioni)
+            testi.append(QString::fromUtf8(testo));
+    }
+    return testi;
+}
 
 const QStringList &tabelleConCodice()
 {
@@ -144,6 +162,8 @@ void creaSchema(ado::Connection &connessione)
 
 void verificaSchema(ado::Connection &connessione)
 {
+    rifiutaPiuNuovo(connessione, versioneSchema);
+    verificaSchemaEstraneo(connessione);
     portaAllaVersione(connessione, passaggi, versioneSchema);
     verificaTabelle(connessione);
 }

@@ -16,10 +16,13 @@ const QStringList &tabelle();
 // La tabella cui appartiene un codice ("V12" è di Voci); vuota se la lettera non è di nessuna.
 QString tabellaDiCodice(const QString &codice);
 
+// Tutte le istruzioni che possono stare nello schema di un archivio, di questa versione e delle
+// precedenti.
+QStringList istruzioniNote();
 // Crea tabelle, indici, password e tavola dei generi in un file vuoto.
 void creaSchema(ado::Connection &connessione);
 // Porta alla versione corrente un file di una versione precedente. Fallisce con Errore se è di una
-// più nuova o non ha le tabelle.
+// più nuova, se il suo schema ha qualcosa di estraneo o se non ha le tabelle.
 void verificaSchema(ado::Connection &connessione);
 // Fallisce con Errore se il file non ha le tabelle.
 void verificaTabelle(ado::Connection &connessione);

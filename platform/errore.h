@@ -21,6 +21,7 @@ enum class Causa {
     Chiusa,
     Spostato,
     VersioneNuova,
+    Estraneo,
     Interrotto
 };
 

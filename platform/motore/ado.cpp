@@ -11,6 +11,9 @@
 namespace ado
 {
 
+const QString istruzioneDiProtezione =
+    QStringLiteral("CREATE TABLE Protezione (Nome TEXT PRIMARY KEY, Valore TEXT) WITHOUT ROWID");
+
 namespace
 {
 
@@ -229,24 +232,43 @@ void Connection::apriBase(const QString &percorso, int modi)
     // Un archivio può arrivare per posta: lo schema di un file altrui non comanda il motore.
     sqlite3_db_config(m_base, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
     sqlite3_db_config(m_base, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite3_db_config(m_base, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
 }
 
+// Finché lo schema del file non è stato guardato il motore è tenuto a freno: leggerlo è già un
+// lavoro che il file decide.
 void Connection::verificaFormato(const QString &password)
+{
+    const Freno freno(*this);
+    try {
+        verificaPassword(password);
+    } catch (const Errore &) {
+        if (freno.scattato())
+            throw estraneo(QStringLiteral("uno schema smisurato"));
+        throw;
+    }
+    Execute({QStringLiteral("PRAGMA synchronous = FULL"), {}, {}});
+}
+
+void Connection::verificaPassword(const QString &password)
 {
     if (valore({QStringLiteral("PRAGMA application_id"), {}, {}}).toLongLong() != identificativo)
         throw Errore(Causa::NonArchivio, spiegazione(Causa::NonArchivio));
     const QVariant protetto = passwordDelFile();
     if (protetto.isValid() && protetto.toString() != impronta(password))
         throw Errore(Causa::PasswordErrata, QStringLiteral("la password del file è un'altra"));
-    Execute({QStringLiteral("PRAGMA synchronous = FULL"), {}, {}});
 }
 
 // Un file senza la tavola non ha mai avuto una password.
 QVariant Connection::passwordDelFile()
 {
-    if (!valore({QStringLiteral("SELECT 1 FROM sqlite_schema WHERE name = 'Protezione'"), {}, {}})
-             .isValid())
+    const QVariant fatta =
+        valore({QStringLiteral("SELECT sql FROM sqlite_schema WHERE name = 'Protezione'"), {}, {}});
+    if (!fatta.isValid())
         return {};
+    // Una vista con quel nome farebbe al motore ciò che vuole.
+    if (fatta.toString().simplified() != istruzioneDiProtezione)
+        throw estraneo(QStringLiteral("la tabella o vista «Protezione», così com'è fatta,"));
     return valore(
         {QStringLiteral("SELECT Valore FROM Protezione WHERE Nome = 'password'"), {}, {}});
 }
@@ -343,12 +365,11 @@ void Connection::fallisci(int esito) const
 void proteggi(Connection &connessione, const QString &password)
 {
     connessione.Execute({QStringLiteral("PRAGMA application_id = %1").arg(identificativo), {}, {}});
-    connessione.Execute(
-        {QStringLiteral(
-             "CREATE TABLE IF NOT EXISTS Protezione (Nome TEXT PRIMARY KEY, Valore TEXT) "
-             "WITHOUT ROWID"),
-         {},
-         {}});
+    if (!connessione
+             .valore(
+                 {QStringLiteral("SELECT 1 FROM sqlite_schema WHERE name = 'Protezione'"), {}, {}})
+             .isValid())
+        connessione.Execute({istruzioneDiProtezione, {}, {}});
     connessione.Execute({QStringLiteral("DELETE FROM Protezione"), {}, {}});
     if (!password.isEmpty()) {
         connessione.Execute({QStringLiteral("INSERT INTO Protezione VALUES ('password', ?)"),

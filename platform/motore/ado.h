@@ -85,11 +85,13 @@ public:
     sqlite3 *base() const { return m_base; }
 
 private:
+    friend class Freno;
     friend class Istruzione;
     friend class Sorveglianza;
     friend class Stream;
     void apriBase(const QString &percorso, int modi);
     void verificaFormato(const QString &password);
+    void verificaPassword(const QString &password);
     QVariant passwordDelFile();
     sqlite3_stmt *prepara(const QString &testo);
     void restituisci(const QString &testo, sqlite3_stmt *istruzione);
@@ -120,6 +122,28 @@ private:
     std::function<bool()> m_procede;
 };
 
+// Finché vive, il motore fa sulla connessione poco lavoro e con poca memoria: quanto ne chiede lo
+// schema di un archivio. Chi ne chiede di più fallisce.
+class Freno
+{
+public:
+    explicit Freno(Connection &connessione);
+    ~Freno();
+    Freno(const Freno &) = delete;
+    Freno &operator=(const Freno &) = delete;
+    // Vero se l'istruzione appena fallita chiedeva troppo.
+    bool scattato() const;
+
+private:
+    sqlite3 *m_base;
+    int m_lunghezza;
+    int m_istruzione;
+    int m_domande = 0;
+};
+
+// L'errore, con la causa Estraneo, di un file in cui c'è quella cosa ("la vista «X»").
+Errore estraneo(const QString &cosa);
+
 // Cambiamenti che stanno insieme: o tutti o nessuno. Chi la lascia senza conferma li annulla.
 class Transazione
 {
@@ -135,6 +159,8 @@ private:
     bool m_aperta = true;
 };
 
+// L'istruzione che crea la tavola della password.
+extern const QString istruzioneDiProtezione;
 // Segna il file aperto come archivio protetto dalla password data (vuota: nessuna).
 void proteggi(Connection &connessione, const QString &password);
 

@@ -24,7 +24,7 @@ Alberi::Alberi(const File &file, const QHash<QString, Albero> &previsti)
 }
 
 // Lo schema si cerca prima dal suo posto; se non c'è tutto, in ogni foglia del file.
-QHash<QString, quint32> Alberi::radici(const File &file) const
+QHash<QString, quint32> Alberi::radici(const File &file)
 {
     QHash<QString, quint32> trovate;
     QList<quint32> daVedere{1};
@@ -56,7 +56,7 @@ QHash<QString, quint32> Alberi::radici(const File &file) const
     return trovate;
 }
 
-void Alberi::radiciDa(const File &file, quint32 pagina, QHash<QString, quint32> &radici) const
+void Alberi::radiciDa(const File &file, quint32 pagina, QHash<QString, quint32> &radici)
 {
     const Pagina letta = file.pagina(pagina);
     if (letta.genere != Genere::Tabella || !letta.foglia)
@@ -70,8 +70,10 @@ void Alberi::radiciDa(const File &file, quint32 pagina, QHash<QString, quint32> 
             (riga->at(tipo).byte != "table" && riga->at(tipo).byte != "index"))
             continue;
         const QString suo = QString::fromUtf8(riga->at(nome).byte);
-        if (m_alberi.contains(suo) && !radici.contains(suo))
-            radici.insert(suo, static_cast<quint32>(riga->at(radice).intero));
+        if (!m_alberi.contains(suo) || radici.contains(suo))
+            continue;
+        radici.insert(suo, static_cast<quint32>(riga->at(radice).intero));
+        m_definizioni.insert(suo, riga->at(testo).byte);
     }
 }
 

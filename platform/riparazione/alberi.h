@@ -28,16 +28,19 @@ public:
     Alberi(const File &file, const QHash<QString, Albero> &previsti);
 
     Albero operator[](const QString &nome) const { return m_alberi.value(nome); }
+    // L'istruzione con cui lo schema del file crea la tabella; vuota se non si legge.
+    QByteArray definizione(const QString &tabella) const { return m_definizioni.value(tabella); }
     // Che cosa si sa di ogni pagina; le celle lette vi segnano le pagine che le seguono.
     QList<Uso> &uso() { return m_uso; }
 
 private:
-    void radiciDa(const File &file, quint32 pagina, QHash<QString, quint32> &radici) const;
-    QHash<QString, quint32> radici(const File &file) const;
+    void radiciDa(const File &file, quint32 pagina, QHash<QString, quint32> &radici);
+    QHash<QString, quint32> radici(const File &file);
     void libere(const File &file);
     void percorre(const File &file, quint32 prima, Albero &albero);
 
     QHash<QString, Albero> m_alberi;
+    QHash<QString, QByteArray> m_definizioni;
     QList<Uso> m_uso;
 };
 

@@ -1,6 +1,7 @@
 #include "platform/riparazione/salvataggio.h"
 
 #include "platform/riparazione/alberi.h"
+#include "platform/riparazione/definizioni.h"
 #include "platform/riparazione/salvate.h"
 
 #include <algorithm>
@@ -35,6 +36,7 @@ private:
     void collocaCoppia(const Cella &cella);
     bool accetta(Tabella &tabella, const Cella &cella, bool orfana);
     bool adatta(const Tabella &tabella, const QList<Valore> &riga) const;
+    void accosta(Tabella &tabella) const;
     void riparaCodice(const Tabella &tabella, qint64 chiave, QList<Valore> &riga);
     Conto conta(const Tabella &tabella);
     void avanza(qint64 fatte) { provvisorio::avanza(m_passo, fatte, m_file.quante()); }
@@ -88,6 +90,7 @@ QList<Conto> Salvataggio::compie(bool tiene)
     }
     for (Tabella &tabella : m_salvate.tabelle()) {
         if (tabella.conRowid) {
+            accosta(tabella);
             righeDi(tabella);
             continue;
         }
@@ -119,6 +122,42 @@ void Salvataggio::aspettaDa(const Tabella &tabella, const QString &indice)
                 m_salvate.aspetta(tabella, indice, voce->constLast().intero, codice);
         }
     }
+}
+
+// Una tabella che altri hanno rifatto può avere colonne in più, o in un altro ordine: dove le sue
+// vanno a finire. Una colonna di nome sconosciuto, dove la nostra manca, è la nostra col nome
+// rovinato.
+void Salvataggio::accosta(Tabella &tabella) const
+{
+    const QStringList sue = colonneScritte(m_alberi.definizione(tabella.nome));
+    const auto postoDi = [](const QStringList &nomi, const QString &nome) {
+        const auto posto = std::find_if(nomi.begin(), nomi.end(), [&nome](const QString &uno) {
+            return uno.compare(nome, Qt::CaseInsensitive) == 0;
+        });
+        return posto == nomi.end() ? qsizetype{-1} : posto - nomi.begin();
+    };
+    tabella.posti.clear();
+    if (sue == tabella.colonne)
+        return;
+    for (qsizetype i = 0; i < sue.size(); ++i) {
+        const qsizetype posto = postoDi(tabella.colonne, sue.at(i));
+        const bool rovinata =
+            posto < 0 && i < tabella.colonne.size() && postoDi(sue, tabella.colonne.at(i)) < 0;
+        tabella.posti.append(rovinata ? i : posto);
+    }
+}
+
+// La riga come sarebbe nella tabella nostra; le colonne che non ha restano Null.
+QList<Valore> riordinata(const Tabella &tabella, const QList<Valore> &riga)
+{
+    QList<Valore> nuova(tabella.colonne.size());
+    for (qsizetype i = 0; i < qMin(riga.size(), tabella.posti.size()); ++i) {
+        const qsizetype posto = tabella.posti.at(i);
+        const bool lungoNelMezzo = riga.at(i).tipo == Valore::Lungo && posto != nuova.size() - 1;
+        if (posto >= 0 && !lungoNelMezzo)
+            nuova[posto] = riga.at(i);
+    }
+    return nuova;
 }
 
 void Salvataggio::righeDi(Tabella &tabella)
@@ -223,6 +262,8 @@ bool Salvataggio::accetta(Tabella &tabella, const Cella &cella, bool orfana)
     Carico carico(m_file, cella);
     auto riga = carico.colonne();
     const qsizetype colonne = tabella.colonne.size();
+    if (riga && !orfana && !tabella.posti.isEmpty())
+        riga = riordinata(tabella, *riga);
     // Le righe scritte prima che la tabella avesse le ultime colonne ne hanno di meno.
     if (!riga || riga->size() > colonne || (orfana && riga->size() != colonne))
         return false;

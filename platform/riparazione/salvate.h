@@ -20,8 +20,11 @@ struct Tabella {
     QStringList colonne;
     int chiaveIntera = -1; // la colonna che è la chiave interna
     bool conRowid = true;
-    QStringList indici;                // senza quello che è la tabella stessa
-    QStringList testimoni;             // gli indici che nominano i codici
+    QStringList indici;    // senza quello che è la tabella stessa
+    QStringList testimoni; // gli indici che nominano i codici
+    // Il posto fra le colonne di ciascun valore di una riga del file, -1 se non ne ha; vuoto se i
+    // valori stanno come le colonne.
+    QList<qsizetype> posti;
     QHash<QString, QList<int>> ordine; // per indice, la colonna della tabella che sta a ogni posto
     Istruzione conChiave;
     Istruzione senzaChiave;
