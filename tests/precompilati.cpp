@@ -1,0 +1,1 @@
+// Un sorgente perché le intestazioni precompilate delle prove siano di qualcuno.
