@@ -86,7 +86,8 @@ QList<fmTabella *> MDITras::visualizzatori() const
 void MDITras::apre(const ProprietaTabella &proprieta)
 {
     auto tabella = std::make_unique<fmTabella>(
-        proprieta, ServiziTabella{[this](const ProprietaTabella &altra) { apre(altra); }}, this);
+        proprieta, ServiziTabella{[this](const ProprietaTabella &altra) { apre(altra); }, {}},
+        this);
     tabella->Form_Load();
     QMdiSubWindow *finestra = m_area->addSubWindow(tabella.release());
     finestra->setAttribute(Qt::WA_DeleteOnClose);

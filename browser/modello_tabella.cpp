@@ -191,6 +191,13 @@ bool ModelloTabella::conferma(int riga)
     return !ora.isEmpty() && ora.value(posto).toString() == visto;
 }
 
+void ModelloTabella::rinfresca()
+{
+    m_righe.clear();
+    if (!m_chiavi.empty())
+        emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
+}
+
 int ModelloTabella::rigaDi(const QString &codice) const
 {
     return rigaDiChiave(m_elenco.chiaveDi(codice));

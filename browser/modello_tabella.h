@@ -43,6 +43,8 @@ public:
     // Vero se la riga è ancora nell'archivio, e del record che si vedeva; da qui in poi mostra ciò
     // che c'è ora. Lancia ado::Errore se non si può leggere.
     bool conferma(int riga);
+    // Dimentica le righe lette: quelle che si vedono si rileggono, le chiavi restano.
+    void rinfresca();
     // La riga del record col codice dato; -1 se non è nell'elenco.
     int rigaDi(const QString &codice) const;
     // La chiave di una riga, che resta la stessa anche dopo un ordinamento.
