@@ -21,6 +21,7 @@ using namespace modTarvola;
 namespace
 {
 
+constexpr int segnoDettagli = 8;
 const QString colonnaCodice = QStringLiteral("Codice");
 
 std::vector<ComandoElenco> aggiunti(const ServiziTabella &servizi, const GenereElenco &genere)
@@ -58,12 +59,12 @@ fmTabella::fmTabella(ProprietaTabella dalle, ServiziTabella servizi, QWidget *so
 void fmTabella::Form_Load()
 {
     // Il segno dei dettagli non è un ambito: da qui in poi resta tolto.
-    const bool dettagli = proprieta.Ordinamento > 7;
-    if (dettagli)
-        proprieta.Ordinamento -= 8;
+    m_dettagli = proprieta.Ordinamento >= segnoDettagli;
+    if (m_dettagli)
+        proprieta.Ordinamento -= segnoDettagli;
     m_connessione = &connessione();
     const Richiesta richiesta{
-        proprieta.TipoTabella,    proprieta.Ordinamento,    dettagli,
+        proprieta.TipoTabella,    proprieta.Ordinamento,    m_dettagli,
         proprieta.ArchivioLocale, proprieta.RegistroLocale, proprieta.VoceLocale};
     adoTabella = new ModelloTabella(Elenco(richiesta, *m_connessione), this);
     adoTabella->apre();
@@ -130,12 +131,45 @@ void fmTabella::aggiorna(const QString &codiceDaScegliere)
     Form_Activate();
 }
 
+StatoTabella fmTabella::stato() const
+{
+    StatoTabella stato{proprieta, adoTabella->colonnaOrdine(), codiceCorrente()};
+    if (m_dettagli)
+        stato.proprieta.Ordinamento += segnoDettagli;
+    return stato;
+}
+
+void fmTabella::riprende(const StatoTabella &stato)
+{
+    if (stato.colonnaOrdine >= 0)
+        DataGrid1->ordina(stato.colonnaOrdine);
+    // Il record può essere fra quelli che non si sono ancora letti.
+    if (!stato.codiceCorrente.isEmpty() && stato.codiceCorrente != codiceCorrente())
+        aggiorna(stato.codiceCorrente);
+}
+
+QString fmTabella::ambito() const
+{
+    const QString codici[] = {proprieta.ArchivioLocale, proprieta.RegistroLocale,
+                              proprieta.VoceLocale};
+    const char *const nomi[] = {"archivio ", "registro ", "voce "};
+    // Senza un ambito più largo si elenca ciò che sta nel contenitore di un livello sopra.
+    const int livello = proprieta.Ordinamento == 6   ? 0
+                        : proprieta.Ordinamento == 4 ? 1
+                                                     : static_cast<int>(m_genere.livello) - 1;
+    if (proprieta.Ordinamento != 7 && livello < 0)
+        return {};
+    return (proprieta.Ordinamento == 7 ? QStringLiteral("tutto")
+                                       : QString::fromUtf8(nomi[livello]) + codici[livello]) +
+           (m_dettagli ? QStringLiteral(", con i dettagli") : QString());
+}
+
 void fmTabella::mostraCambiamenti(bool chiavi)
 {
     if (chiavi)
         DataGrid1->rilegge({});
     else
-        adoTabella->rinfresca();
+        DataGrid1->rinfresca();
     m_barre.abilita();
 }
 

@@ -42,6 +42,12 @@ public:
     void prendeContesto();
     // Rilegge l'elenco; la riga corrente resta quella, o quella del codice dato se c'è.
     void aggiorna(const QString &codiceDaScegliere = {});
+    StatoTabella stato() const;
+    // Riprende ordine e riga corrente di un elenco che c'era; lancia ado::Errore.
+    void riprende(const StatoTabella &stato);
+    // Che cosa l'elenco abbraccia: "registro R1", "tutto, con i dettagli". Vuoto dove non si
+    // sceglie.
+    QString ambito() const;
     // Mostra ciò che è cambiato nell'archivio mentre l'elenco può non essere quello attivo: su che
     // cosa si lavora resta com'è. Con `chiavi` ci sono record nati o tolti, e si rilegge per
     // intero; altrimenti si rileggono le righe che si vedono.
@@ -63,6 +69,7 @@ private:
     const GenereElenco &m_genere;
     ServiziTabella m_servizi;
     ado::Connection *m_connessione = nullptr;
+    bool m_dettagli = false;
     ModelloTabella *adoTabella = nullptr;
     BarreElenco m_barre;
     QMenu *TItem;

@@ -160,6 +160,7 @@ const std::vector<GenereElenco> &generiElenco()
          .perAprire = voce,
          .perCreare = voceNuova},
         {.tabella = QStringLiteral("Individui"),
+         .conDettagli = true,
          .editore = QStringLiteral("fmIndividuo"),
          .codice = &ProprietaFinestra::IndividuoLocale,
          .perAprire = individuo},

@@ -23,6 +23,8 @@ struct GenereElenco {
     // Come si chiama nel menu Tabelle, se non come la tabella.
     QString voceDiMenu = tabella;
     Livello livello = Livello::Dipendente;
+    // Vero se le righe si possono mostrare anche con i loro dettagli.
+    bool conDettagli = false;
     // La tabella che "Seleziona" apre; vuota se nessuna.
     QString figlia = {};
     // Quanti fra archivio, registro e voce correnti stanno nella didascalia, e quanti ci stanno

@@ -39,7 +39,7 @@ void Griglia::mostra(ModelloTabella *modello)
             [this](const QModelIndex &indice) { emit rigaCambiata(indice.row()); });
     vaAllaRiga(0);
     memoria::ricordaColonne(horizontalHeader(), accessibleName());
-    adattaColonne();
+    adattaColonne(Larghezza::Giusta);
 }
 
 // Le altre chiavi aspettano che le prime righe siano sullo schermo.
@@ -50,20 +50,44 @@ void Griglia::paintEvent(QPaintEvent *evento)
         m_modello->continua();
 }
 
-// Le colonne si adattano alle prime righe, mai a tutte; un testo lungo non caccia le altre.
-void Griglia::adattaColonne()
+// Le colonne si adattano alle prime righe e a quelle che si vedono, mai a tutte; un testo lungo non
+// caccia le altre.
+int Griglia::larghezza(int colonna) const
 {
     constexpr int righeGuardate = 20;
     const int massima = fontMetrics().averageCharWidth() * 60;
     const int bordo = fontMetrics().averageCharWidth() * 3;
+    int larga = qMax(horizontalHeader()->sectionSizeHint(colonna),
+                     fontMetrics().horizontalAdvance(m_modello->esempio(colonna)) + bordo);
+    const auto guarda = [&](int riga) {
+        const QString testo = m_modello->index(riga, colonna).data().toString();
+        larga = qMax(larga, fontMetrics().horizontalAdvance(testo) + bordo);
+    };
+    for (int riga = 0; riga < qMin(righeGuardate, m_modello->rowCount()); ++riga)
+        guarda(riga);
+    const int prima = rowAt(0);
+    const int ultima = rowAt(viewport()->height() - 1);
+    for (int riga = prima; prima >= righeGuardate && riga <= ultima; ++riga)
+        guarda(riga);
+    return qMin(larga, massima);
+}
+
+void Griglia::adattaColonne(Larghezza come)
+{
     memoria::adattaColonne(horizontalHeader(), [&](int colonna) {
-        int larga = horizontalHeader()->sectionSizeHint(colonna);
-        for (int riga = 0; riga < qMin(righeGuardate, m_modello->rowCount()); ++riga) {
-            const QString testo = m_modello->index(riga, colonna).data().toString();
-            larga = qMax(larga, fontMetrics().horizontalAdvance(testo) + bordo);
-        }
-        return qMin(larga, massima);
+        const int larga = larghezza(colonna);
+        return come == Larghezza::Giusta ? larga
+                                         : qMax(larga, horizontalHeader()->sectionSize(colonna));
     });
+}
+
+QItemSelectionModel::SelectionFlags Griglia::selectionCommand(const QModelIndex &indice,
+                                                              const QEvent *evento) const
+{
+    const auto comando = QTableView::selectionCommand(indice, evento);
+    return comando & QItemSelectionModel::Deselect
+               ? QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows
+               : comando;
 }
 
 void Griglia::vaAllaRiga(int riga)
@@ -78,15 +102,20 @@ void Griglia::rilegge(const QString &codiceDaScegliere)
     const qint64 chiave = prima < 0 ? -1 : m_modello->chiave(prima);
     const bool eraVuota = m_modello->rowCount() == 0;
     m_modello->rilegge();
-    // Le larghezze di prima non dicono nulla delle righe nuove.
-    if (eraVuota || !codiceDaScegliere.isEmpty())
-        adattaColonne();
+    // Le larghezze di un elenco vuoto non dicono nulla delle righe nuove.
+    adattaColonne(eraVuota ? Larghezza::Giusta : Larghezza::Cresce);
     int riga = codiceDaScegliere.isEmpty() ? -1 : m_modello->rigaDi(codiceDaScegliere);
     if (riga < 0)
         riga = m_modello->rigaDiChiave(chiave);
     if (riga < 0)
         riga = qMin(prima, m_modello->rowCount() - 1);
     vaAllaRiga(riga);
+}
+
+void Griglia::rinfresca()
+{
+    m_modello->rinfresca();
+    adattaColonne(Larghezza::Cresce);
 }
 
 void Griglia::ordina(int colonna)

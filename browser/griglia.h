@@ -22,6 +22,8 @@ public:
     // Rilegge le chiavi. Resta corrente lo stesso record, o quello del codice dato se c'è; se non
     // c'è più, il suo posto. Lancia ado::Errore.
     void rilegge(const QString &codiceDaScegliere);
+    // Rilegge le righe che si vedono; le chiavi restano.
+    void rinfresca();
     // Ordina per una colonna, se si può; un guasto diventa un messaggio.
     void ordina(int colonna);
 
@@ -32,9 +34,16 @@ signals:
 
 protected:
     void paintEvent(QPaintEvent *evento) override;
+    // La riga corrente è sempre scelta, anche dopo Ctrl e un clic: i comandi agiscono su quella
+    // che si vede.
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &indice,
+                                                         const QEvent *evento) const override;
 
 private:
-    void adattaColonne();
+    // Larghe quanto vogliono ora, o mai meno di come sono.
+    enum class Larghezza { Giusta, Cresce };
+    void adattaColonne(Larghezza come);
+    int larghezza(int colonna) const;
 
     ModelloTabella *m_modello = nullptr;
 };

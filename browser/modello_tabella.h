@@ -30,6 +30,8 @@ public:
     void continua();
     // Rilegge tutte le chiavi nell'ordine corrente. Lancia ado::Errore; allora l'elenco è vuoto.
     void rilegge();
+    // Un testo lungo quanto i più lunghi della colonna, dove si sa; altrimenti vuoto.
+    QString esempio(int colonna) const;
     bool ordinabile(int colonna) const { return m_elenco.ordinabile(colonna); }
     // Ordina per una colonna, se si può; falso se non si può.
     bool ordina(int colonna);

@@ -20,6 +20,15 @@ struct ProprietaTabella {
     QString ConOperatore;
 };
 
+// Com'è un elenco aperto: quanto basta per riaprirlo uguale.
+struct StatoTabella {
+    // Con il segno dei dettagli in Ordinamento, come le darebbe chi lo apre.
+    ProprietaTabella proprieta;
+    // -1 se nessuna colonna dà l'ordine.
+    int colonnaOrdine = -1;
+    QString codiceCorrente;
+};
+
 // Ciò che il visualizzatore chiede alla finestra principale.
 struct ServiziTabella {
     // Apre un altro visualizzatore; lancia ado::Errore se il suo elenco non si può leggere.

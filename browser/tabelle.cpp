@@ -25,6 +25,9 @@ void preparaAmbito(fmVisualizza &ambito, const GenereElenco &da, const GenereEle
         ambito.nasconde(fmVisualizza::Registro);
     if (sopraLeVoci || nuovo.livello <= Livello::Voce)
         ambito.nasconde(fmVisualizza::Voce);
+    if (!nuovo.conDettagli)
+        ambito.spegne(fmVisualizza::Dettagli,
+                      QStringLiteral("I dettagli si mostrano soltanto degli individui"));
     if (daArchivi && nuovo.livello >= Livello::Voce)
         ambito.preimposta(fmVisualizza::tuttiIRegistri);
     if (sopraLeVoci && nuovo.livello == Livello::Dipendente)

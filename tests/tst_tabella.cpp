@@ -17,6 +17,13 @@ private slots:
         QCOMPARE(corrente(archiviAperti), u"A1"_s);
         va(archiviAperti, 1);
         QCOMPARE(contesto().ArchivioCorrente, u"A1"_s);
+        // Anche dopo Ctrl e un clic la riga su cui si agisce è quella che si vede scelta.
+        QTest::mouseClick(
+            griglia(archiviAperti)->viewport(), Qt::LeftButton, Qt::ControlModifier,
+            griglia(archiviAperti)->visualRect(griglia(archiviAperti)->currentIndex()).center());
+        QVERIFY(griglia(archiviAperti)
+                    ->selectionModel()
+                    ->isSelected(griglia(archiviAperti)->currentIndex()));
         comando(archiviAperti, 1);
 
         fmTabella *registri = ultimo();
