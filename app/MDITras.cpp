@@ -4,6 +4,7 @@
 #include "app/area.h"
 #include "app/fmChiudi.h"
 #include "contesto/contesto.h"
+#include "db/connessioni.h"
 #include "platform/finestre/memoria_finestre.h"
 #include "platform/finestre/messaggi.h"
 #include "platform/finestre/testo_semplice.h"
@@ -83,10 +84,11 @@ QList<fmTabella *> MDITras::visualizzatori() const
     return tutti;
 }
 
-void MDITras::apre(const ProprietaTabella &proprieta)
+fmTabella *MDITras::apre(const ProprietaTabella &proprieta)
 {
     auto tabella = std::make_unique<fmTabella>(
-        proprieta, ServiziTabella{[this](const ProprietaTabella &altra) { apre(altra); }}, this);
+        proprieta, ServiziTabella{[this](const ProprietaTabella &altra) { apre(altra); }, {}},
+        this);
     tabella->Form_Load();
     QMdiSubWindow *finestra = m_area->addSubWindow(tabella.release());
     finestra->setAttribute(Qt::WA_DeleteOnClose);
@@ -95,33 +97,77 @@ void MDITras::apre(const ProprietaTabella &proprieta)
     // Anche se intanto la finestra principale non è attiva, perché si chiude un dialogo: quando
     // torna attiva i tasti vanno all'elenco nuovo.
     finestra->widget()->setFocus();
+    return qobject_cast<fmTabella *>(finestra->widget());
 }
 
 void MDITras::chiudeFinestre(const ado::Connection *connessione)
 {
-    const auto finestre = m_area->subWindowList();
+    if (std::exchange(m_chiusiDiPrima, false))
+        m_chiusi.clear();
+    const auto finestre = m_area->subWindowList(QMdiArea::StackingOrder);
     for (QMdiSubWindow *finestra : finestre) {
         const auto *tabella = qobject_cast<fmTabella *>(finestra->widget());
-        if (tabella != nullptr && tabella->usa(connessione))
-            delete finestra;
+        if (tabella == nullptr || !tabella->usa(connessione))
+            continue;
+        m_chiusi.push_back({tabella->stato(), finestra->geometry(), finestra->windowState()});
+        delete finestra;
     }
+    m_menu.offreRiapertura(!m_chiusi.empty());
     attivata(m_area->currentSubWindow());
+}
+
+// Di un file che non c'è più non c'è nulla da riaprire.
+void MDITras::nuovo()
+{
+    m_archivi.nuovo();
+    if (m_chiusiDiPrima)
+        return;
+    m_chiusi.clear();
+    m_menu.offreRiapertura(false);
+}
+
+// La copia non cambia il file: riuscita o no, chi lavorava ritrova i suoi elenchi.
+void MDITras::backUp()
+{
+    m_custodia.backUp();
+    if (!m_chiusiDiPrima)
+        riapreElenchi();
+}
+
+// Dal più sotto al più sopra, che resta davanti com'era.
+void MDITras::riapreElenchi()
+{
+    const auto chiusi = std::exchange(m_chiusi, {});
+    m_menu.offreRiapertura(false);
+    for (const ElencoChiuso &chiuso : chiusi) {
+        ApriArchivio(chiuso.stato.proprieta.Percorso);
+        fmTabella *tabella = apre(chiuso.stato.proprieta);
+        tabella->riprende(chiuso.stato);
+        auto *finestra = qobject_cast<QMdiSubWindow *>(tabella->parentWidget());
+        const auto stato = chiuso.comera & (Qt::WindowMaximized | Qt::WindowMinimized);
+        finestra->setWindowState(stato);
+        if (!stato)
+            finestra->setGeometry(chiuso.posto);
+    }
 }
 
 void MDITras::SubFileItem_Click(VoceFile voce)
 {
     messaggi::protetto(this, [this, voce] {
+        m_chiusiDiPrima = true;
         switch (voce) {
         case VoceFile::Apri:
             return m_archivi.apri();
         case VoceFile::Nuovo:
-            return m_archivi.nuovo();
+            return nuovo();
         case VoceFile::Compatta:
             return m_custodia.compatta();
         case VoceFile::BackUp:
-            return m_custodia.backUp();
+            return backUp();
         case VoceFile::Recupera:
             return m_custodia.recupera();
+        case VoceFile::Riapri:
+            return riapreElenchi();
         }
     });
 }
@@ -179,14 +225,39 @@ void MDITras::affianca(Qt::Orientation verso)
     }
 }
 
+// Due elenchi possono avere la stessa didascalia, che dice su che cosa si lavora: allora si
+// aggiunge che cosa abbracciano, e in che ordine sono nati se nemmeno questo basta.
+QStringList MDITras::nomiDelleFinestre() const
+{
+    QStringList nomi;
+    const auto finestre = m_area->subWindowList();
+    for (const QMdiSubWindow *finestra : finestre)
+        nomi.append(testo_semplice::voceDi(finestra->windowTitle()));
+    const auto distingue = [&nomi](const std::function<QString(qsizetype, qsizetype)> &aggiunta) {
+        const QStringList prima = nomi;
+        for (qsizetype i = 0; i < prima.size(); ++i) {
+            if (prima.count(prima.at(i)) > 1)
+                nomi[i] += aggiunta(i, prima.first(i).count(prima.at(i)) + 1);
+        }
+    };
+    distingue([&finestre](qsizetype i, qsizetype /*volta*/) {
+        const auto *tabella = qobject_cast<fmTabella *>(finestre.at(i)->widget());
+        const QString ambito = tabella == nullptr ? QString() : tabella->ambito();
+        return ambito.isEmpty() ? QString() : QStringLiteral(" – ") + ambito;
+    });
+    distingue([](qsizetype /*i*/, qsizetype volta) { return QStringLiteral(" (%1)").arg(volta); });
+    return nomi;
+}
+
 // Un menu con le finestre aperte: quella scelta viene davanti.
 void MDITras::mostra()
 {
     QMenu elenco(this);
     elenco.setObjectName(QStringLiteral("Mostra"));
     const auto finestre = m_area->subWindowList();
+    QStringList nomi = nomiDelleFinestre();
     for (QMdiSubWindow *finestra : finestre) {
-        QAction *azione = elenco.addAction(testo_semplice::voceDi(finestra->windowTitle()));
+        QAction *azione = elenco.addAction(nomi.takeFirst());
         azione->setCheckable(true);
         azione->setChecked(finestra == m_attiva);
         connect(azione, &QAction::triggered, finestra, [this, finestra] {

@@ -27,7 +27,7 @@ public:
     // Come "Apri" dopo la scelta del file; se manca lo dice.
     void apreArchivio(const QString &percorso);
     // Apre un visualizzatore; lancia ado::Errore se il suo elenco non si può leggere.
-    void apre(const ProprietaTabella &proprieta);
+    fmTabella *apre(const ProprietaTabella &proprieta);
     // I visualizzatori aperti.
     QList<fmTabella *> visualizzatori() const;
 
@@ -38,13 +38,27 @@ private:
     void mostraMenu(const QList<QMenu *> &propri);
     void attivata(QMdiSubWindow *finestra);
     void chiudeFinestre(const ado::Connection *connessione);
+    void nuovo();
+    void backUp();
+    void riapreElenchi();
     void SubFinestreItem_Click(VoceFinestre voce);
     void affianca(Qt::Orientation verso);
+    QStringList nomiDelleFinestre() const;
     void mostra();
 
     Area *m_area;
     MenuComuni m_menu;
     QPointer<QMdiSubWindow> m_attiva;
+    // Gli elenchi che l'ultimo comando su un file aperto ha chiuso con lui.
+    struct ElencoChiuso {
+        StatoTabella stato;
+        QRect posto;
+        Qt::WindowStates comera;
+    };
+    std::vector<ElencoChiuso> m_chiusi;
+    // Vero finché il comando in corso non ne ha ancora chiusi: quelli di prima si dimenticano solo
+    // quando ce ne sono di nuovi.
+    bool m_chiusiDiPrima = false;
     ArchiviFile m_archivi;
     Custodia m_custodia;
 };

@@ -34,7 +34,9 @@ MenuComuni::MenuComuni(QWidget *finestra, const Comandi &comandi)
                                {VoceFile::Nuovo, QStringLiteral("Nuovo"), QKeySequence::New},
                                {VoceFile::Compatta, QStringLiteral("Compatta e ripristina")},
                                {VoceFile::BackUp, QStringLiteral("Back up"), Qt::CTRL | Qt::Key_B},
-                               {VoceFile::Recupera, QStringLiteral("Recupera")}},
+                               {VoceFile::Recupera, QStringLiteral("Recupera")},
+                               {VoceFile::Riapri, QStringLiteral("Riapri gli elenchi chiusi"),
+                                Qt::CTRL | Qt::SHIFT | Qt::Key_T}},
                               comandi.file)),
       FinestreItem(menu<VoceFinestre>(
           finestra, QStringLiteral("&Finestre"),
@@ -49,6 +51,13 @@ MenuComuni::MenuComuni(QWidget *finestra, const Comandi &comandi)
                                  {VoceAiuto::Scrivi, QStringLiteral("Scrivi a Tarvola")}},
                                 comandi.aiuto))
 {
+    FileItem->insertSeparator(FileItem->actions().constLast());
+    offreRiapertura(false);
+}
+
+void MenuComuni::offreRiapertura(bool si) const
+{
+    FileItem->actions().constLast()->setEnabled(si);
 }
 
 QList<QMenu *> MenuComuni::barra(const QList<QMenu *> &propri) const

@@ -6,7 +6,7 @@
 #include <functional>
 
 // Le voci dei menu comuni a tutte le finestre, nell'ordine in cui vi stanno.
-enum class VoceFile { Apri = 1, Nuovo, Compatta, BackUp, Recupera };
+enum class VoceFile { Apri = 1, Nuovo, Compatta, BackUp, Recupera, Riapri };
 enum class VoceFinestre { InVerticale = 1, InOrizzontale, Cascata, Mostra };
 enum class VoceAiuto { Manuale = 1, HomePage, Scrivi };
 
@@ -26,6 +26,8 @@ public:
     // I menu della barra nell'ordine. `propri` sono quelli della finestra attiva; senza, non c'è
     // neppure Finestre.
     QList<QMenu *> barra(const QList<QMenu *> &propri) const;
+    // Accende "Riapri gli elenchi chiusi" quando ce ne sono.
+    void offreRiapertura(bool si) const;
 
 private:
     QMenu *FileItem;

@@ -1,9 +1,11 @@
 #include "app/stile.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QFontMetrics>
 #include <QLabel>
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QStyleOption>
 
 namespace
@@ -20,6 +22,12 @@ double ingrandimento()
     return qMax(1.0, QFontMetrics(QApplication::font()).height() / altezzaUsuale);
 }
 
+// Il fondo di un testo lungo non lo dipinge lo stile: si cambia da dove viene.
+void mostraSolaLettura(QPlainTextEdit *testo)
+{
+    testo->viewport()->setBackgroundRole(testo->isReadOnly() ? QPalette::Window : QPalette::Base);
+}
+
 } // namespace
 
 // Un'etichetta del toolkit indovina dal testo se è formattato: il nome di un archivio o di un file,
@@ -29,6 +37,10 @@ void Stile::polish(QWidget *finestra)
     auto *etichetta = qobject_cast<QLabel *>(finestra);
     if (etichetta != nullptr && etichetta->textFormat() == Qt::AutoText)
         etichetta->setTextFormat(Qt::PlainText);
+    if (auto *testo = qobject_cast<QPlainTextEdit *>(finestra)) {
+        testo->installEventFilter(this);
+        mostraSolaLettura(testo);
+    }
     QProxyStyle::polish(finestra);
 }
 
@@ -84,6 +96,24 @@ QSize Stile::sizeFromContents(ContentsType contenuto, const QStyleOption *opzion
         sue.setWidth(qMax(sue.width(), qMax(minima, misure.width() + margine)));
     }
     return sue;
+}
+
+void Stile::drawPrimitive(PrimitiveElement pezzo, const QStyleOption *opzione, QPainter *pittore,
+                          const QWidget *finestra) const
+{
+    const auto *casella = qstyleoption_cast<const QStyleOptionFrame *>(opzione);
+    if (pezzo != PE_PanelLineEdit || casella == nullptr || !(casella->state & State_ReadOnly))
+        return QProxyStyle::drawPrimitive(pezzo, opzione, pittore, finestra);
+    QStyleOptionFrame sola(*casella);
+    sola.palette.setBrush(QPalette::Base, sola.palette.window());
+    QProxyStyle::drawPrimitive(pezzo, &sola, pittore, finestra);
+}
+
+bool Stile::eventFilter(QObject *oggetto, QEvent *evento)
+{
+    if (evento->type() == QEvent::ReadOnlyChange)
+        mostraSolaLettura(qobject_cast<QPlainTextEdit *>(oggetto));
+    return QProxyStyle::eventFilter(oggetto, evento);
 }
 
 // Un'icona scelta resta dei suoi colori, su un fondo che la stacca da quello della scelta.

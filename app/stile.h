@@ -19,6 +19,10 @@ public:
                   QStyleHintReturn *altro) const override;
     QSize sizeFromContents(ContentsType contenuto, const QStyleOption *opzione, const QSize &misure,
                            const QWidget *finestra) const override;
+    // Ciò che si può solo leggere ha il fondo della finestra, non quello in cui si scrive.
+    void drawPrimitive(PrimitiveElement pezzo, const QStyleOption *opzione, QPainter *pittore,
+                       const QWidget *finestra) const override;
+    bool eventFilter(QObject *oggetto, QEvent *evento) override;
     QPixmap generatedIconPixmap(QIcon::Mode modo, const QPixmap &icona,
                                 const QStyleOption *opzione) const override;
 };

@@ -1,19 +1,18 @@
 #include "browser/fmTabella.h"
 
+#include "browser/griglia.h"
 #include "browser/modello_tabella.h"
+#include "browser/tabelle.h"
 #include "contesto/contesto.h"
 #include "db/connessioni.h"
 #include "editors/icone_generi.h"
-#include "platform/finestre/memoria_finestre.h"
 #include "platform/finestre/messaggi.h"
 #include "platform/finestre/testo_semplice.h"
 
 #include <QAction>
-#include <QEvent>
-#include <QHeaderView>
+#include <QActionGroup>
+#include <QContextMenuEvent>
 #include <QMenu>
-#include <QShortcut>
-#include <QTableView>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -22,105 +21,55 @@ using namespace modTarvola;
 namespace
 {
 
+constexpr int segnoDettagli = 8;
 const QString colonnaCodice = QStringLiteral("Codice");
 
-// " Archivio A1" quando il codice c'è.
-QString parte(const QString &nome, const QString &codice)
+std::vector<ComandoElenco> aggiunti(const ServiziTabella &servizi, const GenereElenco &genere)
 {
-    return codice.isEmpty() ? QString() : u' ' + nome + u' ' + codice;
+    return servizi.altriComandi ? servizi.altriComandi(genere) : std::vector<ComandoElenco>();
 }
 
 } // namespace
 
 fmTabella::fmTabella(ProprietaTabella dalle, ServiziTabella servizi, QWidget *sopra)
-    : QWidget(sopra), proprieta(std::move(dalle)), m_servizi(std::move(servizi))
+    : QWidget(sopra),
+      proprieta(std::move(dalle)),
+      m_genere(genereElenco(proprieta.TipoTabella)),
+      m_servizi(std::move(servizi)),
+      m_barre(this, aggiunti(m_servizi, m_genere)),
+      TItem(menuTabelle(this)),
+      DataGrid1(new Griglia(m_genere.tabella, this))
 {
     setObjectName(QStringLiteral("fmTabella"));
-    setWindowIcon(iconaDellaTabella(proprieta.TipoTabella));
-    creaBarra();
-    creaMenu();
-    creaGriglia();
+    setWindowIcon(iconaDellaTabella(m_genere.tabella));
     auto *colonna = new QVBoxLayout(this);
     colonna->setContentsMargins({});
     colonna->setSpacing(0);
-    colonna->addWidget(Toolbar1);
+    colonna->addWidget(m_barre.barra());
     colonna->addWidget(DataGrid1, 1);
     setFocusProxy(DataGrid1);
-}
-
-void fmTabella::creaGriglia()
-{
-    DataGrid1 = new QTableView(this);
-    DataGrid1->setObjectName(QStringLiteral("DataGrid1"));
-    DataGrid1->setAccessibleName(proprieta.TipoTabella);
-    DataGrid1->setSelectionBehavior(QAbstractItemView::SelectRows);
-    DataGrid1->setSelectionMode(QAbstractItemView::SingleSelection);
-    DataGrid1->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    DataGrid1->setAlternatingRowColors(true);
-    DataGrid1->setWordWrap(false);
-    DataGrid1->setTabKeyNavigation(false);
-    DataGrid1->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    DataGrid1->verticalHeader()->setVisible(false);
-    // Altezza uguale per tutte le righe: in un milione di righe nessuna si misura.
-    DataGrid1->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    DataGrid1->verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 3 / 2);
-    DataGrid1->horizontalHeader()->setHighlightSections(false);
-    DataGrid1->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    DataGrid1->horizontalHeader()->setSectionsClickable(true);
-    connect(DataGrid1->horizontalHeader(), &QHeaderView::sectionClicked, this,
-            &fmTabella::DataGrid1_HeadClick);
-    connect(DataGrid1, &QTableView::activated, this, [this] { esegue(ApriRiga); });
-    // Il tasto Menu, per le tastiere che non l'hanno.
-    connect(new QShortcut(Qt::SHIFT | Qt::Key_F10, DataGrid1, nullptr, nullptr, Qt::WidgetShortcut),
-            &QShortcut::activated, this, [this] { mostraMenuRiga(); });
+    connect(DataGrid1, &Griglia::activated, this, [this] { esegue(comandoApre()); });
+    connect(DataGrid1, &Griglia::menuChiesto, this, [this] { mostraMenuRiga(); });
+    connect(DataGrid1, &Griglia::rigaCambiata, this, [this](int riga) {
+        if (riga >= 0 && m_genere.contenitore())
+            proprieta.*m_genere.locale = codiceCorrente();
+    });
 }
 
 void fmTabella::Form_Load()
 {
     // Il segno dei dettagli non è un ambito: da qui in poi resta tolto.
-    const bool dettagli = proprieta.Ordinamento > 7;
-    if (dettagli)
-        proprieta.Ordinamento -= 8;
+    m_dettagli = proprieta.Ordinamento >= segnoDettagli;
+    if (m_dettagli)
+        proprieta.Ordinamento -= segnoDettagli;
     m_connessione = &connessione();
     const Richiesta richiesta{
-        proprieta.TipoTabella,    proprieta.Ordinamento,    dettagli,
+        proprieta.TipoTabella,    proprieta.Ordinamento,    m_dettagli,
         proprieta.ArchivioLocale, proprieta.RegistroLocale, proprieta.VoceLocale};
     adoTabella = new ModelloTabella(Elenco(richiesta, *m_connessione), this);
-    DataGrid1->setModel(adoTabella);
-    connect(DataGrid1->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            [this](const QModelIndex &indice) { DataGrid1_RowColChange(indice.row()); });
-    setWindowTitle(proprieta.TipoTabella);
     adoTabella->apre();
-    vaiAllaRiga(0);
-    memoria::ricordaColonne(DataGrid1->horizontalHeader(), proprieta.TipoTabella);
-    adattaColonne();
-    DataGrid1->viewport()->installEventFilter(this);
-}
-
-// Le altre chiavi aspettano che le prime righe siano sullo schermo.
-bool fmTabella::eventFilter(QObject *oggetto, QEvent *evento)
-{
-    if (evento->type() == QEvent::Paint) {
-        oggetto->removeEventFilter(this);
-        adoTabella->continua();
-    }
-    return false;
-}
-
-// Le colonne si adattano alle prime righe, mai a tutte; un testo lungo non caccia le altre.
-void fmTabella::adattaColonne()
-{
-    constexpr int righeGuardate = 20;
-    const int massima = fontMetrics().averageCharWidth() * 60;
-    const int bordo = fontMetrics().averageCharWidth() * 3;
-    memoria::adattaColonne(DataGrid1->horizontalHeader(), [&](int colonna) {
-        int larga = DataGrid1->horizontalHeader()->sectionSizeHint(colonna);
-        for (int riga = 0; riga < qMin(righeGuardate, adoTabella->rowCount()); ++riga) {
-            const QString testo = adoTabella->index(riga, colonna).data().toString();
-            larga = qMax(larga, fontMetrics().horizontalAdvance(testo) + bordo);
-        }
-        return qMin(larga, massima);
-    });
+    DataGrid1->mostra(adoTabella);
+    setWindowTitle(proprieta.TipoTabella);
 }
 
 bool fmTabella::vuota() const
@@ -128,140 +77,164 @@ bool fmTabella::vuota() const
     return adoTabella == nullptr || adoTabella->rowCount() == 0;
 }
 
-int fmTabella::rigaCorrente() const
-{
-    return DataGrid1->currentIndex().row();
-}
-
 QString fmTabella::codiceCorrente() const
 {
-    return rigaCorrente() < 0 ? QString()
-                              : adoTabella->campo(rigaCorrente(), colonnaCodice).toString();
+    return campoCorrente(colonnaCodice).toString();
 }
 
-int fmTabella::tipoCorrente() const
+QVariant fmTabella::campoCorrente(const QString &nome) const
 {
-    return rigaCorrente() < 0 ? 0
-                              : adoTabella->campo(rigaCorrente(), QStringLiteral("Tipo")).toInt();
-}
-
-void fmTabella::vaiAllaRiga(int riga)
-{
-    if (!vuota())
-        DataGrid1->setCurrentIndex(adoTabella->index(qMax(riga, 0), 0));
-}
-
-// Dopo una rilettura resta corrente lo stesso record, o quello dato se c'è.
-void fmTabella::rilegge(const QString &codiceDaScegliere)
-{
-    const int prima = rigaCorrente();
-    const qint64 chiave = prima < 0 ? -1 : adoTabella->chiave(prima);
-    const bool eraVuota = vuota();
-    adoTabella->rilegge();
-    // Le larghezze di prima non dicono nulla delle righe nuove.
-    if (eraVuota || !codiceDaScegliere.isEmpty())
-        adattaColonne();
-    int riga = codiceDaScegliere.isEmpty() ? -1 : adoTabella->rigaDi(codiceDaScegliere);
-    if (riga < 0)
-        riga = adoTabella->rigaDiChiave(chiave);
-    // Se il record non c'è più si resta dov'era.
-    if (riga < 0)
-        riga = qMin(prima, adoTabella->rowCount() - 1);
-    vaiAllaRiga(riga);
-}
-
-void fmTabella::DataGrid1_HeadClick(int colonna)
-{
-    messaggi::protetto(this, [&] {
-        const int prima = rigaCorrente();
-        const qint64 chiave = prima < 0 ? -1 : adoTabella->chiave(prima);
-        if (adoTabella->ordina(colonna))
-            vaiAllaRiga(adoTabella->rigaDiChiave(chiave));
-    });
-    // Il segno, che la testata ha già spostato, sta sulla colonna che ordina davvero.
-    const int ordine = adoTabella->colonnaOrdine();
-    DataGrid1->horizontalHeader()->setSortIndicatorShown(ordine >= 0);
-    DataGrid1->horizontalHeader()->setSortIndicator(ordine, Qt::AscendingOrder);
-}
-
-void fmTabella::DataGrid1_RowColChange(int riga)
-{
-    if (riga < 0)
-        return;
-    const QString codice = adoTabella->campo(riga, colonnaCodice).toString();
-    if (proprieta.TipoTabella == QStringLiteral("Archivi"))
-        proprieta.ArchivioLocale = codice;
-    else if (proprieta.TipoTabella == QStringLiteral("Registri"))
-        proprieta.RegistroLocale = codice;
-    else if (proprieta.TipoTabella == QStringLiteral("Voci"))
-        proprieta.VoceLocale = codice;
-}
-
-void fmTabella::abilita(ComandoTabella comando, bool si)
-{
-    m_bottoni[comando]->setEnabled(si);
+    const int riga = DataGrid1->rigaCorrente();
+    return riga < 0 ? QVariant() : adoTabella->campo(riga, nome);
 }
 
 void fmTabella::Form_Activate()
 {
-    const QString &tabella = proprieta.TipoTabella;
-    const bool contenitori = tabella == QStringLiteral("Archivi") ||
-                             tabella == QStringLiteral("Registri") ||
-                             tabella == QStringLiteral("Voci");
-    const bool righe = !vuota();
-    if (righe && contenitori)
+    if (m_genere.contenitore())
         prendeContesto();
-    abilita(Seleziona, righe && contenitori && tabella != QStringLiteral("Voci"));
-    abilita(ApriRiga, righe);
-    abilita(Aggiorna, righe);
-    abilita(EliminaRiga, righe);
-    abilita(NuovaRiga, contenitori);
-    if (!contenitori) {
+    else
         TItem->setEnabled(false);
-        XsubItem[NuovaRiga]->setEnabled(false);
-    }
-    if (!contenitori || (righe && tabella == QStringLiteral("Voci")))
-        XsubItem[Seleziona]->setEnabled(false);
+    m_barre.abilita();
     setWindowTitle(testo_semplice::didascalia(didascalia()));
 }
 
-// La riga corrente diventa l'archivio, il registro o la voce su cui si lavora.
 void fmTabella::prendeContesto()
 {
     const QString codice = codiceCorrente();
     // Una riga che non si legge non cambia su che cosa si lavora.
     if (codice.isEmpty())
         return;
-    if (proprieta.TipoTabella == QStringLiteral("Archivi")) {
-        contesto().ArchivioCorrente = codice;
-        proprieta.ArchivioLocale = codice;
-    } else if (proprieta.TipoTabella == QStringLiteral("Registri")) {
-        contesto().RegistroCorrente = codice;
-        contesto().TipoRegistroCorrente =
-            adoTabella->campo(rigaCorrente(), QStringLiteral("Tipo")).toInt();
-        proprieta.RegistroLocale = codice;
-    } else {
-        contesto().VoceCorrente = codice;
-        proprieta.VoceLocale = codice;
-    }
+    contesto().*m_genere.corrente = codice;
+    proprieta.*m_genere.locale = codice;
+    if (m_genere.livello == Livello::Registro)
+        contesto().TipoRegistroCorrente = campoCorrente(QStringLiteral("Tipo")).toInt();
 }
 
 QString fmTabella::didascalia() const
 {
-    const Contesto &ora = contesto();
-    const QString inizio = proprieta.TipoTabella + QStringLiteral(" File ") + proprieta.Percorso;
-    const QString archivio = parte(QStringLiteral("Archivio"), ora.ArchivioCorrente);
-    const QString registro = parte(QStringLiteral("Registro"), ora.RegistroCorrente);
-    const QString voce = parte(QStringLiteral("Voce"), ora.VoceCorrente);
-    if (proprieta.TipoTabella == QStringLiteral("Archivi"))
-        return inizio;
-    if (proprieta.TipoTabella == QStringLiteral("Registri"))
-        return inizio + archivio;
-    // Una lista non vuota nomina sempre l'archivio, e quella delle voci anche il registro.
-    const QString sempreArchivio = QStringLiteral(" Archivio ") + ora.ArchivioCorrente;
-    if (proprieta.TipoTabella == QStringLiteral("Voci"))
-        return vuota()
-                   ? inizio + archivio + registro
-                   : inizio + sempreArchivio + QStringLiteral(" Registro ") + ora.RegistroCorrente;
-    return inizio + (vuota() ? archivio : sempreArchivio) + registro + voce;
+    QString testo = m_genere.tabella + QStringLiteral(" File ") + proprieta.Percorso;
+    const std::pair<QString, QString> correnti[] = {
+        {QStringLiteral(" Archivio "), contesto().ArchivioCorrente},
+        {QStringLiteral(" Registro "), contesto().RegistroCorrente},
+        {QStringLiteral(" Voce "), contesto().VoceCorrente}};
+    for (int i = 0; i < m_genere.nominati; ++i) {
+        const auto &[nome, codice] = correnti[i];
+        if (!codice.isEmpty() || (!vuota() && i < m_genere.sempreNominati))
+            testo += nome + codice;
+    }
+    return testo;
+}
+
+void fmTabella::aggiorna(const QString &codiceDaScegliere)
+{
+    DataGrid1->rilegge(codiceDaScegliere);
+    Form_Activate();
+}
+
+StatoTabella fmTabella::stato() const
+{
+    StatoTabella stato{proprieta, adoTabella->colonnaOrdine(), codiceCorrente()};
+    if (m_dettagli)
+        stato.proprieta.Ordinamento += segnoDettagli;
+    return stato;
+}
+
+void fmTabella::riprende(const StatoTabella &stato)
+{
+    if (stato.colonnaOrdine >= 0)
+        DataGrid1->ordina(stato.colonnaOrdine);
+    // Il record può essere fra quelli che non si sono ancora letti.
+    if (!stato.codiceCorrente.isEmpty() && stato.codiceCorrente != codiceCorrente())
+        aggiorna(stato.codiceCorrente);
+}
+
+QString fmTabella::ambito() const
+{
+    const QString codici[] = {proprieta.ArchivioLocale, proprieta.RegistroLocale,
+                              proprieta.VoceLocale};
+    const char *const nomi[] = {"archivio ", "registro ", "voce "};
+    // Senza un ambito più largo si elenca ciò che sta nel contenitore di un livello sopra.
+    const int livello = proprieta.Ordinamento == 6   ? 0
+                        : proprieta.Ordinamento == 4 ? 1
+                                                     : static_cast<int>(m_genere.livello) - 1;
+    if (proprieta.Ordinamento != 7 && livello < 0)
+        return {};
+    return (proprieta.Ordinamento == 7 ? QStringLiteral("tutto")
+                                       : QString::fromUtf8(nomi[livello]) + codici[livello]) +
+           (m_dettagli ? QStringLiteral(", con i dettagli") : QString());
+}
+
+void fmTabella::mostraCambiamenti(bool chiavi)
+{
+    if (chiavi)
+        DataGrid1->rilegge({});
+    else
+        DataGrid1->rinfresca();
+    m_barre.abilita();
+}
+
+void fmTabella::esegue(const ComandoElenco &comando)
+{
+    messaggi::protetto(this, [&] {
+        ApriArchivio(proprieta.Percorso);
+        if (adoTabella->incompleto())
+            DataGrid1->rilegge({});
+        if (!comando.suRiga || rigaPronta())
+            comando.compie(*this);
+    });
+}
+
+// Senza una riga corrente i comandi che ne vogliono una non fanno nulla. Di una riga eliminata
+// altrove si aprirebbe un record nuovo, o si eliminerebbe un altro.
+bool fmTabella::rigaPronta() const
+{
+    const int riga = DataGrid1->rigaCorrente();
+    if (riga < 0)
+        return false;
+    if (!adoTabella->conferma(riga))
+        throw ado::Errore(ado::Causa::Altro,
+                          QStringLiteral("la riga non si legge più: aggiornare l'elenco"));
+    return true;
+}
+
+void fmTabella::contextMenuEvent(QContextMenuEvent *evento)
+{
+    const QWidget *righe = DataGrid1->viewport();
+    if (evento->reason() == QContextMenuEvent::Keyboard)
+        mostraMenuRiga();
+    else if (righe->rect().contains(righe->mapFromGlobal(evento->globalPos())))
+        mostraMenuRiga(evento->globalPos());
+    else
+        evento->ignore();
+}
+
+// I comandi, e l'ordine per chi non clicca sulle testate; sotto la riga, se non è dato il posto.
+void fmTabella::mostraMenuRiga(std::optional<QPoint> posto)
+{
+    auto *menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addActions(m_barre.menu()->actions());
+    menu->addSeparator();
+    menu->addMenu(menuOrdine(menu));
+    const QRect riga = DataGrid1->visualRect(DataGrid1->currentIndex());
+    menu->popup(posto.value_or(DataGrid1->viewport()->mapToGlobal(riga.bottomLeft())));
+}
+
+QMenu *fmTabella::menuOrdine(QMenu *sopra)
+{
+    auto *ordine = new QMenu(QStringLiteral("&Ordina per"), sopra);
+    auto *unaSola = new QActionGroup(ordine);
+    for (int colonna = 0; colonna < adoTabella->columnCount(); ++colonna) {
+        if (!adoTabella->ordinabile(colonna))
+            continue;
+        QAction *azione = ordine->addAction(
+            adoTabella->headerData(colonna, Qt::Horizontal, Qt::DisplayRole).toString());
+        azione->setCheckable(true);
+        unaSola->addAction(azione);
+        azione->setChecked(colonna == adoTabella->colonnaOrdine());
+        connect(azione, &QAction::triggered, DataGrid1,
+                [this, colonna] { DataGrid1->ordina(colonna); });
+    }
+    ordine->setEnabled(!ordine->isEmpty());
+    return ordine;
 }

@@ -1,42 +1,19 @@
 #pragma once
 
-#include "db/elenco.h"
+#include "browser/barre_elenco.h"
+#include "browser/proprieta_tabella.h"
+#include "platform/motore/ado.h"
 
 #include <QWidget>
 
-#include <functional>
 #include <optional>
 
-namespace modTarvola
-{
-class FinestraEditor;
-}
+class Griglia;
 class ModelloTabella;
-class QAction;
 class QMenu;
-class QTableView;
-class QToolBar;
 
-// Le proprietà che chi apre un visualizzatore gli dà prima di mostrarlo.
-struct ProprietaTabella {
-    QString TipoTabella;
-    QString Percorso;
-    QString ArchivioLocale;
-    QString RegistroLocale;
-    QString VoceLocale;
-    int Ordinamento = 0;
-    QString VoceLocaleTabella;
-    QString ConOperatore;
-};
-
-// Ciò che il visualizzatore chiede alla finestra principale.
-struct ServiziTabella {
-    std::function<void(const ProprietaTabella &)> apre;
-};
-
-enum ComandoTabella { Seleziona = 1, ApriRiga, NuovaRiga, Aggiorna, EliminaRiga };
-
-// Il visualizzatore: l'elenco dei record di una tabella, entro un ambito, con i suoi comandi.
+// Il visualizzatore: l'elenco dei record di una tabella, entro un ambito, con i suoi comandi. Che
+// cosa ogni tabella ha di suo sta in GenereElenco.
 class fmTabella : public QWidget
 {
     Q_OBJECT
@@ -50,62 +27,51 @@ public:
     void Form_Load();
     // Ricalcola didascalia, comandi e contesto dalla riga corrente.
     void Form_Activate();
-    // I menu suoi, che nella barra stanno fra quelli comuni.
-    QList<QMenu *> menu() const { return m_menu; }
+    // I menu dell'elenco nell'ordine della barra: i suoi comandi, le altre tabelle.
+    QList<QMenu *> menu() const { return {m_barre.menu(), TItem}; }
     // Vero se l'elenco viene dalla connessione data.
     bool usa(const ado::Connection *connessione) const { return m_connessione == connessione; }
 
-    bool eventFilter(QObject *oggetto, QEvent *evento) override;
+    const GenereElenco &genere() const { return m_genere; }
+    bool vuota() const;
+    // Il codice della riga corrente; vuoto se non c'è o non si legge.
+    QString codiceCorrente() const;
+    // Un campo della riga corrente, com'è nell'archivio; non valido se non c'è.
+    QVariant campoCorrente(const QString &nome) const;
+    // La riga corrente diventa l'archivio, il registro o la voce su cui si lavora.
+    void prendeContesto();
+    // Rilegge l'elenco; la riga corrente resta quella, o quella del codice dato se c'è.
+    void aggiorna(const QString &codiceDaScegliere = {});
+    StatoTabella stato() const;
+    // Riprende ordine e riga corrente di un elenco che c'era; lancia ado::Errore.
+    void riprende(const StatoTabella &stato);
+    // Che cosa l'elenco abbraccia: "registro R1", "tutto, con i dettagli". Vuoto dove non si
+    // sceglie.
+    QString ambito() const;
+    // Mostra ciò che è cambiato nell'archivio mentre l'elenco può non essere quello attivo: su che
+    // cosa si lavora resta com'è. Con `chiavi` ci sono record nati o tolti, e si rilegge per
+    // intero; altrimenti si rileggono le righe che si vedono.
+    void mostraCambiamenti(bool chiavi);
+    // Apre un altro visualizzatore.
+    void apre(const ProprietaTabella &altro) const { m_servizi.apre(altro); }
+    // Compie un comando dell'elenco; ciò che non riesce diventa un messaggio.
+    void esegue(const ComandoElenco &comando);
 
 protected:
     void contextMenuEvent(QContextMenuEvent *evento) override;
 
 private:
-    void creaBarra();
-    void creaGriglia();
-    void adattaColonne();
-    void creaMenu();
-    QMenu *menuComandi();
-    QMenu *menuTabelle();
     void mostraMenuRiga(std::optional<QPoint> posto = {});
     QMenu *menuOrdine(QMenu *sopra);
-    void DataGrid1_HeadClick(int colonna);
-    void DataGrid1_RowColChange(int riga);
-    void TsubItem_Click(int voce);
-    void esegue(ComandoTabella comando);
-
     bool rigaPronta() const;
-    void seleziona();
-    void apri();
-    void apriVoce(const QString &codice);
-    void apriDipendente(const QString &codice);
-    void apriEvento(const QString &codice);
-    // Mostra un testo lungo, o apre un file allegato, secondo il genere.
-    void ApriBinario(const QString &codice, int tipo);
-    void nuovo();
-    QString nuovoRegistro();
-    QString nuovaVoce();
-    void aggiorna();
-
-    bool vuota() const;
-    int rigaCorrente() const;
-    QString codiceCorrente() const;
-    int tipoCorrente() const;
-    void vaiAllaRiga(int riga);
-    void rilegge(const QString &codiceDaScegliere);
-    void prendeContesto();
     QString didascalia() const;
-    void abilita(ComandoTabella comando, bool si);
-    void apreEditor(const QString &nome, const QString &didascalia,
-                    const std::function<void(modTarvola::FinestraEditor &)> &imposta);
 
+    const GenereElenco &m_genere;
     ServiziTabella m_servizi;
     ado::Connection *m_connessione = nullptr;
+    bool m_dettagli = false;
     ModelloTabella *adoTabella = nullptr;
-    QTableView *DataGrid1 = nullptr;
-    QToolBar *Toolbar1 = nullptr;
-    QAction *m_bottoni[6] = {};
-    QAction *XsubItem[6] = {};
-    QMenu *TItem = nullptr;
-    QList<QMenu *> m_menu;
+    BarreElenco m_barre;
+    QMenu *TItem;
+    Griglia *DataGrid1;
 };

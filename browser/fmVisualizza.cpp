@@ -46,6 +46,13 @@ void fmVisualizza::nasconde(Parte parte)
     Frame1[parte]->setVisible(false);
 }
 
+void fmVisualizza::spegne(Parte parte, const QString &perche)
+{
+    Frame1[parte]->setEnabled(false);
+    Frame1[parte]->setToolTip(perche);
+    Frame1[parte]->setAccessibleDescription(perche);
+}
+
 void fmVisualizza::preimposta(int opzione)
 {
     Option1[opzione]->setChecked(true);

@@ -22,6 +22,8 @@ public:
 
     // Toglie una parte; le sue scelte contano lo stesso.
     void nasconde(Parte parte);
+    // Lascia vedere una parte che qui non cambia nulla, e dice perché non si può scegliere.
+    void spegne(Parte parte, const QString &perche);
     // Fa una scelta come se l'avesse fatta l'utente.
     void preimposta(int opzione);
 

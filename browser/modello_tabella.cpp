@@ -21,11 +21,16 @@ constexpr qint64 pezzoLungo = 15;
 // Dopo quanti millisecondi si riprova su un archivio occupato da altri.
 constexpr int attesaOccupato = 300;
 
-bool colonnaDiDate(const QString &nome)
+bool colonnaDiOre(const QString &nome)
 {
     static const QStringList nomi{QStringLiteral("Ora"), QStringLiteral("Creazione"),
                                   QStringLiteral("Modifica")};
-    return nome.startsWith(QStringLiteral("Data")) || nomi.contains(nome);
+    return nomi.contains(nome);
+}
+
+bool colonnaDiDate(const QString &nome)
+{
+    return nome.startsWith(QStringLiteral("Data")) || colonnaDiOre(nome);
 }
 
 } // namespace
@@ -63,6 +68,15 @@ QVariant ModelloTabella::headerData(int sezione, Qt::Orientation verso, int ruol
         return {};
     return verso == Qt::Horizontal ? QVariant(m_elenco.colonne().value(sezione))
                                    : QVariant(sezione + 1);
+}
+
+// Le date si riempiono a poco a poco: una colonna ancora vuota ha già il posto per loro.
+QString ModelloTabella::esempio(int colonna) const
+{
+    const QString &nome = m_elenco.colonne().at(colonna);
+    if (colonnaDiOre(nome))
+        return QStringLiteral("00/00/0000 00:00:00");
+    return colonnaDiDate(nome) ? QStringLiteral("00/00/0000") : QString();
 }
 
 void ModelloTabella::sostituisce(const std::function<std::vector<qint64>()> &legge)
@@ -189,6 +203,13 @@ bool ModelloTabella::conferma(int riga)
     m_righe.remove(chiave(riga));
     emit dataChanged(index(riga, 0), index(riga, columnCount() - 1));
     return !ora.isEmpty() && ora.value(posto).toString() == visto;
+}
+
+void ModelloTabella::rinfresca()
+{
+    m_righe.clear();
+    if (!m_chiavi.empty())
+        emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
 }
 
 int ModelloTabella::rigaDi(const QString &codice) const

@@ -30,6 +30,8 @@ public:
     void continua();
     // Rilegge tutte le chiavi nell'ordine corrente. Lancia ado::Errore; allora l'elenco è vuoto.
     void rilegge();
+    // Un testo lungo quanto i più lunghi della colonna, dove si sa; altrimenti vuoto.
+    QString esempio(int colonna) const;
     bool ordinabile(int colonna) const { return m_elenco.ordinabile(colonna); }
     // Ordina per una colonna, se si può; falso se non si può.
     bool ordina(int colonna);
@@ -43,6 +45,8 @@ public:
     // Vero se la riga è ancora nell'archivio, e del record che si vedeva; da qui in poi mostra ciò
     // che c'è ora. Lancia ado::Errore se non si può leggere.
     bool conferma(int riga);
+    // Dimentica le righe lette: quelle che si vedono si rileggono, le chiavi restano.
+    void rinfresca();
     // La riga del record col codice dato; -1 se non è nell'elenco.
     int rigaDi(const QString &codice) const;
     // La chiave di una riga, che resta la stessa anche dopo un ordinamento.

@@ -16,8 +16,11 @@ namespace
 
 constexpr qsizetype colonneNonOrdinabili = 10;
 
-// Il contenuto di testi e file non si legge per un elenco, nemmeno per ordinarlo.
 const QString colonnaContenuto = QStringLiteral("Campolungo");
+// I contenuti non si leggono per intero: i testi si ordinano per il loro principio, che è ciò che
+// se ne vede, e i file restano insieme come senza valore.
+const QString principioDelContenuto =
+    QStringLiteral("CASE WHEN Tipo IN (12, 13) THEN substr(Campolungo, 1, 60) END");
 
 // Null prima di tutto, poi i numeri, poi i testi.
 bool precede(const QVariant &uno, const QVariant &altro)
@@ -89,8 +92,7 @@ Elenco::Elenco(Richiesta richiesta, ado::Connection &connessione)
 
 bool Elenco::ordinabile(int colonna) const
 {
-    return colonna >= 0 && colonna < m_colonne.size() && m_colonne.size() < colonneNonOrdinabili &&
-           m_colonne.at(colonna) != colonnaContenuto;
+    return colonna >= 0 && colonna < m_colonne.size() && m_colonne.size() < colonneNonOrdinabili;
 }
 
 QVariantList Elenco::codici() const
@@ -134,9 +136,12 @@ std::vector<qint64> Elenco::chiaviOrdinate(int colonna) const
     // Null è il primo dei valori, così nessun testo può confondersi con lui.
     std::vector<QVariant> distinti{QVariant()};
     QHash<QByteArray, quint32> posti;
+    const QString &nome = m_colonne.at(colonna);
+    const QString letta =
+        nome == colonnaContenuto ? principioDelContenuto : QStringLiteral("\"%1\"").arg(nome);
     m_connessione->leggi(
-        {QStringLiteral("SELECT rowid, \"%3\" FROM %1 WHERE %2 ORDER BY rowid")
-             .arg(m_richiesta.TipoTabella, m_condizione, m_colonne.at(colonna)),
+        {QStringLiteral("SELECT rowid, %3 FROM %1 WHERE %2 ORDER BY rowid")
+             .arg(m_richiesta.TipoTabella, m_condizione, letta),
          codici(),
          {}},
         [&](const ado::Riga &riga) {

@@ -3,6 +3,7 @@
 #include "contesto/contesto.h"
 #include "db/codici.h"
 #include "db/connessioni.h"
+#include "db/descrizioni.h"
 #include "editors/eliminazione.h"
 #include "editors/icone_generi.h"
 #include "platform/finestre/messaggi.h"
@@ -30,6 +31,15 @@ fmEditor::fmEditor(DescrizioneEditor descrizione, QWidget *sopra)
 {
     setWindowTitle(m_descrizione.didascalia);
     setWindowIcon(iconaDellaTabella(m_descrizione.tabella));
+    pannello->descrive = [](const QString &codice) {
+        // Chi guarda l'elenco non ha chiesto nulla: un guasto lo dirà il comando che apre il
+        // record.
+        try {
+            return modTarvola::descrizione(connessione(), codice);
+        } catch (const ado::Errore &) {
+            return QString();
+        }
+    };
     connect(pannello, &PannelloCollegamenti::nuovo, this,
             [this] { messaggi::protetto(this, [this] { nuovo(); }); });
     connect(pannello, &PannelloCollegamenti::elimina, this,
@@ -236,7 +246,7 @@ void fmEditor::nuovo()
     const std::vector<Elemento> prima = pannello->collegamenti();
     if (nuovoProprio(*genere) || nuovoComune(*genere)) {
         CaricaCollegamenti();
-        pannello->scegliNuovo(prima);
+        pannello->sceglieNuovo(prima);
     }
 }
 

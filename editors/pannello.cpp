@@ -22,6 +22,33 @@ namespace
 
 enum Comandi { Nuovo, Elimina, Apri };
 
+// Il codice del record sta nella riga, accanto all'etichetta che se ne vede.
+constexpr int ruoloCodice = Qt::UserRole;
+
+// Due padrini hanno la stessa etichetta: il suggerimento, e il lettore di schermo, dicono chi sono.
+class Collegamento : public QTreeWidgetItem
+{
+public:
+    Collegamento(QTreeWidget *elenco, const Elemento &elemento,
+                 const PannelloCollegamenti *pannello)
+        : QTreeWidgetItem(elenco, {elemento.Text}), m_pannello(pannello)
+    {
+        setData(0, ruoloCodice, elemento.Key);
+    }
+
+    QVariant data(int colonna, int ruolo) const override
+    {
+        if (ruolo != Qt::ToolTipRole && ruolo != Qt::AccessibleDescriptionRole)
+            return QTreeWidgetItem::data(colonna, ruolo);
+        const QString codice = data(0, ruoloCodice).toString();
+        const QString parole = m_pannello->descrive ? m_pannello->descrive(codice) : QString();
+        return parole.isEmpty() ? codice : QStringLiteral("%2 (%1)").arg(codice, parole);
+    }
+
+private:
+    const PannelloCollegamenti *m_pannello;
+};
+
 } // namespace
 
 PannelloCollegamenti::PannelloCollegamenti(QWidget *sopra) : QWidget(sopra)
@@ -117,16 +144,17 @@ void PannelloCollegamenti::svuota()
 void PannelloCollegamenti::aggiunge(const Elemento &collegamento)
 {
     m_collegamenti.push_back(collegamento);
-    auto *elemento = new QTreeWidgetItem(ListView1, {collegamento.Text});
+    auto *elemento = new Collegamento(ListView1, collegamento, this);
     elemento->setIcon(0, iconaDelGenere(collegamento.Tag));
-    elemento->setToolTip(0, collegamento.Key);
 }
 
 std::optional<Elemento> PannelloCollegamenti::collegamentoScelto() const
 {
-    const int scelto = ListView1->indexOfTopLevelItem(ListView1->currentItem());
-    if (scelto < 0)
+    // La riga corrente può non essere scelta: Ctrl e un clic la tolgono dalla scelta.
+    QTreeWidgetItem *corrente = ListView1->currentItem();
+    if (corrente == nullptr || !corrente->isSelected())
         return {};
+    const int scelto = ListView1->indexOfTopLevelItem(corrente);
     return m_collegamenti.at(static_cast<size_t>(scelto));
 }
 
@@ -140,7 +168,7 @@ void PannelloCollegamenti::sceglie(const QString &codice)
     ListView1->setCurrentItem(ListView1->topLevelItem(posto));
 }
 
-void PannelloCollegamenti::scegliNuovo(const std::vector<Elemento> &prima)
+void PannelloCollegamenti::sceglieNuovo(const std::vector<Elemento> &prima)
 {
     const auto nuovo = std::find_if(
         m_collegamenti.begin(), m_collegamenti.end(), [&prima](const Elemento &collegamento) {
@@ -159,4 +187,5 @@ void PannelloCollegamenti::abilita(bool solaLettura)
     Command3[Apri]->setEnabled(qualcuno);
     Command3[Elimina]->setEnabled(qualcuno && !solaLettura);
     Command3[Nuovo]->setEnabled(!solaLettura);
+    ImageCombo1->setEnabled(!solaLettura);
 }

@@ -5,6 +5,7 @@
 
 #include <QWidget>
 
+#include <functional>
 #include <optional>
 
 class QComboBox;
@@ -26,6 +27,10 @@ class PannelloCollegamenti : public QWidget
 public:
     explicit PannelloCollegamenti(QWidget *sopra);
 
+    // Le parole che distinguono il record di un codice da un altro con la stessa etichetta; si
+    // chiedono soltanto per il collegamento che si guarda. Può mancare.
+    std::function<QString(const QString &codice)> descrive;
+
     // Offre un genere.
     void offre(const Elemento &genere);
     // Il genere scelto; niente se non se n'è scelto alcuno.
@@ -34,13 +39,14 @@ public:
     void svuota();
     void aggiunge(const Elemento &collegamento);
     const std::vector<Elemento> &collegamenti() const { return m_collegamenti; }
+    // Quello che si vede scelto; niente se non se ne vede alcuno.
     std::optional<Elemento> collegamentoScelto() const;
     // Sceglie il collegamento col codice dato, o il primo se non c'è più.
     void sceglie(const QString &codice);
     // Sceglie il collegamento che prima non c'era; se non ve n'è alcuno resta la scelta che c'è.
-    void scegliNuovo(const std::vector<Elemento> &prima);
-    // "Apri" ed "Elimina" quando c'è qualche collegamento; in sola lettura mai "Nuovo" né
-    // "Elimina".
+    void sceglieNuovo(const std::vector<Elemento> &prima);
+    // "Apri" ed "Elimina" quando c'è qualche collegamento; in sola lettura mai "Nuovo", con i suoi
+    // generi, né "Elimina".
     void abilita(bool solaLettura);
 
 signals:

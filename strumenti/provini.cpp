@@ -85,13 +85,13 @@ void fotografaModale(const QString &nome)
 }
 
 void editore(const QString &nome, QWidget *sopra, const ProprietaFinestra &proprieta,
-             const Etichetta &etichetta)
+             const Etichetta &etichetta, int blocco = ado::adLockOptimistic)
 {
     const auto finestra = NuovaFinestra(nome, sopra);
     if (finestra == nullptr)
         return;
     finestra->proprieta = proprieta;
-    finestra->proprieta.TipoLock = ado::adLockOptimistic;
+    finestra->proprieta.TipoLock = blocco;
     finestra->Label2 = etichetta;
     fotografaModale(nome);
     ApriFinestra(*finestra, {});
@@ -111,6 +111,8 @@ void editori(QWidget *sopra)
     for (const char *nome : {"fmArchivio", "fmRegistro", "fmVoce", "fmIndividuo", "fmFamiglia",
                              "fmEvento", "fmLuogo", "fmRecapito", "fmOperatore"})
         editore(QString::fromLatin1(nome), sopra, codici, {u"Nascita"_s, 20});
+    for (const QString &nome : {u"fmRegistro"_s, u"fmIndividuo"_s})
+        editore(nome, sopra, codici, {u"Nascita"_s, 20}, ado::adLockReadOnly);
 }
 
 void ortografia()
@@ -144,6 +146,9 @@ void dialoghi(QWidget *sopra)
     testo.Form_Load(u"V1"_s);
     testo.show();
     fotografa(testo, u"fmTxtL"_s);
+    testo.TipoLock = ado::adLockReadOnly;
+    testo.Form_Load(u"V1"_s);
+    fotografa(testo, u"fmTxtL in sola lettura"_s);
     fmLogin accesso(sopra);
     accesso.show();
     fotografa(accesso, u"fmLogin"_s);

@@ -38,11 +38,11 @@ inline void apri(const QWidget *finestra, const QString &codice)
 {
     auto *elenco = parte<QTreeWidget>(finestra, QStringLiteral("ListView1"));
     for (int i = 0; i < elenco->topLevelItemCount(); ++i) {
-        if (elenco->topLevelItem(i)->toolTip(0) == codice)
+        if (elenco->topLevelItem(i)->data(0, Qt::UserRole) == codice)
             elenco->setCurrentItem(elenco->topLevelItem(i));
     }
     QVERIFY(elenco->currentItem() != nullptr);
-    QCOMPARE(elenco->currentItem()->toolTip(0), codice);
+    QCOMPARE(elenco->currentItem()->data(0, Qt::UserRole).toString(), codice);
     preme(finestra, QStringLiteral("Command3_2"));
 }
 

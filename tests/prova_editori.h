@@ -58,7 +58,8 @@ inline QString collegati(const QWidget *finestra)
     const auto *elenco = parte<QTreeWidget>(finestra, u"ListView1"_s);
     QStringList tutti;
     for (int i = 0; i < elenco->topLevelItemCount(); ++i)
-        tutti.append(elenco->topLevelItem(i)->toolTip(0) + u' ' + elenco->topLevelItem(i)->text(0));
+        tutti.append(elenco->topLevelItem(i)->data(0, Qt::UserRole).toString() + u' ' +
+                     elenco->topLevelItem(i)->text(0));
     return tutti.join(u", "_s);
 }
 

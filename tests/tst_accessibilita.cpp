@@ -10,6 +10,7 @@
 #include "platform/elaboratore/finestra_ortografia.h"
 #include "platform/finestre/avanzamento.h"
 #include "platform/finestre/messaggi.h"
+#include "platform/finestre/tasti.h"
 #include "programma.h"
 #include "texts/fmTxtL.h"
 
@@ -22,10 +23,12 @@
 #include <QLineEdit>
 #include <QMdiSubWindow>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTimer>
+#include <QToolBar>
 #include <QToolTip>
 #include <QTreeWidget>
 
@@ -340,6 +343,43 @@ private slots:
         QMessageBox sua(QMessageBox::Warning, ostile, ostile);
         sua.show();
         QCOMPARE(formattate(), QStringList());
+    }
+
+    // Il bottone del resto di una barra c'è, per chi legge lo schermo, solo finché si vede.
+    void ilRestoDellaBarra()
+    {
+        QWidget finestra;
+        QToolBar barra(&finestra);
+        for (const QString &nome : {u"Seleziona"_s, u"Apri"_s, u"Nuovo"_s})
+            barra.addAction(nome);
+        tasti::chiama(&barra, u"Comandi"_s);
+        finestra.show();
+        for (const int larga : {600, 60, 600}) {
+            barra.resize(larga, 40);
+            const auto *letta = QAccessible::queryAccessibleInterface(&barra);
+            QStringList nomi;
+            for (int i = 0; i < letta->childCount(); ++i) {
+                nomi.append(letta->child(i)->text(QAccessible::Name));
+                QCOMPARE(letta->indexOfChild(letta->child(i)), i);
+            }
+            QCOMPARE(nomi.contains(u"Altri comandi"_s), larga == 60);
+            QVERIFY(nomi.contains(u"Apri"_s));
+        }
+    }
+
+    // Ciò che si può solo leggere ha il fondo della finestra, comunque lo diventi.
+    void ilFondoDiCioCheSiLegge()
+    {
+        QLineEdit casella;
+        QPlainTextEdit testo;
+        for (QWidget *uno : {static_cast<QWidget *>(&casella), static_cast<QWidget *>(&testo)}) {
+            for (const bool sola : {false, true, false}) {
+                uno->setProperty("readOnly", sola);
+                uno->resize(200, 60);
+                const QColor fondo = uno->grab().toImage().pixelColor(150, 30);
+                QCOMPARE(fondo, uno->palette().color(sola ? QPalette::Window : QPalette::Base));
+            }
+        }
     }
 
     void salvaConLaTastiera()

@@ -88,6 +88,51 @@ private slots:
         QTEST(lette(u"SELECT Nome, Campolungo FROM Binari"_s), "atteso");
     }
 
+    // Due padrini hanno la stessa etichetta: il suggerimento, e il lettore di schermo, dicono chi.
+    void chiSonoICollegati()
+    {
+        esegui(u"INSERT INTO Individui (Codice, Voce, Nome, Cognome, Ruolo) VALUES "
+               "('I2', 'V1', 'Èlia', 'Dal Bò', 34), ('I3', 'V1', NULL, NULL, 34)"_s);
+        esegui(u"INSERT INTO Famiglie (Codice, Voce, Ruolo) VALUES ('F1', 'V1', 35)"_s);
+        esegui(u"INSERT INTO FamiglieConiugi VALUES ('F1', 'I2'), ('F1', 'I1')"_s);
+        esegui(
+            u"INSERT INTO Binari VALUES ('B1', 13, 'V1', 'Atto', 'Addì 4' || char(10) || 'marzo'), "
+            "('B2', 14, 'V1', 'atto.png', x'00')"_s);
+        esegui(u"INSERT INTO Eventi (Codice, IdProprietario, Tipo, Data, Luogo) VALUES "
+               "('E1', 'I1', 20, '1750-03-04', 'Pieve')"_s);
+        const auto parole = [](const QWidget *finestra, int ruolo) {
+            QStringList tutte;
+            const auto *elenco = parte<QTreeWidget>(finestra, u"ListView1"_s);
+            for (int i = 0; i < elenco->topLevelItemCount(); ++i)
+                tutte.append(elenco->topLevelItem(i)->data(0, ruolo).toString());
+            return tutte.join(u'|');
+        };
+        apre(u"fmVoce"_s, u"V1"_s, [&](QWidget *voce) {
+            QCOMPARE(parole(voce, Qt::ToolTipRole),
+                     u"Atto, Addì 4 marzo (B1)|atto.png (B2)|Zoe (I1)|Èlia Dal Bò (I2)|I3|"
+                     "Zoe e Èlia Dal Bò (F1)"_s);
+        });
+        apre(u"fmIndividuo"_s, u"I1"_s, [&](QWidget *individuo) {
+            QCOMPARE(parole(individuo, Qt::AccessibleDescriptionRole).section(u'|', -1),
+                     u"04/03/1750, Pieve (E1)"_s);
+        });
+    }
+
+    // Ctrl e un clic tolgono la riga dalla scelta: nessun comando la tocca.
+    void nulladiScelto()
+    {
+        esegui(u"INSERT INTO Binari VALUES ('B1', 12, 'V1', 'T', 'testo')"_s);
+        apre(u"fmVoce"_s, u"V1"_s, [&](QWidget *voce) {
+            auto *elenco = parte<QTreeWidget>(voce, u"ListView1"_s);
+            QTest::mouseClick(elenco->viewport(), Qt::LeftButton, Qt::ControlModifier,
+                              elenco->visualItemRect(elenco->topLevelItem(0)).center());
+            QVERIFY(elenco->selectedItems().isEmpty());
+            for (const QString &bottone : {u"Command3_1"_s, u"Command3_2"_s})
+                preme(voce, bottone);
+            QCOMPARE(collegati(voce), u"B1 Nota, I1 Battezzato/a"_s);
+        });
+    }
+
     void solaLettura()
     {
         esegui(u"INSERT INTO Binari VALUES ('B1', 12, 'I1', 'T', 'testo')"_s);

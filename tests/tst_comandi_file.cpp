@@ -70,6 +70,11 @@ private slots:
         QCOMPARE(principale->visualizzatori().size(), 1);
         QCOMPARE(archiviIn(cestino(u"esempio.tvd"_s)), 2);
         QCOMPARE(archiviIn(file), 2);
+        // Il file non si riapre da sé, ma chi vuole ne ritrova gli elenchi.
+        sceglie(u"&File"_s, u"Riapri gli elenchi chiusi"_s);
+        QCOMPARE(ultimo()->windowTitle(), u"Archivi File "_s + file);
+        sceglie(u"&File"_s, u"Riapri gli elenchi chiusi"_s);
+        QCOMPARE(principale->visualizzatori().size(), 2);
     }
 
     void compattaSiFermaAOgniRisposta()
@@ -142,7 +147,25 @@ private slots:
 
     void backUp()
     {
-        apreEsempio();
+        const fmTabella *primo = apreEsempio();
+        ordina(primo, 1);
+        va(primo, 1);
+        comando(primo, 1);
+        ProprietaTabella tutti;
+        tutti.TipoTabella = u"Individui"_s;
+        tutti.Percorso = primo->proprieta.Percorso;
+        tutti.Ordinamento = 15;
+        principale->apre(tutti);
+        cornice(ultimo())->setGeometry(40, 50, 400, 300);
+        const auto comeSono = [&] {
+            QStringList visti;
+            for (const fmTabella *uno : principale->visualizzatori())
+                visti.append(uno->windowTitle() + u' ' + cella(uno, 0, 0) + corrente(uno) +
+                             QString::number(griglia(uno)->model()->columnCount()));
+            return visti;
+        };
+        const QStringList prima = comeSono();
+        QCOMPARE(prima.size(), 3);
         const QString file = percorso(u"esempio.tvd"_s);
         const QString copia = percorso(u"copie/esempio.tvd"_s);
         QVERIFY(QDir().mkdir(percorso(u"copie"_s)));
@@ -150,9 +173,14 @@ private slots:
         inUso(file, true);
         scegliCartella({});
         sceglie(u"&File"_s, u"Back up"_s);
+        // Ciò che si è chiuso torna com'era: ambito, ordine, riga, posto.
+        QCOMPARE(comeSono(), prima);
+        QCOMPARE(cornice(ultimo())->geometry(), QRect(40, 50, 400, 300));
+        QCOMPARE(area()->activeSubWindow(), cornice(ultimo()));
         for (const bool si : {true, false, true}) {
             const bool esiste = QFileInfo::exists(copia);
             batteFile(u"Back-up"_s, file);
+            inUso(file, true);
             scegliCartella(percorso(u"copie"_s));
             if (esiste)
                 sovrascrive(si);

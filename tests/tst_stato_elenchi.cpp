@@ -24,6 +24,9 @@ QString ambitoProposto(const QWidget *finestra)
     QString scelte;
     for (int i = 0; i < 4; ++i)
         mostrate += parte<QGroupBox>(finestra, u"Frame1_%1"_s.arg(i))->isVisible() ? u'm' : u'n';
+    // I dettagli si vedono sempre, ma si scelgono solo dove cambiano qualcosa.
+    if (!parte<QGroupBox>(finestra, u"Frame1_3"_s)->isEnabled())
+        mostrate[3] = u's';
     for (int i = 0; i < 8; ++i) {
         if (parte<QRadioButton>(finestra, u"Option1_%1"_s.arg(i))->isChecked())
             scelte += QString::number(i);
@@ -97,20 +100,20 @@ private slots:
     void ambitoPropostoDalMenuTabelle_data()
     {
         // Per ogni voce del menu dopo "Archivi": la didascalia, le quattro parti (m mostrata, n
-        // nascosta), le scelte fatte e l'ambito che ne viene.
+        // nascosta, s spenta), le scelte fatte e l'ambito che ne viene.
         QTest::addColumn<QStringList>("attesi");
         QTest::newRow("Archivi") << QStringList{
-            u"Registri in Archivi mnnm 0246 0"_s,  u"Voci in Archivi mnnm 0356 6"_s,
-            u"Individui in Archivi mnnm 0356 6"_s, u"Famiglie in Archivi mnnm 0356 6"_s,
-            u"Eventi in Archivi mnnm 0356 6"_s,    u"Binari in Archivi mnnm 0356 6"_s};
+            u"Registri in Archivi mnns 0246 0"_s,  u"Voci in Archivi mnns 0356 6"_s,
+            u"Individui in Archivi mnnm 0356 6"_s, u"Famiglie in Archivi mnns 0356 6"_s,
+            u"Eventi in Archivi mnns 0356 6"_s,    u"Binari in Archivi mnns 0356 6"_s};
         QTest::newRow("Registri") << QStringList{
-            u"Registri in Registri mnnm 0246 0"_s,  u"Voci in Registri mmnm 0246 0"_s,
-            u"Individui in Registri mmnm 0256 4"_s, u"Famiglie in Registri mmnm 0256 4"_s,
-            u"Eventi in Registri mmnm 0256 4"_s,    u"Binari in Registri mmnm 0256 4"_s};
+            u"Registri in Registri mnns 0246 0"_s,  u"Voci in Registri mmns 0246 0"_s,
+            u"Individui in Registri mmnm 0256 4"_s, u"Famiglie in Registri mmns 0256 4"_s,
+            u"Eventi in Registri mmns 0256 4"_s,    u"Binari in Registri mmns 0256 4"_s};
         QTest::newRow("Voci") << QStringList{
-            u"Registri in Voci mnnm 0246 0"_s,  u"Voci in Voci mmnm 0246 0"_s,
-            u"Individui in Voci mmmm 0246 0"_s, u"Famiglie in Voci mmmm 0246 0"_s,
-            u"Eventi in Voci mmmm 0246 0"_s,    u"Binari in Voci mmmm 0246 0"_s};
+            u"Registri in Voci mnns 0246 0"_s,  u"Voci in Voci mmns 0246 0"_s,
+            u"Individui in Voci mmmm 0246 0"_s, u"Famiglie in Voci mmms 0246 0"_s,
+            u"Eventi in Voci mmms 0246 0"_s,    u"Binari in Voci mmms 0246 0"_s};
     }
     void ambitoPropostoDalMenuTabelle()
     {
@@ -150,41 +153,48 @@ private slots:
         esegui(u"UPDATE Binari SET Nome = 'è' WHERE Codice = 'B1'"_s);
         const fmTabella *oggetti = elenco(u"Binari"_s);
         const QHeaderView *testata = griglia(oggetti)->horizontalHeader();
+        // I contenuti si ordinano per il loro principio, i file prima dei testi.
+        esegui(u"INSERT INTO Binari VALUES ('B3', 13, 'V1', 'z', 'Addì 4 marzo')"_s);
+        sceglie(u"&Binari"_s, u"Aggiorna"_s);
         ordina(oggetti, 4);
-        QVERIFY(!testata->isSortIndicatorShown());
-        for (const int colonna : {3, 4, 3}) {
-            ordina(oggetti, colonna);
-            QVERIFY(testata->isSortIndicatorShown());
-            QCOMPARE(testata->sortIndicatorSection(), 3);
-            QCOMPARE(testata->sortIndicatorOrder(), Qt::AscendingOrder);
-            QCOMPARE(codici(oggetti), u"B2 B1"_s);
-        }
+        QCOMPARE(codici(oggetti), u"B2 B3 B1"_s);
+        ordina(oggetti, 3);
+        QVERIFY(testata->isSortIndicatorShown());
+        QCOMPARE(testata->sortIndicatorSection(), 3);
+        QCOMPARE(testata->sortIndicatorOrder(), Qt::AscendingOrder);
+        QCOMPARE(codici(oggetti), u"B2 B1 B3"_s);
         // Dal menu della riga si ordina senza il mouse, per le stesse colonne.
         attiva();
         QTest::keyClick(griglia(oggetti), Qt::Key_F10, Qt::ShiftModifier);
         auto *aperto = qobject_cast<QMenu *>(QApplication::activePopupWidget());
         QVERIFY(aperto != nullptr);
         const auto colonne = aperto->actions().constLast()->menu()->actions();
-        QCOMPARE(didascalie(colonne),
-                 QStringList({u"Codice"_s, u"Tipo"_s, u"IdProprietario"_s, u"Nome"_s}));
-        QVERIFY(colonne.constLast()->isChecked());
+        QCOMPARE(didascalie(colonne), QStringList({u"Codice"_s, u"Tipo"_s, u"IdProprietario"_s,
+                                                   u"Nome"_s, u"Campolungo"_s}));
+        QVERIFY(colonne.at(3)->isChecked());
         colonne.constFirst()->trigger();
         aperto->close();
-        QCOMPARE(codici(oggetti), u"B1 B2"_s);
+        QCOMPARE(codici(oggetti), u"B1 B2 B3"_s);
     }
 
     void mostra()
     {
         const fmTabella *primo = apreEsempio(u"Bianchi & Figli.tvd"_s);
         elenco(u"Registri"_s);
+        // La stessa didascalia: si dice che cosa abbracciano, e poi quale viene prima.
+        comando(primo, 1);
+        comando(primo, 1);
         cornice(primo)->showMinimized();
         area()->setActiveSubWindow(cornice(ultimo()));
         const QString inizio = u" File "_s + percorso(u"Bianchi && Figli.tvd"_s);
         QStringList elencate;
         scegliePrima(elencate);
         sceglie(u"&Finestre"_s, u"Mostra"_s);
-        QCOMPARE(elencate, QStringList({u"Archivi"_s + inizio,
-                                        u"* Registri"_s + inizio + u" Archivio A1"_s}));
+        QCOMPARE(
+            elencate,
+            QStringList({u"Archivi"_s + inizio, u"Registri"_s + inizio + u" Archivio A1 – tutto"_s,
+                         u"Registri"_s + inizio + u" Archivio A1 – archivio A1 (1)"_s,
+                         u"* Registri"_s + inizio + u" Archivio A1 – archivio A1 (2)"_s}));
         QTRY_COMPARE(area()->activeSubWindow(), cornice(primo));
         QVERIFY(!cornice(primo)->isMinimized());
     }

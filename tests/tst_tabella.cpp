@@ -17,6 +17,13 @@ private slots:
         QCOMPARE(corrente(archiviAperti), u"A1"_s);
         va(archiviAperti, 1);
         QCOMPARE(contesto().ArchivioCorrente, u"A1"_s);
+        // Anche dopo Ctrl e un clic la riga su cui si agisce è quella che si vede scelta.
+        QTest::mouseClick(
+            griglia(archiviAperti)->viewport(), Qt::LeftButton, Qt::ControlModifier,
+            griglia(archiviAperti)->visualRect(griglia(archiviAperti)->currentIndex()).center());
+        QVERIFY(griglia(archiviAperti)
+                    ->selectionModel()
+                    ->isSelected(griglia(archiviAperti)->currentIndex()));
         comando(archiviAperti, 1);
 
         fmTabella *registri = ultimo();
@@ -50,6 +57,52 @@ private slots:
         // Senza una riga i comandi che ne vogliono una non fanno nulla.
         for (const QString &vuoto : {u"Seleziona"_s, u"Apri"_s, u"Elimina"_s})
             sceglie(u"&Voci"_s, vuoto);
+    }
+
+    // Un altro piano aggiunge i suoi comandi in fondo, dove valgono e per gli elenchi che vuole.
+    void comandiAggiunti()
+    {
+        apreEsempio();
+        QString visto;
+        const ServiziTabella servizi{
+            {}, [&](const GenereElenco &genere) {
+                std::vector<ComandoElenco> suoi;
+                if (genere.livello == Livello::Voce)
+                    suoi = {{u"Scheda"_s,
+                             {},
+                             Qt::Key_F6,
+                             true,
+                             [&](fmTabella &elenco) {
+                                 visto += elenco.codiceCorrente();
+                                 elenco.mostraCambiamenti(true);
+                             },
+                             [](const fmTabella &elenco) { return !elenco.vuota(); }}};
+                return suoi;
+            }};
+        for (const auto &[tabella, voci] : {std::pair{u"Voci"_s, 7}, {u"Registri"_s, 5}}) {
+            ProprietaTabella tutta;
+            tutta.TipoTabella = tabella;
+            tutta.Percorso = percorso(u"esempio.tvd"_s);
+            tutta.Ordinamento = 7;
+            fmTabella elenco(tutta, servizi, nullptr);
+            elenco.Form_Load();
+            elenco.Form_Activate();
+            const auto azioni = elenco.menu().constFirst()->actions();
+            QCOMPARE(azioni.size(), voci);
+            if (voci == 5)
+                continue;
+            QVERIFY(azioni.at(5)->isSeparator());
+            azioni.constLast()->trigger();
+            QCOMPARE(visto, u"V1"_s);
+            contesto().VoceCorrente.clear();
+            persona->avviso(
+                u"Operazione non riuscita:\nla riga non si legge più: aggiornare l'elenco"_s);
+            esegui(u"DELETE FROM Voci"_s);
+            azioni.constLast()->trigger();
+            elenco.mostraCambiamenti(true);
+            QVERIFY(!azioni.constLast()->isEnabled());
+            QCOMPARE(visto + contesto().VoceCorrente, u"V1"_s);
+        }
     }
 
     void nuovoEdOrdine()

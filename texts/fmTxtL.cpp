@@ -146,7 +146,9 @@ void fmTxtL::creaBottoni(QWidget *Frame1)
     connect(Command2, &QPushButton::clicked, this,
             [this] { messaggi::protetto(this, [this] { controlla(); }); });
     tasti::assegna(this, QKeySequence::Save, Command1);
+    // "Controlla" e "Chiudi" hanno la stessa lettera: i loro tasti no.
     tasti::assegna(this, Qt::Key_F7, Command2);
+    tasti::assegna(this, Qt::CTRL | Qt::Key_W, Command4);
     connect(Command4, &QPushButton::clicked, this, &QDialog::accept);
 }
 

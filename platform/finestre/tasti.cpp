@@ -1,12 +1,55 @@
 #include "platform/finestre/tasti.h"
 
 #include <QAbstractButton>
+#include <QAccessibleWidget>
 #include <QShortcut>
 #include <QToolBar>
 #include <QToolButton>
 
 namespace tasti
 {
+
+namespace
+{
+
+const QString bottoneDelResto = QStringLiteral("qt_toolbar_ext_button");
+
+// La barra per un lettore di schermo: il bottone del resto, che esiste anche quando non serve, c'è
+// soltanto finché si vede.
+class BarraLetta : public QAccessibleWidget
+{
+public:
+    explicit BarraLetta(QToolBar *barra) : QAccessibleWidget(barra, QAccessible::ToolBar) {}
+
+    int childCount() const override { return static_cast<int>(figli().size()); }
+    QAccessibleInterface *child(int posto) const override { return figli().value(posto); }
+    int indexOfChild(const QAccessibleInterface *figlio) const override
+    {
+        return static_cast<int>(figli().indexOf(figlio));
+    }
+
+private:
+    QList<QAccessibleInterface *> figli() const
+    {
+        QList<QAccessibleInterface *> visti;
+        for (int i = 0; i < QAccessibleWidget::childCount(); ++i) {
+            QAccessibleInterface *figlio = QAccessibleWidget::child(i);
+            const QObject *oggetto = figlio->object();
+            if (oggetto->objectName() != bottoneDelResto || !figlio->state().invisible)
+                visti.append(figlio);
+        }
+        return visti;
+    }
+};
+
+QAccessibleInterface *legge(const QString &classe, QObject *oggetto)
+{
+    auto *barra =
+        classe == QStringLiteral("QToolBar") ? qobject_cast<QToolBar *>(oggetto) : nullptr;
+    return barra == nullptr ? nullptr : new BarraLetta(barra);
+}
+
+} // namespace
 
 QString conTasto(const QString &testo, const QKeySequence &tasto)
 {
@@ -26,8 +69,8 @@ void assegna(QWidget *dove, const QKeySequence &tasto, QAbstractButton *bottone)
 void chiama(QToolBar *barra, const QString &nome)
 {
     barra->setAccessibleName(nome);
-    const auto bottoni =
-        barra->findChildren<QToolButton *>(QStringLiteral("qt_toolbar_ext_button"));
+    QAccessible::installFactory(legge);
+    const auto bottoni = barra->findChildren<QToolButton *>(bottoneDelResto);
     for (QToolButton *bottone : bottoni) {
         bottone->setAccessibleName(QStringLiteral("Altri comandi"));
         bottone->setToolTip(bottone->accessibleName());
