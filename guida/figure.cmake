@@ -1,7 +1,4 @@
 # Copia in GUIDA/immagini, dalla cartella DA, le figure che le pagine nominano.
-if(NOT IS_DIRECTORY "${DA}")
-  message(FATAL_ERROR "TARVOLA_FOTOGRAFIE: dove la dimostrazione ha lasciato le sue immagini")
-endif()
 file(GLOB pagine ${GUIDA}/htm/*.htm)
 set(nominate)
 foreach(pagina ${pagine})
