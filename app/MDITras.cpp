@@ -113,7 +113,7 @@ void MDITras::SubFileItem_Click(VoceFile voce)
     messaggi::protetto(this, [this, voce] {
         switch (voce) {
         case VoceFile::Apri:
-            return m_archivi.apri();
+            return m_archivi.apre();
         case VoceFile::Nuovo:
             return m_archivi.nuovo();
         case VoceFile::Compatta:
