@@ -157,7 +157,7 @@ void MDITras::SubFileItem_Click(VoceFile voce)
         m_chiusiDiPrima = true;
         switch (voce) {
         case VoceFile::Apri:
-            return m_archivi.apri();
+            return m_archivi.apre();
         case VoceFile::Nuovo:
             return nuovo();
         case VoceFile::Compatta:

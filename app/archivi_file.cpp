@@ -58,14 +58,14 @@ ArchiviFile::ArchiviFile(QWidget *finestra, std::function<void()> apreArchivi,
 {
 }
 
-void ArchiviFile::apri()
+void ArchiviFile::apre()
 {
-    const QString percorso = scegli(QStringLiteral("Apri un file"));
+    const QString percorso = sceglie(QStringLiteral("Apri un file"));
     if (!percorso.isEmpty())
         apreCorrente(percorso);
 }
 
-QString ArchiviFile::scegli(const QString &titolo) const
+QString ArchiviFile::sceglie(const QString &titolo) const
 {
     return dialoghi::apriFile(m_finestra, sceltaArchivio(titolo));
 }

@@ -15,13 +15,13 @@ public:
     ArchiviFile(QWidget *finestra, std::function<void()> apreArchivi,
                 std::function<void(const ado::Connection *)> chiudeFinestre);
 
-    void apri();
+    void apre();
     void nuovo();
     // Apre l'archivio, lo rende corrente e ne mostra gli archivi; un guasto diventa un messaggio.
     void apreCorrente(const QString &percorso);
 
     // Fa scegliere un archivio che esiste; vuoto se non se ne sceglie nessuno.
-    QString scegli(const QString &titolo) const;
+    QString sceglie(const QString &titolo) const;
     // Chiude il file se è aperto: -1 non lo era, -2 l'utente lo tiene aperto, altrimenti il posto
     // della connessione chiusa.
     long ChiudiSeInUso(const QString &percorso);

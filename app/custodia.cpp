@@ -98,7 +98,7 @@ std::optional<bool> Custodia::consenteDiSovrascrivere(const QString &percorso,
 
 void Custodia::compatta()
 {
-    const QString percorso = m_archivi.scegli(QStringLiteral("Compatta/ripara un file"));
+    const QString percorso = m_archivi.sceglie(QStringLiteral("Compatta/ripara un file"));
     if (percorso.isEmpty() || !m_archivi.consenteLoSpostamento(percorso) || !libera(percorso))
         return;
     Compattato esito;
@@ -124,7 +124,7 @@ void Custodia::compatta()
 
 void Custodia::backUp()
 {
-    const QString percorso = m_archivi.scegli(QStringLiteral("Back-up"));
+    const QString percorso = m_archivi.sceglie(QStringLiteral("Back-up"));
     if (percorso.isEmpty() || !libera(percorso))
         return;
     QString copia =
@@ -147,7 +147,7 @@ void Custodia::backUp()
 
 void Custodia::recupera()
 {
-    const QString scelto = m_archivi.scegli(QStringLiteral("Recupera"));
+    const QString scelto = m_archivi.sceglie(QStringLiteral("Recupera"));
     if (scelto.isEmpty())
         return;
     const QString arrivo = shell::cartellaApplicazione() + u'/' + shell::NomeFileDaPercorso(scelto);

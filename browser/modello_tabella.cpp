@@ -12,6 +12,7 @@ namespace
 {
 
 constexpr qsizetype righeTenute = 500;
+constexpr qsizetype lettereMostrate = 2000;
 constexpr int chiaviSubito = 200;
 // Quante chiavi per volta, e fra quanti millisecondi stare per leggerle.
 constexpr int pezzoMinimo = 1000;
@@ -57,7 +58,12 @@ QVariant ModelloTabella::data(const QModelIndex &indice, int ruolo) const
     const QString &colonna = m_elenco.colonne().at(indice.column());
     if (ruolo == Qt::DisplayRole || ruolo == Qt::ToolTipRole) {
         const QVariant valore = valori(indice.row()).value(indice.column());
-        return colonnaDiDate(colonna) ? italiano::mostraDataBreve(valore.toString()) : valore;
+        const QVariant mostrato =
+            colonnaDiDate(colonna) ? italiano::mostraDataBreve(valore.toString()) : valore;
+        // Un testo smisurato, che può venire da un archivio altrui, fermerebbe chi lo dispone.
+        if (mostrato.toString().size() > lettereMostrate)
+            return QString(mostrato.toString().left(lettereMostrate) + u'…');
+        return mostrato;
     }
     return {};
 }

@@ -45,13 +45,13 @@ void EliminaLegame(QWidget *sopra, const QString &operatore, const QString &reco
                    const QString &entrato)
 {
     QString inPiu = QStringLiteral("\n\nQui la voce è il collegamento con un operatore: sarà tolto "
-                                   "soltanto quello.\nL'operatore e i suoi dati restano");
+                                   "soltanto quello. L'operatore e i suoi dati restano");
     // Chi non è più legato a nulla se ne va con la prossima pulizia, se non è chi sta lavorando.
     inPiu += operatore.compare(entrato, Qt::CaseInsensitive) == 0 ||
                      CollegamentiDi(connessione(), operatore) > 1
                  ? QStringLiteral(".")
-                 : QStringLiteral(" fino alla prossima eliminazione di un record: non essendo\n"
-                                  "collegato ad altro, allora saranno tolti.");
+                 : QStringLiteral("; non essendo collegato ad altro, saranno tolti alla prossima "
+                                  "eliminazione di un record.");
     if (avverte(sopra, inPiu))
         ScollegaOperatore(connessione(), operatore, record);
 }

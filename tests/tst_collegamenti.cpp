@@ -206,8 +206,8 @@ private slots:
         apre(u"fmArchivio"_s, u"A1"_s, [&](QWidget *finestra) {
             auto *elenco = parte<QTreeWidget>(finestra, u"ListView1"_s);
             for (const char *resta :
-                 {"restano.", "restano fino alla prossima eliminazione di un record: non essendo\n"
-                              "collegato ad altro, allora saranno tolti."}) {
+                 {"restano.", "restano; non essendo collegato ad altro, saranno tolti alla "
+                              "prossima eliminazione di un record."}) {
                 for (const bool procede : {false, true}) {
                     elenco->setCurrentItem(elenco->topLevelItem(0));
                     persona->avvertimento(
@@ -215,7 +215,7 @@ private slots:
                         "eliminate TUTTE le voci ad essa collegate. Procedere?\n"
                         "Si consiglia di annullare l'operazione e di effettuare, prima,\n"
                         "un back-up dell'archivio\n\n\nQui la voce è il collegamento con un "
-                        "operatore: sarà tolto soltanto quello.\nL'operatore e i suoi dati "_s +
+                        "operatore: sarà tolto soltanto quello. L'operatore e i suoi dati "_s +
                             QString::fromUtf8(resta),
                         procede);
                     const int prima = elenco->topLevelItemCount();

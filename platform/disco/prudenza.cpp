@@ -81,8 +81,7 @@ QString accorciato(const QString &nome)
 
 bool programmaDaiByte(const QByteArray &inizio)
 {
-    static const QByteArray segni[] = {"\x7f"
-                                       "ELF",
+    static const QByteArray segni[] = {"\177ELF",
                                        "MZ",
                                        "#!",
                                        "\xef\xbb\xbf#!",
