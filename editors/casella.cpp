@@ -4,10 +4,22 @@
 #include "editors/casella_genere.h"
 #include "editors/casella_ora.h"
 #include "editors/casella_scelta.h"
+#include "platform/errore.h"
 
 #include <QFocusEvent>
 #include <QLabel>
 #include <QWidget>
+
+DescrizioneCampo campoDi(QStringView tabella, QStringView colonna)
+{
+    const auto *trovata = modTarvola::catalogo::tabella(tabella).colonna(colonna);
+    if (trovata == nullptr)
+        throw ado::Errore(
+            ado::Causa::Altro,
+            QStringLiteral("la tabella %1 non ha la colonna %2").arg(tabella, colonna));
+    return {trovata->formato, trovata->etichetta.toString(), trovata->lunghezza,
+            trovata->lettere.toString()};
+}
 
 Casella::Casella(DescrizioneCampo descrizione, QWidget *sopra)
     : QObject(sopra), m_descrizione(std::move(descrizione))
@@ -76,6 +88,7 @@ Casella *nuovaCasella(const DescrizioneCampo &descrizione, QWidget *sopra)
     case Formato::Genere:
         return new CasellaGenere(descrizione, sopra);
     case Formato::Testo:
+    case Formato::Nessuno:
         break;
     }
     return new CasellaTesto(descrizione, sopra);

@@ -1,21 +1,25 @@
 #pragma once
 
+#include "db/tabelle.h"
+
 #include <QObject>
 #include <QVariant>
 
 class QLabel;
 class QWidget;
 
-// Come una casella mostra il suo valore e lo legge da chi scrive.
-enum class Formato { Testo, Data, DataEstesa, Ora, Pagina, Password, Scelta, Genere };
+using modTarvola::catalogo::Formato;
 
 // Che cosa una casella contiene: basta a costruirla, in un editore o altrove.
 struct DescrizioneCampo {
     Formato formato = Formato::Testo;
     QString etichetta;
-    int lunghezza = 60;   // i caratteri che accetta; 0 vuol dire senza limite
+    int lunghezza = 0;    // i caratteri che accetta; 0 vuol dire senza limite
     QString lettere = {}; // di una Scelta, nell'ordine in cui si offrono
 };
+
+// Ciò che il catalogo sa della colonna. Lancia ado::Errore se la tabella o la colonna non c'è.
+DescrizioneCampo campoDi(QStringView tabella, QStringView colonna);
 
 // Una casella di qualunque formato. Mostra un valore dell'archivio, rende quello da registrare,
 // rifiuta ciò che non sa leggere e dice quando chi la usa la cambia. Riempirla dal programma non è

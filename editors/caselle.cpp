@@ -5,11 +5,15 @@
 
 #include <algorithm>
 
-Caselle::Caselle(std::vector<DescrizioneCasella> descrizioni, QWidget *sopra)
+Caselle::Caselle(const QString &tabella, std::vector<DescrizioneCasella> descrizioni,
+                 QWidget *sopra)
     : m_descrizioni(std::move(descrizioni))
 {
     for (const DescrizioneCasella &descrizione : m_descrizioni) {
-        m_caselle.push_back(nuovaCasella(descrizione.contenuto, sopra));
+        m_caselle.push_back(nuovaCasella(descrizione.campo.isEmpty()
+                                             ? descrizione.contenuto
+                                             : campoDi(tabella, descrizione.campo),
+                                         sopra));
         m_caselle.back()->numera(descrizione.indice);
     }
 }

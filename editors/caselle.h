@@ -10,23 +10,23 @@ class QGridLayout;
 
 // Le caselle di un editore, legate ai campi del record.
 
-// Una casella: il suo posto nella serie che le dà il nome, il campo (vuoto: nessuno), che cosa
-// contiene, il posto nella griglia (riga -1: una riga per ciascuna, nell'ordine) e la cornice
-// (vuota: "Dettagli").
+// Una casella: il suo posto nella serie che le dà il nome, il campo, il posto nella griglia (riga
+// -1: una riga per ciascuna, nell'ordine) e la cornice (vuota: "Dettagli"). Che cosa contiene lo
+// dice il catalogo; di chi non ha un campo si dice qui.
 struct DescrizioneCasella {
     int indice;
     QString campo;
-    DescrizioneCampo contenuto;
     int riga = -1;
     int colonna = 0;
     QString cornice = {};
+    DescrizioneCampo contenuto = {};
 };
 
 class Caselle
 {
 public:
-    // Le caselle nascono nell'ordine dato, che è anche quello del tabulatore.
-    Caselle(std::vector<DescrizioneCasella> descrizioni, QWidget *sopra);
+    // Le caselle dei campi di una tabella; l'ordine dato è anche quello del tabulatore.
+    Caselle(const QString &tabella, std::vector<DescrizioneCasella> descrizioni, QWidget *sopra);
 
     // Mette nella griglia le caselle della cornice chiamata così, con le loro etichette.
     void disponi(QGridLayout *griglia, QWidget *cornice, const QString &chiamata = {});

@@ -15,9 +15,9 @@ DescrizioneEditor descrizione()
         QStringLiteral("Archivi"),
         &ProprietaFinestra::ArchivioLocale,
         {
-            {0, QStringLiteral("Nome"), {Formato::Testo, QStringLiteral("Nome")}},
-            {1, QStringLiteral("Abbreviazione"), {Formato::Testo, QStringLiteral("Abbreviato")}},
-            {2, QStringLiteral("Gruppo"), {Formato::Testo, QStringLiteral("Gruppo")}},
+            {0, QStringLiteral("Nome")},
+            {1, QStringLiteral("Abbreviazione")},
+            {2, QStringLiteral("Gruppo")},
         },
         {Legami::TestiEFile, Legami::Operatori, Legami::Indirizzi, Legami::Recapiti},
         {Nota, TestoRiportato, FileAllegato, Contatto, Indirizzo, Recapito},

@@ -25,7 +25,7 @@ using namespace modTarvola;
 
 fmEditor::fmEditor(DescrizioneEditor descrizione, QWidget *sopra)
     : FinestraEditor(descrizione.nome, sopra),
-      Text1(descrizione.caselle, this),
+      Text1(descrizione.tabella, descrizione.caselle, this),
       pannello(new PannelloCollegamenti(this)),
       m_descrizione(std::move(descrizione))
 {

@@ -14,11 +14,6 @@ namespace
 // I riquadri a tre vie stanno in fila sotto i dettagli.
 const QString fila = QStringLiteral("fila");
 
-DescrizioneCasella scelta(int indice, const QString &campo, const QString &lettere)
-{
-    return {indice, campo, {Formato::Scelta, campo, 1, lettere}, 0, 0, fila};
-}
-
 DescrizioneEditor descrizione()
 {
     return {
@@ -27,15 +22,15 @@ DescrizioneEditor descrizione()
         QStringLiteral("Individui"),
         &ProprietaFinestra::IndividuoLocale,
         {
-            {0, QStringLiteral("Precisazione"), {Formato::Testo, QStringLiteral("Precisazione")}},
-            {1, QStringLiteral("Nome"), {Formato::Testo, QStringLiteral("Nome")}},
-            {2, QStringLiteral("Soprannome"), {Formato::Testo, QStringLiteral("Soprannome")}},
-            {3, QStringLiteral("Cognome"), {Formato::Testo, QStringLiteral("Cognome")}},
-            {4, QStringLiteral("Detto"), {Formato::Testo, QStringLiteral("Detto")}},
-            {5, QStringLiteral("Età"), {Formato::Testo, QStringLiteral("Età")}},
-            scelta(0, QStringLiteral("Sesso"), QStringLiteral("MF")),
-            scelta(1, QStringLiteral("Legittimo"), QStringLiteral("SN")),
-            scelta(2, QStringLiteral("Vivente"), QStringLiteral("SN")),
+            {0, QStringLiteral("Precisazione")},
+            {1, QStringLiteral("Nome")},
+            {2, QStringLiteral("Soprannome")},
+            {3, QStringLiteral("Cognome")},
+            {4, QStringLiteral("Detto")},
+            {5, QStringLiteral("Età")},
+            {0, QStringLiteral("Sesso"), 0, 0, fila},
+            {1, QStringLiteral("Legittimo"), 0, 0, fila},
+            {2, QStringLiteral("Vivente"), 0, 0, fila},
         },
         {Legami::TestiEFile, Legami::FamiglieConiuge, Legami::FamiglieGenitori, Legami::Eventi,
          Legami::Operatori},

@@ -21,6 +21,14 @@ constexpr int lunghezzaMinima = 4;
 
 const QString cornicePassword = QStringLiteral("Password");
 
+// La conferma non si registra, ma è fatta come la password.
+DescrizioneCampo daConfermare()
+{
+    DescrizioneCampo campo = campoDi(u"Operatori", u"Password");
+    campo.etichetta = QStringLiteral("Conferma");
+    return campo;
+}
+
 DescrizioneEditor descrizione()
 {
     return {
@@ -29,20 +37,10 @@ DescrizioneEditor descrizione()
         QStringLiteral("Operatori"),
         &ProprietaFinestra::OperatoreLocale,
         {
-            {nome, QStringLiteral("Nome"), {Formato::Testo, QStringLiteral("Nome")}},
-            {1, QStringLiteral("Cognome"), {Formato::Testo, QStringLiteral("Cognome")}},
-            {password,
-             QStringLiteral("Password"),
-             {Formato::Password, QStringLiteral("Inserisci")},
-             0,
-             0,
-             cornicePassword},
-            {conferma,
-             QString(),
-             {Formato::Password, QStringLiteral("Conferma")},
-             1,
-             0,
-             cornicePassword},
+            {nome, QStringLiteral("Nome")},
+            {1, QStringLiteral("Cognome")},
+            {password, QStringLiteral("Password"), 0, 0, cornicePassword},
+            {conferma, QString(), 1, 0, cornicePassword, daConfermare()},
         },
         {Legami::TestiEFile, Legami::Indirizzi, Legami::Recapiti, Legami::Operatori},
         {Nota, TestoRiportato, FileAllegato, Contatto, Indirizzo, Recapito},
