@@ -167,7 +167,7 @@ void fmTabella::apriEvento(const QString &codice)
 {
     contesto().EventoCorrente = codice;
     const int tipo = tipoCorrente();
-    const QString etichetta = EtichettaTraduzione(tipo);
+    const QString etichetta = EtichettaTraduzione(connessione(), archivi().ColonnaLingua, tipo);
     apreEditor(QStringLiteral("fmEvento"), etichetta, [&](FinestraEditor &editore) {
         editore.proprieta.VoceLocale = proprieta.VoceLocale;
         editore.proprieta.EventoLocale = codice;
@@ -196,7 +196,7 @@ void fmTabella::ApriBinario(const QString &codice, int tipo)
 void fmTabella::apriVoce(const QString &codice)
 {
     contesto().VoceCorrente = codice;
-    const int tipo = TipoRegistroDiVoce(codice);
+    const int tipo = TipoRegistroDiVoce(connessione(), codice);
     contesto().TipoRegistroCorrente = tipo;
     const QString didascalia = didascaliaVoce(tipo, false);
     if (didascalia.isEmpty())
@@ -255,7 +255,7 @@ QString fmTabella::nuovaVoce()
                                               "registro nel suo elenco"));
         return {};
     }
-    const int tipo = TipoRegistro(registro);
+    const int tipo = TipoRegistro(connessione(), registro);
     const QString didascalia = didascaliaVoce(tipo, true);
     if (didascalia.isEmpty())
         return {};

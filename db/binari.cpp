@@ -22,7 +22,7 @@ qint64 fileMassimo(ado::Connection &connessione)
 
 std::unique_ptr<ado::Stream> aggiungeFile(ado::Connection &connessione, const NuovoFile &file)
 {
-    const QString codice = NuovoCodice(tabella);
+    const QString codice = NuovoCodice(connessione, tabella);
     connessione.Execute(
         {QStringLiteral("INSERT INTO Binari (Codice, Tipo, IdProprietario, Nome, Campolungo) "
                         "VALUES (?, ?, ?, ?, zeroblob(?))"),

@@ -185,11 +185,12 @@ void fmEditor::scrive()
 {
     ado::Transazione transazione(connessione());
     if (!adoDettagli.Campo(QStringLiteral("Codice")).isValid()) {
-        if (!proprietario().isEmpty() && !esiste(proprietario()))
+        if (!proprietario().isEmpty() && !esiste(connessione(), proprietario()))
             throw ado::Errore(ado::Causa::Altro,
                               QStringLiteral("il record %1, di cui questo fa parte, non esiste più")
                                   .arg(proprietario()));
-        adoDettagli.Assegna(QStringLiteral("Codice"), NuovoCodice(m_descrizione.tabella));
+        adoDettagli.Assegna(QStringLiteral("Codice"),
+                            NuovoCodice(connessione(), m_descrizione.tabella));
         completaNuovo();
     }
     completa();
@@ -230,7 +231,7 @@ void fmEditor::nuovo()
         }
     }
     // Può essere stato eliminato da una finestra aperta su questa.
-    if (!esiste(codice()))
+    if (!esiste(connessione(), codice()))
         throw ado::Errore(ado::Causa::Altro,
                           QStringLiteral("il record %1 non esiste più").arg(codice()));
     const std::vector<Elemento> prima = pannello->collegamenti();

@@ -64,7 +64,7 @@ void fmFamiglia::caricato()
 // ancora da registrare.
 void fmFamiglia::dopoCollegamenti()
 {
-    if (!esiste(codice()))
+    if (!esiste(connessione(), codice()))
         tornaNuova();
 }
 
@@ -99,7 +99,7 @@ void fmFamiglia::collegaOperatore()
 {
     fmEditor::collegaOperatore();
     const QString &individuo = proprieta.IndividuoLocale;
-    if (individuo.isEmpty() || !esiste(individuo))
+    if (individuo.isEmpty() || !esiste(connessione(), individuo))
         return;
     const QString famiglia = adoDettagli.Testo(QStringLiteral("Codice"));
     if (proprieta.TipoFamigliaLocale == FamigliaConiuge)
@@ -145,9 +145,9 @@ void fmFamiglia::nuovoMembro(const Elemento &ruolo)
         });
     const auto *individuo = qobject_cast<const fmIndividuo *>(finestra.get());
     const QString membro = individuo == nullptr ? QString() : individuo->individuoSalvato();
-    if (esiste(membro)) {
+    if (esiste(connessione(), membro)) {
         // Una famiglia ancora senza membri può essere sparita eliminando altro da quella finestra.
-        if (!esiste(codice())) {
+        if (!esiste(connessione(), codice())) {
             tornaNuova();
             SalvaDettagli();
         }

@@ -61,7 +61,7 @@ void fmOperatore::Form_Load()
     case Contatto:
         setWindowTitle(QStringLiteral("Contatto"));
         // Un contatto che non c'è più si crea da capo.
-        if (!esiste(codice()))
+        if (!esiste(connessione(), codice()))
             codice().clear();
         break;
     case PropriDati:
@@ -105,7 +105,8 @@ QString fmOperatore::controlla() const
     const QString rifiuto = m_passwordDaControllare ? controllaPassword() : QString();
     if (!rifiuto.isEmpty() || contatto())
         return rifiuto;
-    return OperatoreCon(Text1[nome]->valore().toString(), Text1[password]->testo(), codice())
+    return OperatoreCon(connessione(), Text1[nome]->valore().toString(), Text1[password]->testo(),
+                        codice())
                    .isEmpty()
                ? QString()
                : QStringLiteral("La password è già in uso");

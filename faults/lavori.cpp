@@ -45,7 +45,7 @@ QString salva(const Posto &posto, const QString &nome)
 {
     apre(posto);
     ado::Transazione transazione(connessione());
-    const QString codice = NuovoCodice(QStringLiteral("Individui"));
+    const QString codice = NuovoCodice(connessione(), QStringLiteral("Individui"));
     // L'ora è sempre la stessa, perché due salvataggi uguali si possano confrontare.
     esegue("INSERT INTO Individui (Codice, Voce, Nome, Creazione) "
            "VALUES (?, 'V1', ?, '2024-01-01 10:00:00')",

@@ -61,9 +61,9 @@ private slots:
         const auto dopo = [](const QString &presenti) {
             esegui(u"DELETE FROM Eventi"_s);
             esegui(u"INSERT INTO Eventi (Codice) VALUES "_s + presenti);
-            return NuovoCodice(u"Eventi"_s);
+            return NuovoCodice(connessione(), u"Eventi"_s);
         };
-        QCOMPARE(NuovoCodice(u"Eventi"_s), u"E1"_s);
+        QCOMPARE(NuovoCodice(connessione(), u"Eventi"_s), u"E1"_s);
         QCOMPARE(dopo(u"('E10'), ('E9'), ('E2')"_s), u"E11"_s);
         // Un buco resta; il numero più alto, eliminato, si dà di nuovo.
         QCOMPARE(dopo(u"('E1'), ('E7')"_s), u"E8"_s);
@@ -85,17 +85,17 @@ private slots:
     {
         esegui(u"INSERT INTO Registri (Codice, Tipo) VALUES ('R1', 10)"_s);
         esegui(u"INSERT INTO Voci (Codice, Registro) VALUES ('V1', 'r1'), ('V2', 'R9')"_s);
-        QCOMPARE(TipoRegistroDiVoce(u"V1"_s), 10);
-        QCOMPARE(TipoRegistroDiVoce(u"v1"_s), 10);
-        QCOMPARE(TipoRegistroDiVoce(u"V2"_s), 0);
-        QCOMPARE(TipoRegistroDiVoce(u"V3"_s), 0);
-        QCOMPARE(TipoRegistro(u"R1"_s), 10);
-        QCOMPARE(TipoRegistro(u"R9"_s), 0);
-        QCOMPARE(EtichettaTraduzione(13), u"Testo riportato"_s);
-        QCOMPARE(EtichettaTraduzione(9999), QString());
-        QVERIFY(esiste(u"r1"_s));
+        QCOMPARE(TipoRegistroDiVoce(connessione(), u"V1"_s), 10);
+        QCOMPARE(TipoRegistroDiVoce(connessione(), u"v1"_s), 10);
+        QCOMPARE(TipoRegistroDiVoce(connessione(), u"V2"_s), 0);
+        QCOMPARE(TipoRegistroDiVoce(connessione(), u"V3"_s), 0);
+        QCOMPARE(TipoRegistro(connessione(), u"R1"_s), 10);
+        QCOMPARE(TipoRegistro(connessione(), u"R9"_s), 0);
+        QCOMPARE(EtichettaTraduzione(connessione(), u"L1"_s, 13), u"Testo riportato"_s);
+        QCOMPARE(EtichettaTraduzione(connessione(), u"L1"_s, 9999), QString());
+        QVERIFY(esiste(connessione(), u"r1"_s));
         for (const QString &assente : {u"R2"_s, u"A1"_s, u"Z1"_s, u""_s})
-            QVERIFY2(!esiste(assente), qUtf8Printable(assente));
+            QVERIFY2(!esiste(connessione(), assente), qUtf8Printable(assente));
     }
 
     void generi_data()

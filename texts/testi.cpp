@@ -90,7 +90,8 @@ void aggiunge(const QString &proprietario, int genere)
     adoOggetti.Assegna(QStringLiteral("IdProprietario"), proprietario);
     adoOggetti.Assegna(QStringLiteral("Nome"), contesto().NomeCampoLungo);
     adoOggetti.Assegna(QStringLiteral("Campolungo"), contesto().TestoCampoLungo);
-    adoOggetti.Assegna(QStringLiteral("Codice"), NuovoCodice(QStringLiteral("Binari")));
+    adoOggetti.Assegna(QStringLiteral("Codice"),
+                       NuovoCodice(connessione(), QStringLiteral("Binari")));
     adoOggetti.Update();
     transazione.conferma();
 }
