@@ -3,7 +3,8 @@
 #include "db/codici.h"
 #include "db/famiglie.h"
 #include "db/generi.h"
-#include "db/schema.h"
+#include "db/operatori.h"
+#include "db/tabelle.h"
 #include "platform/lingua/italiano.h"
 
 #include <exception>
@@ -16,6 +17,14 @@ namespace
 {
 
 const QString tabellaBinari = QStringLiteral("Binari");
+
+// Quando fu l'ultima volta che si scrisse il record, dove la tabella lo dice.
+const QString colonnaModifica = QStringLiteral("Modifica");
+
+bool haModifica(const QString &tabella)
+{
+    return catalogo::tabella(tabella).colonna(colonnaModifica) != nullptr;
+}
 
 // L'ultimo cominciato; ogni filo ha le sue connessioni e i suoi lavori.
 thread_local Lavoro *ultimo = nullptr;
@@ -114,7 +123,7 @@ Scritto Lavoro::scrive(const Record &dato)
         tentativo.riesce();
         return {{}, motivo};
     }
-    verificaProprietario(record);
+    verificaProprietario(record.valori.value(colonnaDelProprietario(record.tabella)).toString());
     const bool nuovo = record.codice.isEmpty();
     const QString codice = nuovo ? NuovoCodice(m_connessione, record.tabella)
                                  : prima.value(QStringLiteral("Codice")).toString();
@@ -150,14 +159,12 @@ QVariantMap Lavoro::presenti(const Record &record) const
                             return false;
                         });
     if (valori.isEmpty())
-        throw scomparso(record.codice);
+        throw ado::Errore(ado::Causa::Altro, QStringLiteral("il record non esiste più"));
     return valori;
 }
 
-void Lavoro::verificaProprietario(const Record &record)
+void Lavoro::verificaProprietario(const QString &proprietario)
 {
-    const QString proprietario =
-        record.valori.value(colonnaDelProprietario(record.tabella)).toString();
     if (!proprietario.isEmpty() && !esiste(m_connessione, proprietario))
         throw ado::Errore(ado::Causa::Altro,
                           QStringLiteral("il record %1, di cui questo fa parte, non esiste più")
@@ -169,8 +176,8 @@ void Lavoro::aggiunge(const Record &record, const QString &codice)
 {
     QVariantMap valori = record.valori;
     valori.insert(QStringLiteral("Codice"), codice);
-    if (record.tabella != tabellaBinari)
-        valori.insert(QStringLiteral("Modifica"), italiano::adesso());
+    if (haModifica(record.tabella))
+        valori.insert(colonnaModifica, italiano::adesso());
     QStringList nomi;
     QStringList segni;
     QVariantList scritti;
@@ -201,8 +208,8 @@ bool Lavoro::aggiorna(const Record &record, const QVariantMap &presenti)
         if (prima != uno.value() || prima.isValid() != uno.value().isValid())
             assegna(uno.key(), uno.value());
     }
-    if (record.tabella != tabellaBinari)
-        assegna(QStringLiteral("Modifica"), italiano::adesso());
+    if (haModifica(record.tabella))
+        assegna(colonnaModifica, italiano::adesso());
     if (assegnazioni.isEmpty())
         return false;
     scritti.append(record.codice);
@@ -216,10 +223,17 @@ bool Lavoro::aggiorna(const Record &record, const QVariantMap &presenti)
 void Lavoro::collega(const QString &operatore, const QString &record)
 {
     Tentativo tentativo(*this);
-    if (!esiste(m_connessione, record))
-        throw scomparso(record);
+    verificaProprietario(record);
     CollegaOperatore(m_connessione, operatore, record);
     annota(QStringLiteral("OperatoriContesti"), record, Cambiamento::Cambiato);
+    tentativo.riesce();
+}
+
+void Lavoro::scollega(const QString &operatore, const QString &record)
+{
+    Tentativo tentativo(*this);
+    ScollegaOperatore(m_connessione, operatore, record);
+    annota(QStringLiteral("OperatoriContesti"), record, Cambiamento::Eliminato);
     tentativo.riesce();
 }
 
@@ -244,7 +258,8 @@ void Lavoro::elimina(const QString &codice, const Avanzata &avanza)
 {
     Tentativo tentativo(*this);
     const QStringList svuotate = modTarvola::elimina(m_connessione, codice, m_operatore, avanza);
-    const QString sua = tabellaDiCodice(codice);
+    const catalogo::Tabella *tabellaSua = catalogo::diCodice(codice);
+    const QString sua = tabellaSua == nullptr ? QString() : tabellaSua->nome.toString();
     if (svuotate.contains(sua))
         annota(sua, codice, Cambiamento::Eliminato);
     for (const QString &tabella : svuotate) {

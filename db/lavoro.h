@@ -45,8 +45,9 @@ public:
     // Di un record che c'è scrive le sole colonne cambiate. Un testo vuoto o di soli spazi è Null.
     // Lancia se il record, o il suo proprietario, non c'è più.
     Scritto scrive(const Record &dato);
-    // Lega l'operatore, o il contatto, a un record; lancia se il record non c'è.
+    // Lega l'operatore, o il contatto, al record di cui fa parte; lancia se il record non c'è più.
     void collega(const QString &operatore, const QString &record);
+    void scollega(const QString &operatore, const QString &record);
     // Mette l'individuo nella famiglia, dove sta una volta sola.
     void iscrive(Posto posto, const QString &individuo, const QString &famiglia);
     // Elimina il record con ciò che resta senza proprietario (db/eliminazione). L'operatore del
@@ -57,7 +58,7 @@ public:
 
 private:
     class Tentativo;
-    void verificaProprietario(const Record &record);
+    void verificaProprietario(const QString &proprietario);
     void aggiunge(const Record &record, const QString &codice);
     bool aggiorna(const Record &record, const QVariantMap &presenti);
     QVariantMap presenti(const Record &record) const;

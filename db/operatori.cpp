@@ -44,4 +44,20 @@ void ScollegaOperatore(ado::Connection &connessione, const QString &operatore,
                          {}});
 }
 
+QString rifiutoPassword(const QString &scritta, const QString &conferma)
+{
+    constexpr int lunghezzaMinima = 4;
+    if (scritta.trimmed().isEmpty())
+        return QStringLiteral("Impossibile salvare i dati senza password");
+    if (conferma.trimmed().isEmpty())
+        return QStringLiteral("Impossibile salvare i dati senza confermare la password");
+    if (scritta != conferma)
+        return QStringLiteral("La password non è uguale alla conferma");
+    if (scritta.size() < lunghezzaMinima)
+        return QStringLiteral("La password deve avere una lunghezza minima di 4 caratteri");
+    if (scritta.contains(u' '))
+        return QStringLiteral("Non è permesso inserire spazi nella password");
+    return {};
+}
+
 } // namespace modTarvola

@@ -17,5 +17,7 @@ int CollegamentiDi(ado::Connection &connessione, const QString &operatore);
 // Toglie il legame del record con l'operatore; il record e l'operatore restano.
 void ScollegaOperatore(ado::Connection &connessione, const QString &operatore,
                        const QString &record);
+// Perché una password, scritta due volte, non si può prendere; vuoto se si può.
+QString rifiutoPassword(const QString &scritta, const QString &conferma);
 
 } // namespace modTarvola

@@ -2,6 +2,7 @@
 
 #include "db/generi.h"
 #include "db/operatori.h"
+#include "db/tabelle.h"
 
 #include <algorithm>
 
@@ -10,18 +11,6 @@ namespace modTarvola
 
 namespace
 {
-
-struct Proprieta {
-    const char *tabella;
-    const char *colonna;
-};
-
-constexpr Proprieta proprietari[] = {
-    {"Registri", "Archivio"},     {"Voci", "Registro"},
-    {"Individui", "Voce"},        {"Famiglie", "Voce"},
-    {"Eventi", "IdProprietario"}, {"Binari", "IdProprietario"},
-    {"Luoghi", "IdProprietario"}, {"Comunicazioni", "IdProprietario"},
-};
 
 // Almeno una delle colonne deve dire qualcosa.
 struct Regola {
@@ -84,9 +73,10 @@ bool giaInUso(ado::Connection &connessione, const Record &record)
 
 QString colonnaDelProprietario(const QString &tabella)
 {
-    for (const Proprieta &una : proprietari) {
-        if (tabella == QLatin1String(una.tabella))
-            return QString::fromUtf8(una.colonna);
+    for (const catalogo::Colonna &colonna : catalogo::tabella(tabella).colonne) {
+        if (colonna.legame == catalogo::Legame::Contenuto ||
+            colonna.legame == catalogo::Legame::Sostenuto)
+            return colonna.nome.toString();
     }
     return {};
 }

@@ -62,7 +62,7 @@ private slots:
                 })
                     .testo()
                     .contains(u"V9"_s));
-        QVERIFY(errore([&] { salva(u"I9"_s, zoe); }).testo().contains(u"I9"_s));
+        QCOMPARE(errore([&] { salva(u"I9"_s, zoe); }).testo(), u"il record non esiste più"_s);
         QCOMPARE(annunciati,
                  QStringList({u"Salvato: NIndividui/I1"_s, u"Salvato: CIndividui/I1"_s}));
     }
