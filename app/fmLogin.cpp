@@ -2,6 +2,7 @@
 
 #include "contesto/contesto.h"
 #include "contesto/finestre.h"
+#include "db/connessioni.h"
 #include "db/operatori.h"
 #include "editors/casella_testo.h"
 #include "editors/fmOperatore.h"
@@ -112,7 +113,7 @@ bool fmLogin::verifica(Modo modo)
         messaggi::avvisa(this, QStringLiteral("Inserire il nome e la password"));
         return false;
     }
-    m_trovato = OperatoreCon(nome, password);
+    m_trovato = OperatoreCon(connessione(), nome, password);
     if (modo == Entrare)
         contesto().OperatoreCorrente = m_trovato;
     if (!m_trovato.isEmpty())

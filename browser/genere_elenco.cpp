@@ -2,6 +2,7 @@
 
 #include "browser/fmTabella.h"
 #include "db/codici.h"
+#include "db/connessioni.h"
 #include "db/generi.h"
 #include "platform/finestre/messaggi.h"
 
@@ -70,7 +71,7 @@ std::optional<QString> registroNuovo(const fmTabella &elenco, FinestraEditor &ed
 
 std::optional<QString> voce(const fmTabella &elenco, FinestraEditor &editore)
 {
-    const int tipo = TipoRegistroDiVoce(elenco.codiceCorrente());
+    const int tipo = TipoRegistroDiVoce(connessione(), elenco.codiceCorrente());
     contesto().TipoRegistroCorrente = tipo;
     editore.proprieta.VoceLocaleTipo = tipo;
     if (tipo == RegistroBattesimi)
@@ -91,7 +92,7 @@ std::optional<QString> voceNuova(const fmTabella &elenco, FinestraEditor &editor
                                         "nel suo elenco"));
         return {};
     }
-    const int tipo = TipoRegistro(registro);
+    const int tipo = TipoRegistro(connessione(), registro);
     const auto didascalia = didascaliaVoce(tipo, &DidascaliaVoce::nuova);
     if (didascalia)
         contesto().TipoRegistroCorrente = tipo;
@@ -118,7 +119,7 @@ std::optional<QString> evento(const fmTabella &elenco, FinestraEditor &editore)
     const int tipo = elenco.campoCorrente(QStringLiteral("Tipo")).toInt();
     editore.proprieta.VoceLocale = elenco.proprieta.VoceLocale;
     editore.proprieta.EventoLocaleTipo = tipo;
-    editore.Label2 = {EtichettaTraduzione(tipo), tipo};
+    editore.Label2 = {EtichettaTraduzione(connessione(), archivi().ColonnaLingua, tipo), tipo};
     return editore.Label2.Caption;
 }
 

@@ -1,7 +1,5 @@
 #include "db/binari.h"
 
-#include "db/codici.h"
-
 namespace modTarvola
 {
 
@@ -20,17 +18,22 @@ qint64 fileMassimo(ado::Connection &connessione)
     return ado::lunghezzaMassima(connessione) - altriCampi;
 }
 
-std::unique_ptr<ado::Stream> aggiungeFile(ado::Connection &connessione, const NuovoFile &file)
+std::unique_ptr<ado::Stream> aggiungeFile(Lavoro &lavoro, const NuovoFile &file)
 {
-    const QString codice = NuovoCodice(tabella);
-    connessione.Execute(
-        {QStringLiteral("INSERT INTO Binari (Codice, Tipo, IdProprietario, Nome, Campolungo) "
-                        "VALUES (?, ?, ?, ?, zeroblob(?))"),
-         {codice, file.genere, file.proprietario, file.nome, file.lunghezza},
-         {}});
+    const Scritto scritto = lavoro.scrive({tabella,
+                                           {},
+                                           {{QStringLiteral("Tipo"), file.genere},
+                                            {QStringLiteral("IdProprietario"), file.proprietario},
+                                            {QStringLiteral("Nome"), file.nome}}});
+    ado::Connection &connessione = lavoro.connessione();
+    connessione.Execute({QStringLiteral("UPDATE Binari SET Campolungo = zeroblob(?) "
+                                        "WHERE Codice = ?"),
+                         {file.lunghezza, scritto.codice},
+                         {}});
     const qint64 chiave =
         connessione
-            .valore({QStringLiteral("SELECT rowid FROM Binari WHERE Codice = ?"), {codice}, {}})
+            .valore(
+                {QStringLiteral("SELECT rowid FROM Binari WHERE Codice = ?"), {scritto.codice}, {}})
             .toLongLong();
     return std::make_unique<ado::Stream>(connessione, tabella, campo, chiave,
                                          ado::Stream::Scrittura);

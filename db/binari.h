@@ -1,5 +1,6 @@
 #pragma once
 
+#include "db/lavoro.h"
 #include "platform/motore/flusso.h"
 
 #include <memory>
@@ -19,9 +20,9 @@ struct NuovoFile {
 // Quanti byte può avere un file che si aggiunge all'archivio.
 qint64 fileMassimo(ado::Connection &connessione);
 
-// Aggiunge la riga, col suo codice, e rende il flusso in cui scriverne tutti i byte. Va chiamata
-// dentro una transazione, da confermare quando il flusso è pieno e chiuso. Lancia ado::Errore.
-std::unique_ptr<ado::Stream> aggiungeFile(ado::Connection &connessione, const NuovoFile &file);
+// Aggiunge la riga, col suo codice, e rende il flusso in cui scriverne tutti i byte. Il lavoro va
+// confermato quando il flusso è pieno e chiuso. Lancia ado::Errore.
+std::unique_ptr<ado::Stream> aggiungeFile(Lavoro &lavoro, const NuovoFile &file);
 
 // Il nome registrato del file; niente se il file non c'è.
 std::optional<QString> nomeDiFile(ado::Connection &connessione, const QString &codice);

@@ -1,6 +1,5 @@
 #include "db/codici.h"
 
-#include "db/connessioni.h"
 #include "db/schema.h"
 
 #include <limits>
@@ -13,10 +12,10 @@ QString numeroRiservato(const QString &tabella)
     return QStringLiteral("numero ") + tabella;
 }
 
-QString NuovoCodice(const QString &tabella)
+QString NuovoCodice(ado::Connection &connessione, const QString &tabella)
 {
     // In un archivio riparato i numeri ripartono sopra quelli che le righe salvate nominano ancora.
-    const QVariant massimo = connessione().valore(
+    const QVariant massimo = connessione.valore(
         {QStringLiteral("SELECT max(coalesce((SELECT max(CAST(substr(Codice, 2) AS INTEGER)) "
                         "FROM %1), 0), coalesce((SELECT CAST(Valore AS INTEGER) FROM Protezione "
                         "WHERE Nome = ?), 0))")
@@ -40,9 +39,9 @@ void CollegaOperatore(ado::Connection &connessione, const QString &operatore, co
                          {}});
 }
 
-int TipoRegistroDiVoce(const QString &voce)
+int TipoRegistroDiVoce(ado::Connection &connessione, const QString &voce)
 {
-    return connessione()
+    return connessione
         .valore({QStringLiteral("SELECT Registri.Tipo FROM Registri INNER JOIN Voci "
                                 "ON Registri.Codice = Voci.Registro WHERE Voci.Codice = ?"),
                  {voce},
@@ -50,28 +49,27 @@ int TipoRegistroDiVoce(const QString &voce)
         .toInt();
 }
 
-int TipoRegistro(const QString &registro)
+int TipoRegistro(ado::Connection &connessione, const QString &registro)
 {
-    return connessione()
+    return connessione
         .valore({QStringLiteral("SELECT Tipo FROM Registri WHERE Codice = ?"), {registro}, {}})
         .toInt();
 }
 
-QString EtichettaTraduzione(int genere)
+QString EtichettaTraduzione(ado::Connection &connessione, const QString &colonna, int genere)
 {
-    return connessione()
-        .valore({QStringLiteral("SELECT %1 FROM Traduzioni WHERE Codice = ?")
-                     .arg(archivi().ColonnaLingua),
+    return connessione
+        .valore({QStringLiteral("SELECT %1 FROM Traduzioni WHERE Codice = ?").arg(colonna),
                  {genere},
                  {}})
         .toString();
 }
 
-bool esiste(const QString &codice)
+bool esiste(ado::Connection &connessione, const QString &codice)
 {
     const QString tabella = tabellaDiCodice(codice);
     return !tabella.isEmpty() &&
-           connessione()
+           connessione
                .valore(
                    {QStringLiteral("SELECT 1 FROM %1 WHERE Codice = ?").arg(tabella), {codice}, {}})
                .isValid();

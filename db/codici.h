@@ -8,19 +8,19 @@ namespace modTarvola
 
 // Il codice di una riga nuova della tabella: la sua lettera e il numero più alto più uno. Va preso
 // dentro la transazione che scrive la riga.
-QString NuovoCodice(const QString &tabella);
+QString NuovoCodice(ado::Connection &connessione, const QString &tabella);
 // Il nome sotto cui sta il numero dal quale, anche senza record, i codici della tabella proseguono.
 QString numeroRiservato(const QString &tabella);
 // Fa sì che il record sia legato all'operatore; senza operatore ("") non fa nulla.
 void CollegaOperatore(ado::Connection &connessione, const QString &operatore,
                       const QString &record);
 // Il tipo del registro della voce; 0 se la voce o il registro non ci sono.
-int TipoRegistroDiVoce(const QString &voce);
+int TipoRegistroDiVoce(ado::Connection &connessione, const QString &voce);
 // Il tipo di un registro; 0 se non c'è.
-int TipoRegistro(const QString &registro);
-// L'etichetta di un genere; vuota se non è in Traduzioni.
-QString EtichettaTraduzione(int genere);
+int TipoRegistro(ado::Connection &connessione, const QString &registro);
+// L'etichetta di un genere nella colonna data di Traduzioni; vuota se non c'è.
+QString EtichettaTraduzione(ado::Connection &connessione, const QString &colonna, int genere);
 // Vero se il codice è di un record che c'è.
-bool esiste(const QString &codice);
+bool esiste(ado::Connection &connessione, const QString &codice);
 
 } // namespace modTarvola

@@ -131,38 +131,55 @@ QStringList istruzioniDi(const Passo &passo)
     return testi;
 }
 
-void esegue(ado::Connection &connessione, const Passo &passo, const QString &operatore)
+// Toglie righe e tiene a mente da quali tabelle.
+class Cancellino
 {
-    static QHash<const Passo *, QStringList> pronte;
+public:
+    explicit Cancellino(ado::Connection &connessione) : m_connessione(connessione) {}
+    const QStringList &svuotate() const { return m_svuotate; }
+
+    void toglie(const QString &istruzione, QStringView tabella, const QVariantList &valori)
+    {
+        if (m_connessione.Execute({istruzione, valori, {}}) > 0 && !m_svuotate.contains(tabella))
+            m_svuotate.append(tabella.toString());
+    }
+
+private:
+    ado::Connection &m_connessione;
+    QStringList m_svuotate;
+};
+
+void esegue(Cancellino &cancellino, const Passo &passo, const QString &operatore)
+{
+    thread_local QHash<const Passo *, QStringList> pronte;
     if (!pronte.contains(&passo))
         pronte.insert(&passo, istruzioniDi(passo));
-    for (const QString &istruzione : std::as_const(pronte[&passo])) {
-        const QVariantList valori =
-            passo.colonna.isEmpty() ? QVariantList{operatore} : QVariantList();
-        connessione.Execute({istruzione, valori, {}});
-    }
+    const QVariantList valori = passo.colonna.isEmpty() ? QVariantList{operatore} : QVariantList();
+    auto tabella = passo.tabelle.begin();
+    for (const QString &istruzione : std::as_const(pronte[&passo]))
+        cancellino.toglie(istruzione, *tabella++, valori);
 }
 
 // Le istruzioni che tolgono ciò che sta dentro i record della tabella, dal fondo: con un archivio
 // vanno i registri, e con i registri le voci. `quali` dice i loro codici.
-void svuota(QStringList &testi, QStringView tabella, const QString &quali)
+void svuota(Cancellino &cancellino, QStringView tabella, const QString &quali,
+            const QString &codice)
 {
     for (const Posto &dentro : catalogo::dipendentiDi(tabella, Legame::Contenuto)) {
         const QStringView nome = dentro.tabella->nome;
         const QString suoi = QStringLiteral("%1 %2").arg(dentro.colonna->nome, quali);
-        svuota(testi, nome, QStringLiteral("IN (SELECT Codice FROM %1 WHERE %2)").arg(nome, suoi));
-        testi.append(QStringLiteral("DELETE FROM %1 WHERE %2").arg(nome, suoi));
+        svuota(cancellino, nome,
+               QStringLiteral("IN (SELECT Codice FROM %1 WHERE %2)").arg(nome, suoi), codice);
+        cancellino.toglie(QStringLiteral("DELETE FROM %1 WHERE %2").arg(nome, suoi), nome,
+                          {codice});
     }
 }
 
-void eliminaConIContenuti(ado::Connection &connessione, const Tabella &tabella,
-                          const QString &codice)
+void eliminaConIContenuti(Cancellino &cancellino, const Tabella &tabella, const QString &codice)
 {
-    QStringList testi;
-    svuota(testi, tabella.nome, QStringLiteral("= ?"));
-    testi.append(QStringLiteral("DELETE FROM %1 WHERE Codice = ?").arg(tabella.nome));
-    for (const QString &testo : std::as_const(testi))
-        connessione.Execute({testo, {codice}, {}});
+    svuota(cancellino, tabella.nome, QStringLiteral("= ?"), codice);
+    cancellino.toglie(QStringLiteral("DELETE FROM %1 WHERE Codice = ?").arg(tabella.nome),
+                      tabella.nome, {codice});
 }
 
 // Il posto dell'ultimo passo che toglie record della tabella lasciando indietro righe di quella
@@ -227,27 +244,29 @@ void dimentica(ado::Connection &connessione, const Passi &passi, const QString &
 
 } // namespace
 
-void elimina(ado::Connection &connessione, const QString &codice, const QString &operatore,
-             const Avanzata &avanza)
+QStringList elimina(ado::Connection &connessione, const QString &codice, const QString &operatore,
+                    const Avanzata &avanza)
 {
     const Tabella *tabella = catalogo::diCodice(codice);
     const Passi *suoi = tabella == nullptr ? nullptr : passiDi(tabella->lettera());
     if (suoi == nullptr)
-        return;
+        return {};
     const Passi &passi = *suoi;
     int compiuti = 0;
     const int totale = static_cast<int>(passi.size()) + 1;
     ado::Transazione transazione(connessione);
     const ado::Sorveglianza sorveglianza(connessione,
                                          [&] { return !avanza || avanza(compiuti, totale); });
-    eliminaConIContenuti(connessione, *tabella, codice);
+    Cancellino cancellino(connessione);
+    eliminaConIContenuti(cancellino, *tabella, codice);
     for (const Passo *passo : passi) {
         ++compiuti;
-        esegue(connessione, *passo, operatore);
+        esegue(cancellino, *passo, operatore);
     }
     if (!passi.isEmpty())
         dimentica(connessione, passi, operatore);
     transazione.conferma();
+    return cancellino.svuotate();
 }
 
 } // namespace modTarvola

@@ -2,6 +2,8 @@
 
 #include "platform/motore/ado.h"
 
+#include <QStringList>
+
 namespace modTarvola
 {
 
@@ -12,8 +14,9 @@ namespace modTarvola
 // se lancia ado::Errore non è eliminato nulla. `operatore` è chi sta lavorando: non è mai tolto
 // perché senza collegamenti. `avanza`, se data, è chiamata ogni tanto con i passi compiuti e il
 // loro totale; se rende falso l'eliminazione è annullata e lancia Errore con la causa Interrotto.
+// Rende le tabelle da cui sono sparite righe.
 using Avanzata = std::function<bool(int compiuti, int totale)>;
-void elimina(ado::Connection &connessione, const QString &codice, const QString &operatore,
-             const Avanzata &avanza = {});
+QStringList elimina(ado::Connection &connessione, const QString &codice, const QString &operatore,
+                    const Avanzata &avanza = {});
 
 } // namespace modTarvola

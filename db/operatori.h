@@ -2,19 +2,22 @@
 
 #include "platform/motore/ado.h"
 
-// Gli operatori dell'archivio corrente, cercati per nome e password.
+// Gli operatori di un archivio, cercati per nome e password.
 namespace modTarvola
 {
 
 // Il codice del primo operatore, diverso da `tranne`, che ha quel nome e quella password; vuoto se
 // non ce n'è. Maiuscole e minuscole sono pari, anche accentate; apostrofi e spazi agli estremi
 // contano.
-QString OperatoreCon(const QString &nome, const QString &password, const QString &tranne = {});
+QString OperatoreCon(ado::Connection &connessione, const QString &nome, const QString &password,
+                     const QString &tranne = {});
 
 // Quanti record sono legati all'operatore.
 int CollegamentiDi(ado::Connection &connessione, const QString &operatore);
 // Toglie il legame del record con l'operatore; il record e l'operatore restano.
 void ScollegaOperatore(ado::Connection &connessione, const QString &operatore,
                        const QString &record);
+// Perché una password, scritta due volte, non si può prendere; vuoto se si può.
+QString rifiutoPassword(const QString &scritta, const QString &conferma);
 
 } // namespace modTarvola

@@ -2,7 +2,7 @@
 
 #include "contesto/contesto.h"
 #include "db/connessioni.h"
-#include "db/eliminazione.h"
+#include "db/lavoro.h"
 #include "db/operatori.h"
 #include "platform/finestre/avanzamento.h"
 #include "platform/finestre/messaggi.h"
@@ -32,7 +32,11 @@ void EliminaVoce(QWidget *sopra, const QString &codice, const QString &operatore
     try {
         avanzamento::compie(sopra, QStringLiteral("Eliminazione di ") + codice,
                             [&](const avanzamento::Passo &passo) {
-                                elimina(connessione(), codice, operatore, passo);
+                                Lavoro lavoro(connessione(),
+                                              QStringLiteral("Eliminazione di ") + codice,
+                                              operatore);
+                                lavoro.elimina(codice, passo);
+                                lavoro.conferma();
                             });
     } catch (const ado::Errore &errore) {
         // Chi annulla a metà sa che non è stato eliminato nulla.
@@ -52,8 +56,11 @@ void EliminaLegame(QWidget *sopra, const QString &operatore, const QString &reco
                  ? QStringLiteral(".")
                  : QStringLiteral("; non essendo collegato ad altro, saranno tolti alla prossima "
                                   "eliminazione di un record.");
-    if (avverte(sopra, inPiu))
-        ScollegaOperatore(connessione(), operatore, record);
+    if (!avverte(sopra, inPiu))
+        return;
+    Lavoro lavoro(connessione(), QStringLiteral("Eliminazione del collegamento con ") + operatore);
+    lavoro.scollega(operatore, record);
+    lavoro.conferma();
 }
 
 } // namespace modTarvola

@@ -28,12 +28,6 @@ DescrizioneEditor descrizione()
 
 fmArchivio::fmArchivio(QWidget *sopra) : fmEditor(descrizione(), sopra) {}
 
-QString fmArchivio::controlla() const
-{
-    return Text1.vuote({0}) ? QStringLiteral("Impossibile salvare un archivio senza nome")
-                            : QString();
-}
-
 void fmArchivio::salvato()
 {
     contesto().ArchivioCorrente = proprieta.ArchivioLocale;

@@ -12,6 +12,5 @@ public:
 
 protected:
     int categoria() const override { return modTarvola::CategoriaArchivio; }
-    QString controlla() const override;
     void salvato() override;
 };

@@ -52,6 +52,15 @@ fmEditor::fmEditor(DescrizioneEditor descrizione, QWidget *sopra)
                 CaricaCollegamenti();
         });
     });
+    // Più tardi, quando chi ha scritto ha finito: nulla che accada qui deve sembrargli un guasto.
+    connect(&annunci(), &Annunci::avvenuto, this, &fmEditor::rinfresca, Qt::QueuedConnection);
+}
+
+// Ciò che si è scritto da un'altra finestra, o da un altro luogo del programma.
+void fmEditor::rinfresca(const Annuncio &annuncio)
+{
+    if (isVisible() && !codice().isEmpty() && stessoFile(annuncio.archivio, proprieta.Percorso))
+        messaggi::protetto(this, [this] { CaricaCollegamenti(); });
 }
 
 void fmEditor::costruisce()
@@ -157,65 +166,81 @@ void fmEditor::Command1_Click()
     if (!solaLettura() && salvaChiudendo()) {
         if (casellaRifiutata())
             return;
-        SalvaDettagli();
-    }
-    if (restaAperta() && contesto().SalvataggioRifiutato)
-        contesto().SalvataggioRifiutato = false;
-    else
-        accept();
-}
-
-void fmEditor::SalvaDettagli()
-{
-    const ado::Recordset prima = adoDettagli;
-    try {
-        Text1.scrivi(adoDettagli);
-        contesto().SalvataggioRifiutato = false;
-        const QString motivo = controlla();
-        if (!motivo.isEmpty()) {
-            adoDettagli = prima;
-            m_nelMessaggio = true;
-            messaggi::avvisa(this, motivo);
-            m_nelMessaggio = false;
-            contesto().SalvataggioRifiutato = true;
+        if (!SalvaDettagli() && restaAperta()) {
+            contesto().SalvataggioRifiutato = false;
             return;
         }
-        scrive();
+    }
+    accept();
+}
+
+bool fmEditor::SalvaDettagli()
+{
+    const ado::Recordset prima = adoDettagli;
+    contesto().SalvataggioRifiutato = false;
+    QString motivo;
+    try {
+        Text1.scrivi(adoDettagli);
+        if (adoDettagli.Testo(QStringLiteral("Codice")).isEmpty())
+            completaNuovo();
+        completa();
+        motivo = controlla();
+        if (motivo.isEmpty())
+            motivo = scrive();
     } catch (...) {
         adoDettagli = prima;
         throw;
     }
+    if (!motivo.isEmpty()) {
+        contesto().SalvataggioRifiutato = true;
+        adoDettagli = prima;
+        m_nelMessaggio = true;
+        messaggi::avvisa(this, motivo);
+        m_nelMessaggio = false;
+        return false;
+    }
     codice() = adoDettagli.Testo(QStringLiteral("Codice"));
     Text1.mostra(adoDettagli);
     salvato();
+    return true;
 }
 
-// Il record, il suo codice e il legame con l'operatore stanno insieme: tutti o nessuno.
-void fmEditor::scrive()
+// Rende il rifiuto; vuoto se il record è registrato.
+QString fmEditor::scrive()
 {
-    ado::Transazione transazione(connessione());
-    if (!adoDettagli.Campo(QStringLiteral("Codice")).isValid()) {
-        if (!proprietario().isEmpty() && !esiste(proprietario()))
-            throw ado::Errore(ado::Causa::Altro,
-                              QStringLiteral("il record %1, di cui questo fa parte, non esiste più")
-                                  .arg(proprietario()));
-        adoDettagli.Assegna(QStringLiteral("Codice"), NuovoCodice(m_descrizione.tabella));
-        completaNuovo();
-    }
-    completa();
-    adoDettagli.Assegna(QStringLiteral("Modifica"), italiano::adesso());
-    adoDettagli.Update();
-    collegaOperatore();
+    Lavoro lavoro(connessione(), {}, proprieta.ConOperatore);
+    const Scritto scritto = registra(lavoro);
+    if (!scritto.rifiuto.isEmpty())
+        return scritto.rifiuto;
+    if (insieme)
+        insieme(lavoro, scritto.codice);
     // Riletto prima di confermare: un record registrato non deve mai sembrare rifiutato.
-    adoDettagli.Open(dettagli(m_descrizione.tabella, adoDettagli.Testo(QStringLiteral("Codice"))),
-                     connessione(), proprieta.TipoLock);
-    transazione.conferma();
+    adoDettagli.Open(dettagli(m_descrizione.tabella, scritto.codice), connessione(),
+                     proprieta.TipoLock);
+    lavoro.chiama(QStringLiteral("Salvataggio di ") + nomeDelRecord());
+    lavoro.conferma();
+    return {};
 }
 
-void fmEditor::collegaOperatore()
+Scritto fmEditor::registra(Lavoro &lavoro)
 {
-    CollegaOperatore(connessione(), proprieta.ConOperatore,
-                     adoDettagli.Testo(QStringLiteral("Codice")));
+    return lavoro.scrive({m_descrizione.tabella, adoDettagli.Testo(QStringLiteral("Codice")),
+                          adoDettagli.Cambiati()});
+}
+
+// "Pietro Rossi", o la didascalia col codice per ciò che non ha un nome.
+QString fmEditor::nomeDelRecord() const
+{
+    QStringList parti;
+    for (const QString &campo :
+         {QStringLiteral("Nome"), QStringLiteral("Cognome"), QStringLiteral("Titolo")}) {
+        const QString testo = adoDettagli.Ha(campo) ? adoDettagli.Testo(campo) : QString();
+        if (!testo.isEmpty())
+            parti.append(testo);
+    }
+    if (parti.isEmpty())
+        parti = {windowTitle(), adoDettagli.Testo(QStringLiteral("Codice"))};
+    return parti.join(u' ');
 }
 
 void fmEditor::nuovo()
@@ -232,15 +257,12 @@ void fmEditor::nuovo()
         messaggi::avvisa(this, motivo);
         return;
     }
-    if (codice().isEmpty() && !solaLettura()) {
-        SalvaDettagli();
-        if (contesto().SalvataggioRifiutato) {
-            contesto().SalvataggioRifiutato = false;
-            return;
-        }
+    if (codice().isEmpty() && !solaLettura() && !SalvaDettagli()) {
+        contesto().SalvataggioRifiutato = false;
+        return;
     }
     // Può essere stato eliminato da una finestra aperta su questa.
-    if (!esiste(codice()))
+    if (!esiste(connessione(), codice()))
         throw ado::Errore(ado::Causa::Altro,
                           QStringLiteral("il record %1 non esiste più").arg(codice()));
     const std::vector<Elemento> prima = pannello->collegamenti();

@@ -3,6 +3,7 @@
 #include "contesto/finestre.h"
 #include "db/collegamenti.h"
 #include "db/generi.h"
+#include "db/lavoro.h"
 #include "editors/caselle.h"
 #include "editors/pannello.h"
 #include "platform/motore/recordset.h"
@@ -35,6 +36,9 @@ public:
 
     void Form_Load() override;
 
+    // Ciò che chi apre l'editore vuole registrato insieme al record, quando lo si salva.
+    std::function<void(modTarvola::Lavoro &, const QString &codice)> insieme;
+
 protected:
     // Ciò che un editore aggiunge o cambia. I rifiuti sono il messaggio da mostrare, vuoto se va
     // tutto bene.
@@ -45,11 +49,10 @@ protected:
     virtual void dopoCollegamenti() {}
     virtual QString rifiutoNuovo(int /*genere*/) const { return {}; }
     virtual QString controlla() const { return {}; }
-    // Il record cui appartiene un record nuovo; vuoto se non appartiene a nessuno.
-    virtual QString proprietario() const { return {}; }
     virtual void completaNuovo() {}
     virtual void completa() {}
-    virtual void collegaOperatore();
+    // Scrive il record di adoDettagli e ciò che va registrato con lui.
+    virtual modTarvola::Scritto registra(modTarvola::Lavoro &lavoro);
     virtual void salvato() {}
     virtual bool restaAperta() const { return false; }
     // Falso se il bottone in fondo chiude soltanto; allora dice "Chiudi".
@@ -69,9 +72,9 @@ protected:
     apreFiglio(const QString &nome, const QString &didascalia,
                const std::function<void(FinestraEditor &)> &imposta,
                const std::function<void(FinestraEditor &)> &caricato = {});
-    // Registra il record e lo lega all'operatore in una sola transazione. Un rifiuto mostra il suo
-    // messaggio e segna SalvataggioRifiutato; un guasto lancia ado::Errore e non cambia nulla.
-    void SalvaDettagli();
+    // Registra il record in un lavoro solo. Falso se un rifiuto, di cui si è mostrato il messaggio,
+    // l'ha impedito; un guasto lancia ado::Errore e non cambia nulla.
+    bool SalvaDettagli();
     void CaricaCollegamenti();
 
     // La riga "Ruolo" o "Tipo" con l'etichetta data da chi apre.
@@ -84,6 +87,7 @@ protected:
 
 private:
     void costruisce();
+    void rinfresca(const modTarvola::Annuncio &annuncio);
     void Command1_Click();
     void nuovo();
     void elimina();
@@ -91,7 +95,8 @@ private:
     bool nuovoComune(const Elemento &genere);
     bool apriComune(const Elemento &collegamento);
     void apreRecapito(int genere, const QString &suo, const QString &didascalia);
-    void scrive();
+    QString scrive();
+    QString nomeDelRecord() const;
     void controllaCasella(Casella &casella);
     bool casellaRifiutata();
     bool casellaInSospeso();

@@ -13,7 +13,6 @@ public:
 protected:
     void completaFinestra(QVBoxLayout *colonna) override;
     int categoria() const override { return modTarvola::CategoriaEvento; }
-    QString proprietario() const override { return proprieta.VoceLocale; }
     void completaNuovo() override;
     void salvato() override;
 };

@@ -8,6 +8,7 @@
 #include "platform/finestre/messaggi.h"
 
 #include <algorithm>
+#include <utility>
 
 using namespace modTarvola;
 
@@ -64,7 +65,7 @@ void fmFamiglia::caricato()
 // ancora da registrare.
 void fmFamiglia::dopoCollegamenti()
 {
-    if (!esiste(codice()))
+    if (!esiste(connessione(), codice()))
         tornaNuova();
 }
 
@@ -94,18 +95,16 @@ void fmFamiglia::completaNuovo()
         adoDettagli.Assegna(QStringLiteral("Ruolo"), proprieta.TipoFamigliaLocale);
 }
 
-// La famiglia si registra una volta sola: nella stessa transazione vi entra chi l'ha aperta.
-void fmFamiglia::collegaOperatore()
+// La famiglia si registra una volta sola: nello stesso lavoro vi entra chi l'ha aperta.
+Scritto fmFamiglia::registra(Lavoro &lavoro)
 {
-    fmEditor::collegaOperatore();
+    Scritto scritto = fmEditor::registra(lavoro);
     const QString &individuo = proprieta.IndividuoLocale;
-    if (individuo.isEmpty() || !esiste(individuo))
-        return;
-    const QString famiglia = adoDettagli.Testo(QStringLiteral("Codice"));
-    if (proprieta.TipoFamigliaLocale == FamigliaConiuge)
-        AggiungiFamigliaConiugi(connessione(), individuo, famiglia);
-    else
-        AggiungiFamigliaGenitori(connessione(), individuo, famiglia);
+    if (scritto.rifiuto.isEmpty() && !individuo.isEmpty() && esiste(connessione(), individuo))
+        lavoro.iscrive(proprieta.TipoFamigliaLocale == FamigliaConiuge ? Posto::Coniuge
+                                                                       : Posto::Figlio,
+                       individuo, scritto.codice);
+    return scritto;
 }
 
 bool fmFamiglia::nuovoProprio(const Elemento &genere)
@@ -133,41 +132,42 @@ void fmFamiglia::nuovoMembro(const Elemento &ruolo)
 {
     const QString sesso =
         ruolo.Tag == Marito || ruolo.Tag == Padre ? QStringLiteral("M") : QStringLiteral("F");
-    const auto finestra = apreFiglio(
+    apreFiglio(
         QStringLiteral("fmIndividuo"), {},
         [&](FinestraEditor &nuova) {
             nuova.proprieta.VoceLocale = proprieta.VoceLocale;
             nuova.Label2 = {ruolo.Text, ruolo.Tag};
         },
         [&](FinestraEditor &nuova) {
-            if (auto *individuo = qobject_cast<fmIndividuo *>(&nuova))
-                individuo->imponeSesso(sesso);
+            auto *individuo = qobject_cast<fmIndividuo *>(&nuova);
+            if (individuo == nullptr)
+                return;
+            individuo->imponeSesso(sesso);
+            individuo->insieme = [this](Lavoro &lavoro, const QString &membro) {
+                iscrive(lavoro, membro);
+            };
         });
-    const auto *individuo = qobject_cast<const fmIndividuo *>(finestra.get());
-    const QString membro = individuo == nullptr ? QString() : individuo->individuoSalvato();
-    if (esiste(membro)) {
-        // Una famiglia ancora senza membri può essere sparita eliminando altro da quella finestra.
-        if (!esiste(codice())) {
-            tornaNuova();
-            SalvaDettagli();
-        }
-        iscrive(membro);
+    if (esiste(connessione(), m_rinata)) {
+        codice() = std::exchange(m_rinata, {});
+        adoDettagli.Open(dettagli(QStringLiteral("Famiglie"), codice()), connessione(),
+                         proprieta.TipoLock);
     }
     contesto().IndividuoCorrente = proprieta.IndividuoLocale;
 }
 
-// Chi è già registrato non potrebbe più entrare nella coppia: se non riesce si offre di riprovare.
-void fmFamiglia::iscrive(const QString &membro)
+// Una famiglia ancora senza membri può essere sparita eliminando altro dalla finestra del membro:
+// allora si registra di nuovo, con lui.
+void fmFamiglia::iscrive(Lavoro &lavoro, const QString &membro)
 {
-    for (bool riprova = true; riprova;) {
-        try {
-            AggiungiFamigliaConiugi(connessione(), membro, codice());
-            return;
-        } catch (const ado::Errore &errore) {
-            riprova = messaggi::avverte(this, QStringLiteral("Operazione non riuscita:\n") +
-                                                  errore.testo());
-        }
+    const QString &attuale = m_rinata.isEmpty() ? codice() : m_rinata;
+    if (esiste(connessione(), attuale)) {
+        lavoro.iscrive(Posto::Coniuge, membro, attuale);
+        return;
     }
+    tornaNuova();
+    completaNuovo();
+    m_rinata = registra(lavoro).codice;
+    lavoro.iscrive(Posto::Coniuge, membro, m_rinata);
 }
 
 bool fmFamiglia::apriProprio(const Elemento &collegamento)

@@ -16,9 +16,8 @@ protected:
     void caricato() override;
     void dopoCollegamenti() override;
     QString rifiutoNuovo(int genere) const override;
-    QString proprietario() const override { return proprieta.VoceLocale; }
     void completaNuovo() override;
-    void collegaOperatore() override;
+    modTarvola::Scritto registra(modTarvola::Lavoro &lavoro) override;
     void salvato() override { CaricaCollegamenti(); }
     bool salvaChiudendo() const override { return false; }
     bool nuovoProprio(const Elemento &genere) override;
@@ -29,7 +28,9 @@ private:
     void tornaNuova();
     void nuovoIndividuo(const Elemento &ruolo);
     void nuovoMembro(const Elemento &ruolo);
-    void iscrive(const QString &membro);
+    void iscrive(modTarvola::Lavoro &lavoro, const QString &membro);
     void apreMembro(const Elemento &membro);
     void apreEvento(const Elemento &evento, const QString &codice, const QString &didascalia);
+
+    QString m_rinata; // la famiglia registrata di nuovo con un membro
 };

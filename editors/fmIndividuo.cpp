@@ -95,13 +95,6 @@ QString fmIndividuo::rifiutoNuovo(int genere) const
                : QString();
 }
 
-QString fmIndividuo::controlla() const
-{
-    return Text1.vuote({0, 1, 2, 3, 4, 5})
-               ? QStringLiteral("Impossibile salvare un individuo senza un dettaglio del nome")
-               : QString();
-}
-
 void fmIndividuo::completaNuovo()
 {
     adoDettagli.Assegna(QStringLiteral("Voce"), proprieta.VoceLocale);
@@ -111,7 +104,6 @@ void fmIndividuo::completaNuovo()
 
 void fmIndividuo::salvato()
 {
-    m_salvato = proprieta.IndividuoLocale;
     contesto().IndividuoCorrente = proprieta.IndividuoLocale;
     NomeIndividuoLocale = adoDettagli.Testo(QStringLiteral("Nome"));
 }

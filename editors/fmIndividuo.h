@@ -14,8 +14,6 @@ public:
     void imponeSesso(const QString &lettera);
     // Il sesso scelto nella finestra; vuoto se non è detto.
     QString sessoScelto() const;
-    // Il codice registrato in questa finestra; vuoto se non vi si è salvato nulla.
-    QString individuoSalvato() const { return m_salvato; }
 
 protected:
     void completaFinestra(QVBoxLayout *colonna) override;
@@ -23,8 +21,6 @@ protected:
     void caricato() override;
     void dopoCollegamenti() override;
     QString rifiutoNuovo(int genere) const override;
-    QString controlla() const override;
-    QString proprietario() const override { return proprieta.VoceLocale; }
     void completaNuovo() override;
     void salvato() override;
     bool nuovoProprio(const Elemento &genere) override;
@@ -36,5 +32,4 @@ private:
     void apreEvento(const Elemento &evento, const QString &codiceEvento);
 
     QString NomeIndividuoLocale;
-    QString m_salvato;
 };

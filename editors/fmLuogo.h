@@ -13,6 +13,5 @@ public:
 protected:
     int categoria() const override { return modTarvola::CategoriaRecapiti; }
     QString rifiutoNuovo(int genere) const override;
-    QString proprietario() const override { return proprieta.VoceLocale; }
     void completaNuovo() override;
 };

@@ -17,7 +17,6 @@ namespace
 constexpr int nome = 0;
 constexpr int password = 2;
 constexpr int conferma = 3;
-constexpr int lunghezzaMinima = 4;
 
 const QString cornicePassword = QStringLiteral("Password");
 
@@ -59,7 +58,7 @@ void fmOperatore::Form_Load()
     case Contatto:
         setWindowTitle(QStringLiteral("Contatto"));
         // Un contatto che non c'è più si crea da capo.
-        if (!esiste(codice()))
+        if (!esiste(connessione(), codice()))
             codice().clear();
         break;
     case PropriDati:
@@ -96,38 +95,12 @@ void fmOperatore::caricato()
                                                         "possono essere modificati"));
 }
 
+// La conferma della password la conosce solo la finestra; senza nome se ne parla dopo.
 QString fmOperatore::controlla() const
 {
-    if (Text1.vuote({nome}))
-        return QStringLiteral("Impossibile salvare i dati senza inserire il nome");
-    const QString rifiuto = m_passwordDaControllare ? controllaPassword() : QString();
-    if (!rifiuto.isEmpty() || contatto())
-        return rifiuto;
-    return OperatoreCon(Text1[nome]->valore().toString(), Text1[password]->testo(), codice())
-                   .isEmpty()
-               ? QString()
-               : QStringLiteral("La password è già in uso");
-}
-
-QString fmOperatore::controllaPassword() const
-{
-    const QString scritta = Text1[password]->testo();
-    if (Text1.vuote({password}))
-        return QStringLiteral("Impossibile salvare i dati senza password");
-    if (Text1.vuote({conferma}))
-        return QStringLiteral("Impossibile salvare i dati senza confermare la password");
-    if (scritta != Text1[conferma]->testo())
-        return QStringLiteral("La password non è uguale alla conferma");
-    if (scritta.size() < lunghezzaMinima)
-        return QStringLiteral("La password deve avere una lunghezza minima di 4 caratteri");
-    if (scritta.contains(u' '))
-        return QStringLiteral("Non è permesso inserire spazi nella password");
-    return {};
-}
-
-QString fmOperatore::proprietario() const
-{
-    return contatto() ? proprieta.VoceLocale : QString();
+    return m_passwordDaControllare && !Text1.vuote({nome})
+               ? rifiutoPassword(Text1[password]->testo(), Text1[conferma]->testo())
+               : QString();
 }
 
 void fmOperatore::completa()
@@ -136,13 +109,12 @@ void fmOperatore::completa()
 }
 
 // Il contatto è legato al record da cui è nato; degli altri si annota chi li ha registrati.
-void fmOperatore::collegaOperatore()
+Scritto fmOperatore::registra(Lavoro &lavoro)
 {
-    if (contatto())
-        CollegaOperatore(connessione(), adoDettagli.Testo(QStringLiteral("Codice")),
-                         proprieta.VoceLocale);
-    else
-        fmEditor::collegaOperatore();
+    Scritto scritto = fmEditor::registra(lavoro);
+    if (scritto.rifiuto.isEmpty() && contatto())
+        lavoro.collega(scritto.codice, proprieta.VoceLocale);
+    return scritto;
 }
 
 void fmOperatore::salvato()

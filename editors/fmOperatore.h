@@ -23,16 +23,13 @@ protected:
     int categoria() const override { return modTarvola::CategoriaOperatore; }
     void caricato() override;
     QString controlla() const override;
-    QString proprietario() const override;
     void completa() override;
-    void collegaOperatore() override;
+    modTarvola::Scritto registra(modTarvola::Lavoro &lavoro) override;
     void salvato() override;
     bool restaAperta() const override { return true; }
 
 private:
     bool contatto() const { return proprieta.TipoOperatore == modTarvola::Contatto; }
-    QString controllaPassword() const;
-
     QGroupBox *Frame3 = nullptr;
     bool m_passwordDaControllare = false;
 };

@@ -30,12 +30,6 @@ DescrizioneEditor descrizione()
 
 fmRecapito::fmRecapito(QWidget *sopra) : fmEditor(descrizione(), sopra) {}
 
-QString fmRecapito::controlla() const
-{
-    return Text1.vuote({0, 1, 2, 3, 4, 5, 6}) ? QStringLiteral("Inserire almeno una voce")
-                                              : QString();
-}
-
 void fmRecapito::completaNuovo()
 {
     adoDettagli.Assegna(QStringLiteral("IdProprietario"), proprieta.VoceLocale);

@@ -12,7 +12,5 @@ public:
 
 protected:
     int categoria() const override { return modTarvola::CategoriaRecapiti; }
-    QString controlla() const override;
-    QString proprietario() const override { return proprieta.VoceLocale; }
     void completaNuovo() override;
 };

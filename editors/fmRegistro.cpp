@@ -54,15 +54,6 @@ void fmRegistro::caricato()
     tipo()->setSolaLettura(solaLettura() || !codice().isEmpty());
 }
 
-QString fmRegistro::controlla() const
-{
-    // Un registro già creato tiene il suo tipo, anche se nessuna etichetta lo mostra.
-    const bool senzaTipo = codice().isEmpty() && tipo()->vuota();
-    if (Text1.vuote({0}) || senzaTipo)
-        return QStringLiteral("Impossibile salvare un registro senza tipo e titolo");
-    return {};
-}
-
 void fmRegistro::completaNuovo()
 {
     adoDettagli.Assegna(QStringLiteral("Archivio"), proprieta.ArchivioLocale);

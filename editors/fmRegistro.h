@@ -15,8 +15,6 @@ public:
 protected:
     int categoria() const override { return modTarvola::CategoriaRegistro; }
     void caricato() override;
-    QString controlla() const override;
-    QString proprietario() const override { return proprieta.ArchivioLocale; }
     void completaNuovo() override;
     void salvato() override;
     bool siDispone() const override { return false; }

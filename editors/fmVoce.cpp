@@ -44,13 +44,6 @@ int fmVoce::categoria() const
     }
 }
 
-QString fmVoce::controlla() const
-{
-    return Text1.vuote({0, 1, 2})
-               ? QStringLiteral("Impossibile salvare una voce senza almeno un dettaglio")
-               : QString();
-}
-
 void fmVoce::completaNuovo()
 {
     adoDettagli.Assegna(QStringLiteral("Registro"), proprieta.RegistroLocale);

@@ -12,8 +12,6 @@ public:
 
 protected:
     int categoria() const override;
-    QString controlla() const override;
-    QString proprietario() const override { return proprieta.RegistroLocale; }
     void completaNuovo() override;
     void salvato() override;
     bool nuovoProprio(const Elemento &genere) override;

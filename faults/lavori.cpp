@@ -1,10 +1,8 @@
 #include "faults/lavori.h"
 
 #include "db/binari.h"
-#include "db/codici.h"
 #include "db/connessioni.h"
 #include "db/custodia.h"
-#include "db/eliminazione.h"
 #include "db/modello.h"
 #include "faults/campione.h"
 
@@ -44,14 +42,18 @@ void chiude()
 QString salva(const Posto &posto, const QString &nome)
 {
     apre(posto);
-    ado::Transazione transazione(connessione());
-    const QString codice = NuovoCodice(QStringLiteral("Individui"));
+    Lavoro lavoro(connessione(), {}, QStringLiteral("O1"));
+    const QString codice = lavoro
+                               .scrive({QStringLiteral("Individui"),
+                                        {},
+                                        {{QStringLiteral("Voce"), QStringLiteral("V1")},
+                                         {QStringLiteral("Nome"), nome}}})
+                               .codice;
     // L'ora è sempre la stessa, perché due salvataggi uguali si possano confrontare.
-    esegue("INSERT INTO Individui (Codice, Voce, Nome, Creazione) "
-           "VALUES (?, 'V1', ?, '2024-01-01 10:00:00')",
-           {codice, nome});
-    CollegaOperatore(connessione(), QStringLiteral("O1"), codice);
-    transazione.conferma();
+    esegue("UPDATE Individui SET Creazione = '2024-01-01 10:00:00', Modifica = NULL "
+           "WHERE Codice = ?",
+           {codice});
+    lavoro.conferma();
     return codice;
 }
 
@@ -64,10 +66,10 @@ void elimina(const Posto &posto, const QString &voce)
 QString allega(const Posto &posto, const QString &nome)
 {
     apre(posto);
-    ado::Transazione transazione(connessione());
+    Lavoro lavoro(connessione());
     const QByteArray tutto = contenuto(nome);
     constexpr qsizetype pezzo = 50'000;
-    auto flusso = aggiungeFile(connessione(), {14, QStringLiteral("V1"), nome, tutto.size()});
+    auto flusso = aggiungeFile(lavoro, {14, QStringLiteral("V1"), nome, tutto.size()});
     for (qsizetype da = 0; da < tutto.size(); da += pezzo)
         flusso->Write(tutto.mid(da, pezzo));
     flusso.reset();
@@ -75,7 +77,7 @@ QString allega(const Posto &posto, const QString &nome)
         connessione()
             .valore({QStringLiteral("SELECT Codice FROM Binari WHERE Nome = ?"), {nome}, {}})
             .toString();
-    transazione.conferma();
+    lavoro.conferma();
     return codice;
 }
 

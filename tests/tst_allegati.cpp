@@ -314,13 +314,13 @@ private slots:
     void flussoNeiLimiti()
     {
         {
-            ado::Transazione transazione(connessione());
-            auto flusso = aggiungeFile(connessione(), {FileAllegato, u"V1"_s, u"n"_s, 4});
+            Lavoro lavoro(connessione());
+            auto flusso = aggiungeFile(lavoro, {FileAllegato, u"V1"_s, u"n"_s, 4});
             flusso->Write("ab");
             flusso->Write("cd");
             QVERIFY_THROWS_EXCEPTION(ado::Errore, flusso->Write("e"));
             flusso.reset();
-            transazione.conferma();
+            lavoro.conferma();
         }
         auto flusso = contenutoDiFile(connessione(), u"B1"_s);
         QCOMPARE(flusso->Read(3), "abc"_ba);

@@ -1,3 +1,4 @@
+#include "db/lavoro.h"
 #include "prova_editori.h"
 
 #include <QLabel>
@@ -299,6 +300,24 @@ private slots:
         apre(u"fmIndividuo"_s, u"I1"_s, [](QWidget *finestra) {
             QVERIFY(!acceso(finestra, u"Frame3_0"_s));
             QVERIFY(acceso(finestra, u"Frame3_2"_s));
+        });
+    }
+
+    // Ciò che si scrive altrove compare da sé; di un altro archivio non importa.
+    void collegamentiDaSe()
+    {
+        apre(u"fmArchivio"_s, u"A1"_s, [&](QWidget *finestra) {
+            {
+                Lavoro lavoro(connessione());
+                lavoro.scrive({u"Binari"_s, {}, {{u"IdProprietario"_s, u"A1"_s}, {u"Tipo"_s, 12}}});
+                lavoro.conferma();
+            }
+            QCOMPARE(collegati(finestra), QString());
+            QTRY_COMPARE(collegati(finestra), u"B1 Nota"_s);
+            esegui(u"DELETE FROM Binari"_s);
+            emit annunci().avvenuto({{}, archivio->accanto(u"altro.tvd"_s), nullptr, {}});
+            QCoreApplication::processEvents();
+            QCOMPARE(collegati(finestra), u"B1 Nota"_s);
         });
     }
 

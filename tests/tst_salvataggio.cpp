@@ -61,13 +61,13 @@ private slots:
         rompe({"Individui", "sqlite_autoindex_Individui_1", "IndividuiNumero"});
         QVERIFY(compattaArchivio(m_percorso, cestino(), avanti).riparato);
         ApriArchivio(m_percorso);
-        QCOMPARE(NuovoCodice(u"Individui"_s), u"I999"_s);
-        QCOMPARE(NuovoCodice(u"Voci"_s), u"V61"_s);
+        QCOMPARE(NuovoCodice(connessione(), u"Individui"_s), u"I999"_s);
+        QCOMPARE(NuovoCodice(connessione(), u"Voci"_s), u"V61"_s);
         // E così resta anche dopo un'altra compattazione.
         connessione().Close();
         compattaArchivio(m_percorso, cestino(), avanti);
         ApriArchivio(m_percorso);
-        QCOMPARE(NuovoCodice(u"Individui"_s), u"I999"_s);
+        QCOMPARE(NuovoCodice(connessione(), u"Individui"_s), u"I999"_s);
     }
 
     // Una testata con un bit rovinato non nasconde righe, e un archivio senza versione è guasto.

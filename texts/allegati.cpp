@@ -67,13 +67,13 @@ bool riempie(ado::Stream &flusso, QFile &file, const avanzamento::Passo &passo)
 
 void registra(const NuovoFile &nuovo, QFile &file, const avanzamento::Passo &passo)
 {
-    ado::Transazione transazione(connessione());
-    auto flusso = aggiungeFile(connessione(), nuovo);
+    Lavoro lavoro(connessione(), QStringLiteral("Aggiunta di ") + nuovo.nome);
+    auto flusso = aggiungeFile(lavoro, nuovo);
     const bool pieno = riempie(*flusso, file, passo);
-    // Un flusso aperto terrebbe aperta la transazione.
+    // Un flusso aperto terrebbe aperto il lavoro.
     flusso.reset();
     if (pieno)
-        transazione.conferma();
+        lavoro.conferma();
 }
 
 // Scrive accanto e poi dà il nome: nella cartella non resta mai un file a metà.

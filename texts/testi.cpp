@@ -1,9 +1,9 @@
 #include "texts/testi.h"
 
 #include "contesto/contesto.h"
-#include "db/codici.h"
 #include "db/collegamenti.h"
 #include "db/connessioni.h"
+#include "db/lavoro.h"
 #include "platform/finestre/messaggi.h"
 #include "platform/finestre/testo_semplice.h"
 #include "platform/motore/recordset.h"
@@ -17,54 +17,37 @@ namespace modTarvola
 namespace
 {
 
-// Uno scambio con la finestra dei testi. Il testo passa di mano vuoto, prima e dopo, qualunque cosa
-// accada in mezzo.
+// Un testo con il suo titolo, e che cosa ne è cambiato nella finestra.
+struct TestoLungo {
+    QString testo;
+    QString nome;
+    bool testoModificato = false;
+    bool nomeModificato = false;
+    bool vuoto() const { return testo.trimmed().isEmpty(); }
+};
+
+// Mostra il testo nella sua finestra e rende ciò che ne esce. Fra loro passa nei valori condivisi,
+// che prima e dopo sono vuoti, qualunque cosa accada in mezzo.
 class Scambio
 {
 public:
-    Scambio(QWidget *sopra, int blocco, QString didascalia)
-        : m_sopra(sopra), m_blocco(blocco), m_didascalia(std::move(didascalia))
-    {
-        svuota();
-    }
+    Scambio() { svuota(); }
     ~Scambio() { svuota(); }
     Scambio(const Scambio &) = delete;
     Scambio &operator=(const Scambio &) = delete;
 
-    bool testoModificato() const { return m_testo; }
-    bool nomeModificato() const { return m_nome; }
-    static bool vuoto() { return contesto().TestoCampoLungo.trimmed().isEmpty(); }
-
-    // Mostra la finestra; se ciò che ne esce non si può scrivere lo dice e la ripropone, perché
-    // una pagina trascritta non vada perduta. Falso se il testo è vuoto o si è rinunciato.
-    bool compie(const QString &proprietario, const std::function<void()> &scrive)
+    static void mostra(TestoLungo &testo, fmTxtL &finestra, const QString &proprietario)
     {
-        for (;;) {
-            mostra(proprietario);
-            if (vuoto())
-                return false;
-            try {
-                scrive();
-                return true;
-            } catch (const ado::Errore &errore) {
-                if (!messaggi::avverte(m_sopra, QStringLiteral("Operazione non riuscita:\n") +
-                                                    errore.testo()))
-                    return true;
-            }
-        }
+        contesto().TestoCampoLungo = testo.testo;
+        contesto().NomeCampoLungo = testo.nome;
+        finestra.Form_Load(proprietario);
+        finestra.exec();
+        testo = {contesto().TestoCampoLungo, contesto().NomeCampoLungo,
+                 testo.testoModificato || contesto().TestoModificato,
+                 testo.nomeModificato || contesto().NomeModificato};
     }
 
 private:
-    void mostra(const QString &proprietario)
-    {
-        fmTxtL finestra(m_sopra);
-        finestra.TipoLock = m_blocco;
-        finestra.setWindowTitle(testo_semplice::didascalia(m_didascalia));
-        finestra.Form_Load(proprietario);
-        finestra.exec();
-        m_testo = m_testo || contesto().TestoModificato;
-        m_nome = m_nome || contesto().NomeModificato;
-    }
     static void svuota()
     {
         contesto().TestoCampoLungo.clear();
@@ -72,53 +55,78 @@ private:
         contesto().TestoModificato = false;
         contesto().NomeModificato = false;
     }
-
-    QWidget *m_sopra;
-    int m_blocco;
-    QString m_didascalia;
-    bool m_testo = false;
-    bool m_nome = false;
 };
 
-void aggiunge(const QString &proprietario, int genere)
+// Dove e come si mostra un testo.
+struct Finestra {
+    QWidget *sopra;
+    int blocco;
+    QString didascalia;
+    QString proprietario;
+};
+
+// Mostra la finestra; se ciò che ne esce non si può scrivere lo dice e la ripropone, perché una
+// pagina trascritta non vada perduta. Falso se il testo torna vuoto.
+bool compie(const Finestra &dove, TestoLungo testo,
+            const std::function<void(const TestoLungo &)> &scrive)
 {
-    ado::Transazione transazione(connessione());
-    ado::Recordset adoOggetti;
-    adoOggetti.Open(testoLungo({}), connessione(), ado::adLockOptimistic);
-    adoOggetti.AddNew();
-    adoOggetti.Assegna(QStringLiteral("Tipo"), genere);
-    adoOggetti.Assegna(QStringLiteral("IdProprietario"), proprietario);
-    adoOggetti.Assegna(QStringLiteral("Nome"), contesto().NomeCampoLungo);
-    adoOggetti.Assegna(QStringLiteral("Campolungo"), contesto().TestoCampoLungo);
-    adoOggetti.Assegna(QStringLiteral("Codice"), NuovoCodice(QStringLiteral("Binari")));
-    adoOggetti.Update();
-    transazione.conferma();
+    for (;;) {
+        const Scambio scambio;
+        fmTxtL finestra(dove.sopra);
+        finestra.TipoLock = dove.blocco;
+        finestra.setWindowTitle(testo_semplice::didascalia(dove.didascalia));
+        Scambio::mostra(testo, finestra, dove.proprietario);
+        if (testo.vuoto())
+            return false;
+        try {
+            scrive(testo);
+            return true;
+        } catch (const ado::Errore &errore) {
+            if (!messaggi::avverte(dove.sopra,
+                                   QStringLiteral("Operazione non riuscita:\n") + errore.testo()))
+                return true;
+        }
+    }
+}
+
+void registra(const QString &passo, const QString &codice, const QVariantMap &valori)
+{
+    Lavoro lavoro(connessione(), passo);
+    lavoro.scrive({QStringLiteral("Binari"), codice, valori});
+    lavoro.conferma();
 }
 
 } // namespace
 
 void NuovoTesto(QWidget *sopra, const QString &proprietario, int genere, const QString &didascalia)
 {
-    Scambio scambio(sopra, ado::adLockOptimistic, didascalia);
-    scambio.compie(proprietario, [&] { aggiunge(proprietario, genere); });
+    compie({sopra, ado::adLockOptimistic, didascalia, proprietario}, {},
+           [&](const TestoLungo &testo) {
+               registra(QStringLiteral("Aggiunta di ") + didascalia, {},
+                        {{QStringLiteral("Tipo"), genere},
+                         {QStringLiteral("IdProprietario"), proprietario},
+                         {QStringLiteral("Nome"), testo.nome},
+                         {QStringLiteral("Campolungo"), testo.testo}});
+           });
 }
 
 bool ApriTesto(QWidget *sopra, const QString &codice, int blocco, const QString &didascalia)
 {
-    Scambio scambio(sopra, blocco, didascalia);
     ado::Recordset adoCampiLunghi;
     adoCampiLunghi.Open(testoLungo(codice), connessione(), blocco);
-    contesto().TestoCampoLungo = adoCampiLunghi.Testo(QStringLiteral("Campolungo"));
-    contesto().NomeCampoLungo = adoCampiLunghi.Testo(QStringLiteral("Nome"));
+    const TestoLungo presente{adoCampiLunghi.Testo(QStringLiteral("Campolungo")),
+                              adoCampiLunghi.Testo(QStringLiteral("Nome"))};
     const bool scritto =
-        scambio.compie(adoCampiLunghi.Testo(QStringLiteral("IdProprietario")), [&] {
-            if (scambio.testoModificato())
-                adoCampiLunghi.Assegna(QStringLiteral("Campolungo"), contesto().TestoCampoLungo);
-            if (scambio.nomeModificato())
-                adoCampiLunghi.Assegna(QStringLiteral("Nome"), contesto().NomeCampoLungo);
-            if (adoCampiLunghi.Modificato())
-                adoCampiLunghi.Update();
-        });
+        compie({sopra, blocco, didascalia, adoCampiLunghi.Testo(QStringLiteral("IdProprietario"))},
+               presente, [&](const TestoLungo &testo) {
+                   QVariantMap valori;
+                   if (testo.testoModificato && testo.testo != presente.testo)
+                       valori.insert(QStringLiteral("Campolungo"), testo.testo);
+                   if (testo.nomeModificato && testo.nome != presente.nome)
+                       valori.insert(QStringLiteral("Nome"), testo.nome);
+                   if (!valori.isEmpty())
+                       registra(QStringLiteral("Salvataggio di ") + didascalia, codice, valori);
+               });
     if (!scritto)
         messaggi::avvisa(sopra, QStringLiteral("Impossibile salvare un testo vuoto"));
     return scritto;

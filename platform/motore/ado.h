@@ -144,7 +144,8 @@ private:
 // L'errore, con la causa Estraneo, di un file in cui c'è quella cosa ("la vista «X»").
 Errore estraneo(const QString &cosa);
 
-// Cambiamenti che stanno insieme: o tutti o nessuno. Chi la lascia senza conferma li annulla.
+// Cambiamenti che stanno insieme: o tutti o nessuno. Chi la lascia senza conferma li annulla. Una
+// cominciata dentro un'altra ne è una parte, che si può annullare da sola.
 class Transazione
 {
 public:
@@ -155,7 +156,10 @@ public:
     void conferma();
 
 private:
+    void esegue(const char *istruzione);
+
     Connection &m_connessione;
+    bool m_interna;
     bool m_aperta = true;
 };
 

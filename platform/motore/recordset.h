@@ -3,6 +3,7 @@
 #include "platform/motore/ado.h"
 
 #include <QStringList>
+#include <QVariantMap>
 
 #include <vector>
 
@@ -29,30 +30,27 @@ public:
     // Il valore del campo nella riga corrente; non valido se Null.
     QVariant Campo(const QString &nome) const;
     QVariant Campo(int posto) const;
+    bool Ha(const QString &nome) const { return m_nomi.contains(nome, Qt::CaseInsensitive); }
     QString Testo(const QString &nome) const { return Campo(nome).toString(); }
 
     // Comincia una riga nuova, tutta Null, che diventa la corrente.
     void AddNew();
-    // Cambia un campo della riga corrente; il testo vuoto è Null. Nulla è scritto fino a Update.
+    // Cambia un campo della riga corrente; il testo vuoto è Null. L'archivio resta com'è: ciò che è
+    // cambiato lo scrive chi legge `Cambiati`.
     void Assegna(const QString &nome, const QVariant &valore);
-    // Scrive la riga nuova, o i soli campi cambiati. Fallisce con Errore se la riga non c'è più.
-    void Update();
-    bool Modificato() const { return m_nuova || !m_cambiati.isEmpty(); }
+    // I campi assegnati con un valore diverso da quello che avevano.
+    const QVariantMap &Cambiati() const { return m_cambiati; }
 
 private:
     qsizetype posto(const QString &nome) const;
-    void inserisce();
-    void aggiorna();
     const std::vector<QVariant> &riga() const;
 
-    Comando m_comando;
     Connection *m_connessione = nullptr;
     int m_blocco = adLockReadOnly;
     QStringList m_nomi;
     std::vector<std::vector<QVariant>> m_righe;
     qsizetype m_corrente = -1;
-    bool m_nuova = false;
-    QStringList m_cambiati;
+    QVariantMap m_cambiati;
 };
 
 } // namespace ado

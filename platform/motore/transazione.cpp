@@ -28,9 +28,16 @@ int Sorveglianza::chiede()
     return procedere ? 0 : 1;
 }
 
-Transazione::Transazione(Connection &connessione) : m_connessione(connessione)
+// Dentro un'altra è un punto cui si può tornare; i nomi uguali si annidano.
+Transazione::Transazione(Connection &connessione)
+    : m_connessione(connessione), m_interna(connessione.inTransazione())
 {
-    connessione.Execute({QStringLiteral("BEGIN IMMEDIATE"), {}, {}});
+    esegue(m_interna ? "SAVEPOINT passo" : "BEGIN IMMEDIATE");
+}
+
+void Transazione::esegue(const char *istruzione)
+{
+    m_connessione.Execute({QString::fromUtf8(istruzione), {}, {}});
 }
 
 Transazione::~Transazione()
@@ -39,7 +46,9 @@ Transazione::~Transazione()
     if (!m_aperta || !m_connessione.inTransazione())
         return;
     try {
-        m_connessione.Execute({QStringLiteral("ROLLBACK"), {}, {}});
+        esegue(m_interna ? "ROLLBACK TO passo" : "ROLLBACK");
+        if (m_interna)
+            esegue("RELEASE passo");
     } catch (const Errore &) {
         // L'annullamento non riesce solo su una base persa: alla riapertura il giornale lo compie.
         m_connessione.Close();
@@ -48,7 +57,7 @@ Transazione::~Transazione()
 
 void Transazione::conferma()
 {
-    m_connessione.Execute({QStringLiteral("COMMIT"), {}, {}});
+    esegue(m_interna ? "RELEASE passo" : "COMMIT");
     m_aperta = false;
 }
 
