@@ -21,13 +21,6 @@ constexpr qint64 pezzoLungo = 15;
 // Dopo quanti millisecondi si riprova su un archivio occupato da altri.
 constexpr int attesaOccupato = 300;
 
-bool colonnaDiDate(const QString &nome)
-{
-    static const QStringList nomi{QStringLiteral("Ora"), QStringLiteral("Creazione"),
-                                  QStringLiteral("Modifica")};
-    return nome.startsWith(QStringLiteral("Data")) || nomi.contains(nome);
-}
-
 } // namespace
 
 ModelloTabella::ModelloTabella(modTarvola::Elenco elenco, QObject *padre)
@@ -49,10 +42,10 @@ QVariant ModelloTabella::data(const QModelIndex &indice, int ruolo) const
 {
     if (!indice.isValid())
         return {};
-    const QString &colonna = m_elenco.colonne().at(indice.column());
     if (ruolo == Qt::DisplayRole || ruolo == Qt::ToolTipRole) {
         const QVariant valore = valori(indice.row()).value(indice.column());
-        return colonnaDiDate(colonna) ? italiano::mostraDataBreve(valore.toString()) : valore;
+        return m_elenco.diDate(indice.column()) ? italiano::mostraDataBreve(valore.toString())
+                                                : valore;
     }
     return {};
 }
