@@ -29,11 +29,6 @@ bool colonnaDiOre(const QString &nome)
     return nomi.contains(nome);
 }
 
-bool colonnaDiDate(const QString &nome)
-{
-    return nome.startsWith(QStringLiteral("Data")) || colonnaDiOre(nome);
-}
-
 } // namespace
 
 ModelloTabella::ModelloTabella(modTarvola::Elenco elenco, QObject *padre)
@@ -55,11 +50,11 @@ QVariant ModelloTabella::data(const QModelIndex &indice, int ruolo) const
 {
     if (!indice.isValid())
         return {};
-    const QString &colonna = m_elenco.colonne().at(indice.column());
     if (ruolo == Qt::DisplayRole || ruolo == Qt::ToolTipRole) {
         const QVariant valore = valori(indice.row()).value(indice.column());
-        const QVariant mostrato =
-            colonnaDiDate(colonna) ? italiano::mostraDataBreve(valore.toString()) : valore;
+        const QVariant mostrato = m_elenco.diDate(indice.column())
+                                      ? italiano::mostraDataBreve(valore.toString())
+                                      : valore;
         // Un testo smisurato, che può venire da un archivio altrui, fermerebbe chi lo dispone.
         if (mostrato.toString().size() > lettereMostrate)
             return QString(mostrato.toString().left(lettereMostrate) + u'…');
@@ -82,7 +77,7 @@ QString ModelloTabella::esempio(int colonna) const
     const QString &nome = m_elenco.colonne().at(colonna);
     if (colonnaDiOre(nome))
         return QStringLiteral("00/00/0000 00:00:00");
-    return colonnaDiDate(nome) ? QStringLiteral("00/00/0000") : QString();
+    return m_elenco.diDate(colonna) ? QStringLiteral("00/00/0000") : QString();
 }
 
 void ModelloTabella::sostituisce(const std::function<std::vector<qint64>()> &legge)

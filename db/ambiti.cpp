@@ -2,7 +2,13 @@
 
 #include "db/connessioni.h"
 #include "db/generi.h"
+#include "db/tabelle.h"
 #include "platform/motore/ado.h"
+
+#include <QHash>
+
+#include <algorithm>
+#include <optional>
 
 namespace modTarvola
 {
@@ -10,107 +16,119 @@ namespace modTarvola
 namespace
 {
 
-constexpr int ambitoArchivio = 6;
-constexpr int ambitoTutto = 7;
+using catalogo::Colonna;
+using catalogo::Legame;
 
-struct Ambito {
-    const char *tabella;
-    int ambito;
-    const char *condizione;
+enum Livello { diVoce = 0, diRegistro = 4, diArchivio = 6, tutto = 7 };
+
+// Le tappe dall'archivio alle righe di una tabella: ciascuna nomina la precedente come
+// proprietaria.
+using Discesa = QList<QStringView>;
+
+const QList<Discesa> &disceseA(const QString &tabella)
+{
+    static const Discesa voci{u"Archivi", u"Registri", u"Voci"};
+    static const Discesa individui = voci + Discesa{u"Individui"};
+    static const Discesa famiglie = voci + Discesa{u"Famiglie"};
+    static const Discesa eventi{u"Eventi"};
+    static const Discesa binari{u"Binari"};
+    static const QHash<QString, QList<Discesa>> tutte{
+        {QStringLiteral("Voci"), {voci}},
+        {QStringLiteral("Individui"), {individui}},
+        {QStringLiteral("Famiglie"), {famiglie}},
+        {QStringLiteral("Eventi"), {individui + eventi, famiglie + eventi}},
+        {QStringLiteral("Binari"),
+         {voci.first(1) + binari, voci.first(2) + binari, voci + binari, individui + binari,
+          famiglie + binari, individui + eventi + binari, famiglie + eventi + binari}},
+    };
+    static const QList<Discesa> nessuna;
+    const auto sue = tutte.constFind(tabella);
+    return sue == tutte.constEnd() ? nessuna : *sue;
+}
+
+// La colonna con cui le righe di una tappa nominano quelle della tappa di prima.
+QStringView legame(QStringView tappa, QStringView prima)
+{
+    for (const catalogo::Posto &posto : catalogo::dipendentiDi(prima)) {
+        if (posto.tabella->nome == tappa && posto.colonna->legame != Legame::Nominato)
+            return posto.colonna->nome;
+    }
+    throw ado::Errore(ado::Causa::Altro,
+                      QStringLiteral("la tabella %1 non è di %2").arg(tappa, prima));
+}
+
+// Le righe in fondo alla discesa, dall'archivio in giù per gli indici: CROSS JOIN vieta al motore
+// di percorrerla al contrario.
+QString discende(const Discesa &tappe, int ambito)
+{
+    QString testo =
+        QStringLiteral("SELECT %1.rowid FROM %2").arg(tappe.constLast(), tappe.constFirst());
+    for (qsizetype i = 1; i < tappe.size(); ++i)
+        testo += QStringLiteral(" CROSS JOIN %1 ON %1.%2 = %3.Codice")
+                     .arg(tappe[i], legame(tappe[i], tappe[i - 1]), tappe[i - 1]);
+    testo += QStringLiteral(" WHERE Archivi.Codice = ?1");
+    if (ambito == diRegistro || ambito == diVoce)
+        testo += QStringLiteral(" AND Registri.Codice = ?2");
+    if (ambito == diVoce)
+        testo += QStringLiteral(" AND Voci.Codice = ?3");
+    return testo;
+}
+
+// Vero se la riga è in fondo alla discesa, trovato salendo da lei al suo archivio.
+QString risale(const Discesa &tappe)
+{
+    const qsizetype ultima = tappe.size() - 1;
+    QString testo = QStringLiteral("EXISTS (SELECT 1 FROM ") + tappe[ultima - 1].toString();
+    for (qsizetype i = ultima - 2; i > 0; --i)
+        testo += QStringLiteral(" CROSS JOIN %1 ON %1.Codice = %2.%3")
+                     .arg(tappe[i], tappe[i + 1], legame(tappe[i + 1], tappe[i]));
+    return testo +
+           QStringLiteral(" WHERE %1.Codice = %2.%3 AND Registri.Archivio = ?1)")
+               .arg(tappe[ultima - 1], tappe[ultima], legame(tappe[ultima], tappe[ultima - 1]));
+}
+
+// Un ambito più stretto tiene solo le discese che passano per chi lo delimita.
+QString condizioneDelleDiscese(const QString &tabella, int ambito)
+{
+    const QStringView passaggio = ambito == diVoce       ? u"Voci"
+                                  : ambito == diRegistro ? u"Registri"
+                                                         : u"Archivi";
+    QStringList chiavi;
+    for (const Discesa &tappe : disceseA(tabella)) {
+        if (tappe.contains(passaggio))
+            chiavi.append(discende(tappe, ambito));
+    }
+    return QStringLiteral("%1.rowid IN (%2)")
+        .arg(tabella, chiavi.join(QStringLiteral(" UNION ALL ")));
+}
+
+// Ciò che sta subito sotto il record corrente, e gli elenchi che sono tutta la tabella.
+struct Diretto {
+    QStringView tabella;
+    int ambito = 0;
+    QStringView condizione;
+};
+constexpr Diretto diretti[] = {
+    {u"Archivi", diVoce, u""},
+    {u"Registri", diVoce, u"Registri.Archivio = ?1"},
+    {u"Registri", diArchivio, u"Registri.Archivio = ?1"},
+    {u"Registri", tutto, u""},
+    {u"Voci", diVoce, u"Voci.Registro = ?2"},
+    {u"Individui", diVoce, u"Individui.Voce = ?3"},
+    {u"Famiglie", diVoce, u"Famiglie.Voce = ?3"},
 };
 
-// Le voci dell'archivio, del registro, della voce: la catena parte dall'archivio e scende per gli
-// indici, e CROSS JOIN vieta al motore di percorrerla al contrario.
-#define VOCI_DI_ARCHIVIO                                                                           \
-    "FROM Archivi CROSS JOIN Registri ON Registri.Archivio = Archivi.Codice "                      \
-    "CROSS JOIN Voci ON Voci.Registro = Registri.Codice "
-#define DI_ARCHIVIO "WHERE Archivi.Codice = ?1"
-#define DI_REGISTRO DI_ARCHIVIO " AND Registri.Codice = ?2"
-#define DI_VOCE DI_REGISTRO " AND Voci.Codice = ?3"
-
-#define IN_VOCI(tabella, filtro)                                                                   \
-    tabella ".rowid IN (SELECT i.rowid " VOCI_DI_ARCHIVIO "CROSS JOIN " tabella                    \
-            " i ON i.Voce = Voci.Codice " filtro ")"
-
-#define DI_PROPRIETARIO(tabella, genere, filtro)                                                   \
-    "SELECT d.rowid " VOCI_DI_ARCHIVIO "CROSS JOIN " genere " p ON p.Voce = Voci.Codice "          \
-    "CROSS JOIN " tabella " d ON d.IdProprietario = p.Codice " filtro
-
-#define EVENTI(filtro)                                                                             \
-    "Eventi.rowid IN (" DI_PROPRIETARIO(                                                           \
-        "Eventi", "Individui", filtro) " UNION ALL " DI_PROPRIETARIO("Eventi", "Famiglie",         \
-                                                                     filtro) ")"
-
-#define BINARI_DI_EVENTO(genere, filtro)                                                           \
-    "SELECT d.rowid " VOCI_DI_ARCHIVIO "CROSS JOIN " genere " p ON p.Voce = Voci.Codice "          \
-    "CROSS JOIN Eventi e ON e.IdProprietario = p.Codice "                                          \
-    "CROSS JOIN Binari d ON d.IdProprietario = e.Codice " filtro
-
-#define BINARI_DELLE_VOCI(filtro)                                                                  \
-    "SELECT d.rowid " VOCI_DI_ARCHIVIO                                                             \
-    "CROSS JOIN Binari d ON d.IdProprietario = Voci.Codice " filtro                                \
-    " UNION ALL " DI_PROPRIETARIO("Binari", "Individui", filtro) " UNION ALL " DI_PROPRIETARIO(    \
-        "Binari", "Famiglie",                                                                      \
-        filtro) " UNION ALL " BINARI_DI_EVENTO("Individui",                                        \
-                                               filtro) " UNION ALL " BINARI_DI_EVENTO("Famiglie",  \
-                                                                                      filtro)
-
-// Un ambito più stretto filtra per voce anche i registri: allora vale per un registro che quella
-// voce contiene.
-#define BINARI_DEI_REGISTRI(filtro)                                                                \
-    "SELECT d.rowid FROM Archivi CROSS JOIN Registri ON Registri.Archivio = Archivi.Codice "       \
-    "CROSS JOIN Binari d ON d.IdProprietario = Registri.Codice " filtro
-
-constexpr Ambito ambiti[] = {
-    {"Archivi", 0, ""},
-    {"Registri", 0, "Registri.Archivio = ?1"},
-    {"Registri", 6, "Registri.Archivio = ?1"},
-    {"Registri", 7, ""},
-    {"Voci", 0, "Voci.Registro = ?2"},
-    {"Voci", 4, "Voci.rowid IN (SELECT Voci.rowid " VOCI_DI_ARCHIVIO DI_REGISTRO ")"},
-    {"Voci", 6, "Voci.rowid IN (SELECT Voci.rowid " VOCI_DI_ARCHIVIO DI_ARCHIVIO ")"},
-    {"Voci", 7, ""},
-    {"Individui", 0, "Individui.Voce = ?3"},
-    {"Individui", 4, IN_VOCI("Individui", DI_REGISTRO)},
-    {"Individui", 6, IN_VOCI("Individui", DI_ARCHIVIO)},
-    {"Individui", 7, ""},
-    {"Famiglie", 0, "Famiglie.Voce = ?3"},
-    {"Famiglie", 4, IN_VOCI("Famiglie", DI_REGISTRO)},
-    {"Famiglie", 6, IN_VOCI("Famiglie", DI_ARCHIVIO)},
-    {"Famiglie", 7, ""},
-    {"Eventi", 0, EVENTI(DI_VOCE)},
-    {"Eventi", 4, EVENTI(DI_REGISTRO)},
-    {"Eventi", 6, EVENTI(DI_ARCHIVIO)},
-    {"Eventi", 7, ""},
-    {"Binari", 0, "Binari.rowid IN (" BINARI_DELLE_VOCI(DI_VOCE) ")"},
-    {"Binari", 4,
-     "Binari.rowid IN (" BINARI_DEI_REGISTRI(DI_REGISTRO) " UNION ALL " BINARI_DELLE_VOCI(
-         DI_REGISTRO) ")"},
-    {"Binari", 6,
-     "Binari.rowid IN (SELECT d.rowid FROM Archivi CROSS JOIN Binari d "
-     "ON d.IdProprietario = Archivi.Codice " DI_ARCHIVIO " UNION ALL " BINARI_DEI_REGISTRI(
-         DI_ARCHIVIO) " UNION ALL " BINARI_DELLE_VOCI(DI_ARCHIVIO) ")"},
-    {"Binari", 7, ""},
-};
-
-#define SALE_DALLA_VOCE(voce)                                                                      \
-    "EXISTS (SELECT 1 FROM Voci CROSS JOIN Registri ON Registri.Codice = Voci.Registro "           \
-    "WHERE Voci.Codice = " voce " AND Registri.Archivio = ?1)"
-
-#define SALE_DAL_PROPRIETARIO(genere)                                                              \
-    "EXISTS (SELECT 1 FROM " genere                                                                \
-    " p WHERE p.Codice = Eventi.IdProprietario AND " SALE_DALLA_VOCE("p.Voce") ")"
-
-// Le stesse righe dell'ambito 6, trovate da ciascuna salendo al suo archivio.
-constexpr Ambito ambitiSalendo[] = {
-    {"Voci", ambitoArchivio,
-     "EXISTS (SELECT 1 FROM Registri WHERE Registri.Codice = Voci.Registro "
-     "AND Registri.Archivio = ?1)"},
-    {"Individui", ambitoArchivio, SALE_DALLA_VOCE("Individui.Voce")},
-    {"Famiglie", ambitoArchivio, SALE_DALLA_VOCE("Famiglie.Voce")},
-    {"Eventi", ambitoArchivio,
-     "(" SALE_DAL_PROPRIETARIO("Individui") " OR " SALE_DAL_PROPRIETARIO("Famiglie") ")"},
-};
+std::optional<QString> condizioneSemplice(const QString &tabella, int ambito)
+{
+    for (const Diretto &uno : diretti) {
+        if (uno.tabella == tabella && uno.ambito == ambito)
+            return uno.condizione.toString();
+    }
+    if (disceseA(tabella).isEmpty() ||
+        (ambito != diVoce && ambito != diRegistro && ambito != diArchivio && ambito != tutto))
+        return {};
+    return ambito == tutto ? QString() : condizioneDelleDiscese(tabella, ambito);
+}
 
 const char *const conRuolo =
     "EXISTS (SELECT 1 FROM Traduzioni WHERE Traduzioni.Codice = Individui.Ruolo)";
@@ -123,17 +141,29 @@ const char *const conVoce =
 // sono già scelti quelli che li hanno.
 QString condizioneDettagli(int ambito)
 {
-    const bool giaScelti = ambito == 4 || ambito == 6;
+    const bool giaScelti = ambito == diRegistro || ambito == diArchivio;
     return QString::fromUtf8(conRuolo) + (giaScelti ? QString() : QString::fromUtf8(conVoce));
 }
 
-// Il luogo e la data dell'evento di un genere; con più eventi dello stesso genere, il maggiore.
-QString colonneEvento(int genere, const char *nome)
+// Gli eventi di cui i dettagli mostrano luogo e data.
+struct EventoMostrato {
+    int genere = 0;
+    QStringView nome;
+};
+constexpr EventoMostrato eventiMostrati[] = {
+    {Nascita, u"Nascita"}, {Battesimo, u"Battesimo"}, {Morte, u"Morte"}, {Sepoltura, u"Sepoltura"}};
+
+// Con più eventi dello stesso genere, il maggiore.
+QString colonneEventi()
 {
-    return QStringLiteral("max(CASE e.Tipo WHEN %1 THEN e.Luogo END COLLATE NOCASE) AS Luogo%2, "
-                          "max(CASE e.Tipo WHEN %1 THEN e.Data END) AS Data%2, ")
-        .arg(genere)
-        .arg(QString::fromUtf8(nome));
+    QString testo;
+    for (const EventoMostrato &evento : eventiMostrati)
+        testo +=
+            QStringLiteral("max(CASE e.Tipo WHEN %1 THEN e.Luogo END COLLATE NOCASE) AS Luogo%2, "
+                           "max(CASE e.Tipo WHEN %1 THEN e.Data END) AS Data%2, ")
+                .arg(evento.genere)
+                .arg(evento.nome);
+    return testo;
 }
 
 // Gli eventi dell'individuo si leggono una volta sola, per tutte e otto le colonne.
@@ -143,8 +173,7 @@ QString letturaDettagli()
                           "Traduzioni.%1 AS Ruolo, i.Precisazione, i.Voce, i.Legittimo, i.\"Età\", "
                           "i.Vivente, i.Creazione, ")
                .arg(archivi().ColonnaLingua) +
-           colonneEvento(Nascita, "Nascita") + colonneEvento(Battesimo, "Battesimo") +
-           colonneEvento(Morte, "Morte") + colonneEvento(Sepoltura, "Sepoltura") +
+           colonneEventi() +
            QStringLiteral("Archivi.Nome AS Nome, Registri.Titolo, Voci.Codice AS CodiceVoce "
                           "FROM Individui i CROSS JOIN Traduzioni ON Traduzioni.Codice = i.Ruolo "
                           "CROSS JOIN Voci ON Voci.Codice = i.Voce "
@@ -158,30 +187,28 @@ QString letturaDettagli()
 
 QString condizioneAmbito(const QString &tabella, int ambito, bool dettagli)
 {
-    for (const Ambito &uno : ambiti) {
-        if (tabella != QLatin1String(uno.tabella) || ambito != uno.ambito)
-            continue;
-        const QString condizione = QString::fromUtf8(uno.condizione);
-        if (!dettagli || tabella != QStringLiteral("Individui"))
-            return condizione;
-        const QString anche = condizioneDettagli(ambito);
-        return condizione.isEmpty() ? anche : condizione + QStringLiteral(" AND ") + anche;
-    }
-    throw ado::Errore(
-        ado::Causa::Altro,
-        QStringLiteral("l'ambito %1 non esiste per la tabella %2").arg(ambito).arg(tabella));
+    const auto condizione = condizioneSemplice(tabella, ambito);
+    if (!condizione)
+        throw ado::Errore(
+            ado::Causa::Altro,
+            QStringLiteral("l'ambito %1 non esiste per la tabella %2").arg(ambito).arg(tabella));
+    if (!dettagli || tabella != QStringLiteral("Individui"))
+        return *condizione;
+    const QString anche = condizioneDettagli(ambito);
+    return condizione->isEmpty() ? anche : *condizione + QStringLiteral(" AND ") + anche;
 }
 
 QString condizioneSalendo(const QString &tabella, int ambito, bool dettagli)
 {
-    for (const Ambito &uno : ambitiSalendo) {
-        if (tabella != QLatin1String(uno.tabella) || ambito != uno.ambito)
-            continue;
-        const bool conDettagli = dettagli && tabella == QStringLiteral("Individui");
-        return QString::fromUtf8(uno.condizione) +
-               (conDettagli ? QStringLiteral(" AND ") + condizioneDettagli(ambito) : QString());
-    }
-    return {};
+    // I testi e i file vengono da troppe parti.
+    if (ambito != diArchivio || tabella == QStringLiteral("Binari") || disceseA(tabella).isEmpty())
+        return {};
+    QStringList salite;
+    for (const Discesa &tappe : disceseA(tabella))
+        salite.append(risale(tappe));
+    const bool conDettagli = dettagli && tabella == QStringLiteral("Individui");
+    return u'(' + salite.join(QStringLiteral(" OR ")) + u')' +
+           (conDettagli ? QStringLiteral(" AND ") + condizioneDettagli(ambito) : QString());
 }
 
 QString letturaRiga(const QString &tabella, int ambito, bool dettagli)
@@ -192,12 +219,23 @@ QString letturaRiga(const QString &tabella, int ambito, bool dettagli)
         return QStringLiteral("SELECT * FROM %1 WHERE rowid = ?").arg(tabella);
     // Un elenco non legge mai i contenuti: di un testo solo il principio, di un file nulla.
     const QString contenuto =
-        ambito == ambitoTutto
+        ambito == tutto
             ? QStringLiteral(", CASE WHEN Tipo IN (12, 13) THEN substr(Campolungo, 1, 200) END "
                              "AS Campolungo")
             : QString();
     return QStringLiteral("SELECT Codice, Tipo, IdProprietario, Nome%1 FROM Binari WHERE rowid = ?")
         .arg(contenuto);
+}
+
+bool eColonnaDiDate(const QString &tabella, const QString &colonna)
+{
+    const Colonna *sua = catalogo::tabella(tabella).colonna(colonna);
+    if (sua != nullptr)
+        return sua->specie == catalogo::Specie::Giorno || sua->specie == catalogo::Specie::Istante;
+    return std::any_of(std::begin(eventiMostrati), std::end(eventiMostrati),
+                       [&colonna](const EventoMostrato &evento) {
+                           return colonna == QStringLiteral("Data%1").arg(evento.nome);
+                       });
 }
 
 } // namespace modTarvola

@@ -19,4 +19,7 @@ QString condizioneSalendo(const QString &tabella, int ambito, bool dettagli);
 // L'istruzione che legge una riga per chiave.
 QString letturaRiga(const QString &tabella, int ambito, bool dettagli);
 
+// Vero se quella colonna di un elenco della tabella, anche con i dettagli, contiene date.
+bool eColonnaDiDate(const QString &tabella, const QString &colonna);
+
 } // namespace modTarvola

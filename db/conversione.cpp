@@ -71,7 +71,7 @@ void Conversione::accosta()
     m_archivio.Execute({QStringLiteral("PRAGMA journal_mode = MEMORY"), {}, {}});
     m_massimo = ado::lunghezzaMassima(m_archivio);
     for (const QString &nome : tabelle()) {
-        Corrispondenza corrispondenza(m_archivio, nome, m_catalogo.tabella(nome));
+        Corrispondenza corrispondenza(catalogo::tabella(nome), m_catalogo.tabella(nome));
         TabellaConvertita esito;
         esito.nome = nome;
         esito.annunciate = corrispondenza.fonte().righe;

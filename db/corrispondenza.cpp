@@ -36,12 +36,6 @@ bool eLungo(jet::Tipo tipo)
     return tipo == jet::Tipo::Ole || tipo == jet::Tipo::Nota;
 }
 
-// Di queste si tiene il giorno; le altre date sono istanti e hanno sempre l'ora.
-bool eGiorno(const QString &colonna)
-{
-    return colonna.startsWith(QStringLiteral("Data"), Qt::CaseInsensitive);
-}
-
 QVariant nulloSeVuoto(const QString &testo)
 {
     return testo.isEmpty() ? QVariant() : QVariant(testo);
@@ -78,23 +72,18 @@ std::optional<qint64> interoDa(const QString &testo)
 
 } // namespace
 
-Corrispondenza::Corrispondenza(ado::Connection &archivio, const QString &tabella,
-                               jet::Tabella fonte)
-    : m_tabella(tabella), m_fonte(std::move(fonte))
+Corrispondenza::Corrispondenza(const catalogo::Tabella &tabella, jet::Tabella fonte)
+    : m_tabella(tabella.nome.toString()), m_fonte(std::move(fonte))
 {
-    archivio.leggi(
-        {QStringLiteral("SELECT name, type, pk FROM pragma_table_info(?)"), {tabella}, {}},
-        [this](const ado::Riga &riga) {
-            const QString tipo = riga.testo(1);
-            const bool nellaChiave = riga.intero(2) > 0;
-            if (nellaChiave)
-                m_chiave.append(m_nomi.size());
-            if (tipo.isEmpty())
-                m_lungo = m_nomi.size();
-            m_numeri.append(tipo == QStringLiteral("INTEGER"));
-            accosta(riga.testo(0), nellaChiave);
-            return true;
-        });
+    for (const catalogo::Colonna &colonna : tabella.colonne) {
+        const bool nellaChiave = m_nomi.size() < static_cast<qsizetype>(tabella.chiave().size());
+        if (nellaChiave)
+            m_chiave.append(m_nomi.size());
+        if (colonna.specie == catalogo::Specie::Lungo)
+            m_lungo = m_nomi.size();
+        m_specie.append(colonna.specie);
+        accosta(colonna.nome.toString(), nellaChiave);
+    }
     for (const jet::Colonna &colonna : std::as_const(m_fonte.colonne)) {
         if (!m_nomi.contains(colonna.nome, Qt::CaseInsensitive) || !siSaLeggere(colonna.tipo))
             m_ignote.append(colonna.nome);
@@ -169,13 +158,13 @@ Corrispondenza::Valore Corrispondenza::valore(Lettura &lettura, qsizetype colonn
     const jet::Campo campo = lettura.righe.campo(fonte);
     if (campo.nullo)
         return {{}, !campo.guasto};
-    if (m_numeri.at(colonna))
+    if (m_specie.at(colonna) == catalogo::Specie::Numero)
         return numero(lettura.righe, fonte);
-    return testo(lettura, fonte, m_nomi.at(colonna));
+    return testo(lettura, fonte, m_specie.at(colonna));
 }
 
 Corrispondenza::Valore Corrispondenza::testo(Lettura &lettura, const jet::Colonna &colonna,
-                                             const QString &nome) const
+                                             catalogo::Specie specie) const
 {
     const QByteArrayView byte = lettura.righe.campo(colonna).byte;
     if (colonna.tipo == jet::Tipo::Testo) {
@@ -184,7 +173,9 @@ Corrispondenza::Valore Corrispondenza::testo(Lettura &lettura, const jet::Colonn
     }
     if (colonna.tipo == jet::Tipo::Data) {
         const auto giorni = lettura.righe.doppio(colonna);
-        const QString iso = giorni ? jet::isoDi(*giorni, !eGiorno(nome)) : QString();
+        // Di un giorno si tiene quello; le altre date sono istanti e hanno sempre l'ora.
+        const bool conOra = specie != catalogo::Specie::Giorno;
+        const QString iso = giorni ? jet::isoDi(*giorni, conOra) : QString();
         return {nulloSeVuoto(iso), !iso.isEmpty()};
     }
     if (eLungo(colonna.tipo)) {
@@ -214,7 +205,8 @@ ContenutoLungo Corrispondenza::contenutoLungo(Lettura &lettura, const QVariant &
         return contenuto;
     const jet::Tipo tipo = m_fonte.colonne.at(m_fonti.at(m_lungo)).tipo;
     if (!eLungo(tipo)) {
-        const Valore letto = testo(lettura, m_fonte.colonne.at(m_fonti.at(m_lungo)), {});
+        const Valore letto =
+            testo(lettura, m_fonte.colonne.at(m_fonti.at(m_lungo)), catalogo::Specie::Lungo);
         return {letto.valore.isValid() ? ContenutoLungo::Testo : ContenutoLungo::Nulla,
                 letto.valore.toString(), 0, letto.intero};
     }

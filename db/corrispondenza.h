@@ -1,5 +1,6 @@
 #pragma once
 
+#include "db/tabelle.h"
 #include "platform/anteriore/jet_righe.h"
 #include "platform/motore/ado.h"
 
@@ -43,7 +44,7 @@ class Corrispondenza
 {
 public:
     // Accosta le colonne per nome. Fallisce con ado::Errore se manca una colonna della chiave.
-    Corrispondenza(ado::Connection &archivio, const QString &tabella, jet::Tabella fonte);
+    Corrispondenza(const catalogo::Tabella &tabella, jet::Tabella fonte);
 
     const QString &tabella() const { return m_tabella; }
     const jet::Tabella &fonte() const { return m_fonte; }
@@ -71,12 +72,12 @@ private:
     };
     static Valore numero(const jet::Scorritore &riga, const jet::Colonna &colonna);
     Valore valore(Lettura &lettura, qsizetype colonna) const;
-    Valore testo(Lettura &lettura, const jet::Colonna &colonna, const QString &nome) const;
+    Valore testo(Lettura &lettura, const jet::Colonna &colonna, catalogo::Specie specie) const;
 
     QString m_tabella;
     jet::Tabella m_fonte;
     QStringList m_nomi;
-    QList<bool> m_numeri;
+    QList<catalogo::Specie> m_specie;
     QList<qsizetype> m_chiave;
     QList<qsizetype> m_fonti; // il posto nella fonte, -1 per le mancanti
     qsizetype m_lungo = -1;

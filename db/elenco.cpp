@@ -88,6 +88,8 @@ Elenco::Elenco(Richiesta richiesta, ado::Connection &connessione)
         m_aPezzi = true;
     m_lettura = letturaRiga(tabella, m_richiesta.Ambito, m_richiesta.dettagli);
     m_colonne = connessione.colonne({m_lettura, {}, {}});
+    for (const QString &colonna : std::as_const(m_colonne))
+        m_date.append(eColonnaDiDate(tabella, colonna));
 }
 
 bool Elenco::ordinabile(int colonna) const

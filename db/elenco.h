@@ -32,6 +32,9 @@ public:
     // Una colonna si può ordinare se viene da una tabella e le colonne sono meno di dieci.
     bool ordinabile(int colonna) const;
 
+    // Vero se la colonna contiene date, o istanti.
+    bool diDate(int colonna) const { return m_date.value(colonna); }
+
     // Le chiavi che seguono quella data (-1: dal principio), nell'ordine in cui le righe furono
     // scritte; al massimo `quante`, se non sono `tutte` e l'elenco si può leggere a pezzi.
     static constexpr int tutte = std::numeric_limits<int>::max();
@@ -57,6 +60,7 @@ private:
     bool m_aPezzi = false;
     QString m_lettura;
     QStringList m_colonne;
+    QList<bool> m_date;
 };
 
 } // namespace modTarvola

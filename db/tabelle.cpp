@@ -40,8 +40,8 @@ constexpr Colonna testo(QStringView nome, QStringView etichetta = {},
 {
     return {.nome = nome,
             .formato = formato,
-            .etichetta = etichetta.isEmpty() ? nome : etichetta,
-            .lunghezza = lunghezzaCasella};
+            .lunghezza = lunghezzaCasella,
+            .etichetta = etichetta.isEmpty() ? nome : etichetta};
 }
 
 constexpr Colonna data(QStringView nome, QStringView etichetta, Formato formato = Formato::Data)
@@ -49,8 +49,8 @@ constexpr Colonna data(QStringView nome, QStringView etichetta, Formato formato 
     return {.nome = nome,
             .specie = Specie::Giorno,
             .formato = formato,
-            .etichetta = etichetta,
-            .lunghezza = lunghezzaCasella};
+            .lunghezza = lunghezzaCasella,
+            .etichetta = etichetta};
 }
 
 constexpr Colonna istante(QStringView nome, QStringView predefinito = {})
@@ -62,8 +62,8 @@ constexpr Colonna scelta(QStringView nome, QStringView lettere)
 {
     return {.nome = nome,
             .formato = Formato::Scelta,
-            .etichetta = nome,
             .lunghezza = 1,
+            .etichetta = nome,
             .lettere = lettere};
 }
 
@@ -72,8 +72,8 @@ constexpr Colonna genere(QStringView nome, QStringView etichetta = {})
     return {.nome = nome,
             .specie = Specie::Numero,
             .formato = Formato::Genere,
-            .etichetta = etichetta,
             .legame = Legame::Nominato,
+            .etichetta = etichetta,
             .proprietari = generi};
 }
 
@@ -130,8 +130,8 @@ constexpr Colonna diVoci[] = {
     {.nome = u"PaginaIniziale",
      .specie = Specie::Numero,
      .formato = Formato::Pagina,
-     .etichetta = u"Pagina",
-     .lunghezza = lunghezzaCasella},
+     .lunghezza = lunghezzaCasella,
+     .etichetta = u"Pagina"},
     testo(u"CodiceVoce", u"Codice"),
     modifica,
 };
@@ -168,8 +168,8 @@ constexpr Colonna diEventi[] = {
     {.nome = u"Ora",
      .specie = Specie::Istante,
      .formato = Formato::Ora,
-     .etichetta = u"Ora",
-     .lunghezza = lunghezzaCasella},
+     .lunghezza = lunghezzaCasella,
+     .etichetta = u"Ora"},
     testo(u"Luogo"),
     testo(u"Indirizzo"),
     testo(u"Causa"),

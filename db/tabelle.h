@@ -36,13 +36,13 @@ struct Colonna {
     QStringView nome;
     Specie specie = Specie::Testo;
     Formato formato = Formato::Nessuno; // Nessuno: non ha una casella sua
-    QStringView etichetta = {};         // quella della casella; vuota se non ne ha
     int lunghezza = 0;                  // i caratteri che una casella accetta; 0: senza limite
-    QStringView lettere = {};           // di una Scelta, nell'ordine in cui si offrono
     Legame legame = Legame::Nessuno;
-    std::span<const QStringView> proprietari = {}; // le tabelle che può nominare, nell'ordine
-    QStringView accanto = {}; // la colonna che le sta accanto nell'indice dei proprietari
     bool obbligatoria = false;
+    QStringView etichetta = {};                    // quella della casella; vuota se non ne ha
+    QStringView lettere = {};                      // di una Scelta, nell'ordine in cui si offrono
+    std::span<const QStringView> proprietari = {}; // le tabelle che può nominare, nell'ordine
+    QStringView accanto = {};     // la colonna che le sta accanto nell'indice dei proprietari
     QStringView predefinito = {}; // l'espressione che la riempie se nessuno la scrive
 };
 

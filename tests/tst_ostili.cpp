@@ -4,6 +4,57 @@
 
 #include <sqlite3.h>
 
+namespace
+{
+
+// Che cosa si fa al file, e ciò che il rifiuto deve nominare.
+struct Manomissione {
+    const char *nome = nullptr;
+    const char *nominato = nullptr;
+    const char *istruzioni = nullptr;
+};
+constexpr Manomissione manomissioni[] = {
+    {"vista al posto della password", "«Protezione»",
+     "DROP TABLE Protezione; CREATE VIEW Protezione AS SELECT * FROM {senzaFine}"},
+    {"vista", "la vista «Elenco»", "CREATE VIEW Elenco AS SELECT * FROM {senzaFine}"},
+    {"trigger che non finisce", "il trigger «Lento»",
+     "CREATE TRIGGER Lento AFTER UPDATE ON Voci BEGIN SELECT count(*) FROM {senzaFine}; END"},
+    {"trigger che svuota, col nome di uno nostro", "il trigger «VociEliminato»",
+     "DROP TRIGGER VociEliminato; CREATE TRIGGER VociEliminato AFTER DELETE ON Voci BEGIN "
+     "DELETE FROM Individui; END"},
+    {"colonna calcolata in fondo", "la tabella «Archivi», con colonne calcolate",
+     "ALTER TABLE Archivi ADD COLUMN Grande AS (hex(zeroblob(900000000)))"},
+    {"colonna calcolata nel mezzo", "la tabella «Voci», con colonne calcolate",
+     "{aMano}UPDATE sqlite_schema SET sql = replace(sql, ', Volume TEXT', "
+     "', Calcolata AS (hex(Registro)), Volume TEXT') WHERE name = 'Voci'"},
+    {"colonne in più", "la tabella «Individui»",
+     "ALTER TABLE Individui ADD COLUMN Mia TEXT DEFAULT 'x'; UPDATE Individui SET Mia = "
+     "Nome"},
+    {"colonne in altro ordine", "la tabella «Archivi»",
+     "PRAGMA legacy_alter_table = ON; CREATE TABLE T (Gruppo, Modifica, Nome, Codice, "
+     "Abbreviazione); INSERT INTO T SELECT "
+     "Gruppo, Modifica, Nome, Codice, Abbreviazione FROM Archivi; DROP TABLE Archivi; "
+     "ALTER TABLE T RENAME TO Archivi"},
+    {"vincolo", "la tabella «Luoghi»",
+     "{aMano}UPDATE sqlite_schema SET sql = replace(sql, ', Stato TEXT', ', Stato TEXT "
+     "CHECK (length(hex(zeroblob(400000000))) > 0)') WHERE name = 'Luoghi'"},
+    {"tabella virtuale", "la tabella virtuale «Cerca»",
+     "CREATE VIRTUAL TABLE Cerca USING fts5(testo)"},
+    {"tabella altrui", "la tabella «Altra»", "CREATE TABLE Altra (x)"},
+    {"indice che calcola", "l'indice «Calcola»",
+     "CREATE INDEX Calcola ON Voci (length(hex(Volume)))"},
+    {"indice che vieta", "l'indice «Unico»", "CREATE UNIQUE INDEX Unico ON Binari (Codice, Tipo)"},
+    {"schema di troppe voci", "uno schema smisurato",
+     "{aMano}WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n LIMIT 50000) "
+     "INSERT INTO sqlite_schema SELECT 'view', 'v' || i, 'v' || i, 0, "
+     "'CREATE VIEW v' || i || ' AS SELECT 1' FROM n"},
+    {"schema di troppe parole", "uno schema smisurato",
+     "{aMano}INSERT INTO sqlite_schema VALUES ('view', 'v', 'v', 0, 'CREATE VIEW v AS "
+     "SELECT ''' || hex(zeroblob(9000000)) || '''')"},
+};
+
+} // namespace
+
 // Archivi nel cui schema un altro ha messo qualcosa: non si eseguono, e se ne salvano i record.
 class TstOstili : public QObject, ProvaCustodia
 {
@@ -28,52 +79,15 @@ private slots:
     {
         QTest::addColumn<QByteArray>("istruzioni");
         QTest::addColumn<QString>("nominato");
-        const auto caso = [](const char *nome, const char *nominato, const QByteArray &istruzioni) {
-            QTest::newRow(nome) << istruzioni << QString::fromUtf8(nominato);
-        };
-        const QByteArray senzaFine =
-            "(WITH RECURSIVE n(Nome, Valore) AS (SELECT 'password', 1 UNION "
-            "ALL SELECT Nome, Valore FROM n) SELECT * FROM n)";
-        const QByteArray aMano = "PRAGMA writable_schema = ON; ";
-        caso("vista al posto della password", "«Protezione»",
-             "DROP TABLE Protezione; CREATE VIEW Protezione AS SELECT * FROM " + senzaFine);
-        caso("vista", "la vista «Elenco»", "CREATE VIEW Elenco AS SELECT * FROM " + senzaFine);
-        caso("trigger che non finisce", "il trigger «Lento»",
-             "CREATE TRIGGER Lento AFTER UPDATE ON Voci BEGIN SELECT count(*) FROM " + senzaFine +
-                 "; END");
-        caso("trigger che svuota, col nome di uno nostro", "il trigger «VociEliminato»",
-             "DROP TRIGGER VociEliminato; CREATE TRIGGER VociEliminato AFTER DELETE ON Voci BEGIN "
-             "DELETE FROM Individui; END");
-        caso("colonna calcolata in fondo", "la tabella «Archivi», con colonne calcolate",
-             "ALTER TABLE Archivi ADD COLUMN Grande AS (hex(zeroblob(900000000)))");
-        caso("colonna calcolata nel mezzo", "la tabella «Voci», con colonne calcolate",
-             aMano + "UPDATE sqlite_schema SET sql = replace(sql, ', Volume TEXT', "
-                     "', Calcolata AS (hex(Registro)), Volume TEXT') WHERE name = 'Voci'");
-        caso("colonne in più", "la tabella «Individui»",
-             "ALTER TABLE Individui ADD COLUMN Mia TEXT DEFAULT 'x'; UPDATE Individui SET Mia = "
-             "Nome");
-        caso("colonne in altro ordine", "la tabella «Archivi»",
-             "PRAGMA legacy_alter_table = ON; CREATE TABLE T (Gruppo, Modifica, Nome, Codice, "
-             "Abbreviazione); INSERT INTO T SELECT "
-             "Gruppo, Modifica, Nome, Codice, Abbreviazione FROM Archivi; DROP TABLE Archivi; "
-             "ALTER TABLE T RENAME TO Archivi");
-        caso("vincolo", "la tabella «Luoghi»",
-             aMano + "UPDATE sqlite_schema SET sql = replace(sql, ', Stato TEXT', ', Stato TEXT "
-                     "CHECK (length(hex(zeroblob(400000000))) > 0)') WHERE name = 'Luoghi'");
-        caso("tabella virtuale", "la tabella virtuale «Cerca»",
-             "CREATE VIRTUAL TABLE Cerca USING fts5(testo)");
-        caso("tabella altrui", "la tabella «Altra»", "CREATE TABLE Altra (x)");
-        caso("indice che calcola", "l'indice «Calcola»",
-             "CREATE INDEX Calcola ON Voci (length(hex(Volume)))");
-        caso("indice che vieta", "l'indice «Unico»",
-             "CREATE UNIQUE INDEX Unico ON Binari (Codice, Tipo)");
-        caso("schema di troppe voci", "uno schema smisurato",
-             aMano + "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n LIMIT 50000) "
-                     "INSERT INTO sqlite_schema SELECT 'view', 'v' || i, 'v' || i, 0, "
-                     "'CREATE VIEW v' || i || ' AS SELECT 1' FROM n");
-        caso("schema di troppe parole", "uno schema smisurato",
-             aMano + "INSERT INTO sqlite_schema VALUES ('view', 'v', 'v', 0, 'CREATE VIEW v AS "
-                     "SELECT ''' || hex(zeroblob(9000000)) || '''')");
+        for (const Manomissione &una : manomissioni)
+            QTest::newRow(una.nome)
+                << QByteArray(una.istruzioni)
+                       .replace("{aMano}", "PRAGMA writable_schema = ON; ")
+                       .replace(
+                           "{senzaFine}",
+                           "(WITH RECURSIVE n(Nome, Valore) AS (SELECT 'password', 1 UNION ALL "
+                           "SELECT Nome, Valore FROM n) SELECT * FROM n)")
+                << QString::fromUtf8(una.nominato);
     }
     void nonSiAprono()
     {
