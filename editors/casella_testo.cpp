@@ -1,17 +1,8 @@
 #include "editors/casella_testo.h"
 
-#include <QAccessible>
-#include <QLabel>
+#include "platform/finestre/limite.h"
+
 #include <QLineEdit>
-
-#include <algorithm>
-
-namespace
-{
-
-constexpr int senzaLimite = 32767;
-
-} // namespace
 
 void nascondeCaratteri(QLineEdit *casella)
 {
@@ -21,42 +12,23 @@ void nascondeCaratteri(QLineEdit *casella)
 }
 
 CasellaTesto::CasellaTesto(const DescrizioneCampo &descrizione, QWidget *sopra)
-    : Casella(descrizione, sopra), m_riga(new QLineEdit(sopra))
+    : Casella(descrizione, sopra),
+      m_riga(new QLineEdit(sopra)),
+      m_limite(new Limite(m_riga, descrizione.lunghezza))
 {
     sorveglia();
-    misura({});
     connect(m_riga, &QLineEdit::textChanged, this, &CasellaTesto::daRileggere);
-    connect(m_riga, &QLineEdit::textEdited, this, [this](const QString &testo) {
-        misura(testo);
-        if (testo.size() < m_riga->maxLength())
-            annota({});
-        emit cambiata();
-    });
-    connect(m_riga, &QLineEdit::inputRejected, this, [this] {
-        annota(tr("Al massimo %1 caratteri: il resto non è entrato")
-                   .arg(this->descrizione().lunghezza));
-    });
-}
-
-// Chi è già troppo lungo può restare tale, non crescere.
-void CasellaTesto::misura(const QString &testo)
-{
-    const int lunghezza = descrizione().lunghezza;
-    m_riga->setMaxLength(lunghezza == 0 ? senzaLimite
-                                        : std::max(lunghezza, static_cast<int>(testo.size())));
+    connect(m_riga, &QLineEdit::textEdited, this, &Casella::cambiata);
 }
 
 void CasellaTesto::presenta()
 {
     riscrive(scritto(mostrato()));
-    annota({});
 }
 
 void CasellaTesto::riscrive(const QString &testo)
 {
-    misura(testo);
-    m_riga->setText(testo);
-    m_riga->setCursorPosition(0);
+    m_limite->mostra(testo);
     m_daLeggere = true;
 }
 
@@ -121,26 +93,7 @@ void CasellaTesto::numera(int indice)
 
 QLabel *CasellaTesto::nota(QWidget *sopra)
 {
-    m_nota = new QLabel(sopra);
-    m_nota->setTextFormat(Qt::PlainText);
-    m_nota->setWordWrap(true);
-    m_nota->hide();
-    return m_nota;
-}
-
-// Chi non vede la sente appena compare, e tornando alla casella.
-void CasellaTesto::annota(const QString &nota)
-{
-    const bool nuova = m_riga->accessibleDescription() != nota;
-    m_riga->setAccessibleDescription(nota);
-    if (m_nota == nullptr)
-        return;
-    m_nota->setText(nota);
-    m_nota->setVisible(!nota.isEmpty());
-    if (nuova && !nota.isEmpty()) {
-        QAccessibleEvent avviso(m_nota, QAccessible::Alert);
-        QAccessible::updateAccessibility(&avviso);
-    }
+    return m_limite->nota(sopra);
 }
 
 CasellaPassword::CasellaPassword(const DescrizioneCampo &descrizione, QWidget *sopra)

@@ -6,6 +6,7 @@
 
 #include <optional>
 
+class Limite;
 class QLineEdit;
 
 // Fa sì che la casella mostri un asterisco al posto di ogni carattere.
@@ -14,8 +15,8 @@ void nascondeCaratteri(QLineEdit *casella);
 // Una casella in cui si scrive, e i testi senza altro formato: si registrano senza gli spazi che
 // hanno attorno. Le caselle di una riga con un formato nascono da questa.
 //
-// Un valore più lungo di quanto la casella accetta, venuto da altrove, resta intero: si può solo
-// accorciare. Di ciò che non c'entra dice una nota sotto la casella, finché non si fa posto.
+// Un valore più lungo di quanto la casella accetta, venuto da altrove, resta intero; di ciò che non
+// entra dice la nota.
 class CasellaTesto : public Casella
 {
     Q_OBJECT
@@ -50,11 +51,9 @@ protected:
 
 private:
     const std::optional<QVariant> &letto() const;
-    void misura(const QString &testo);
-    void annota(const QString &nota);
 
     QLineEdit *m_riga;
-    QLabel *m_nota = nullptr;
+    Limite *m_limite;
     // L'ultima lettura del testo, che si fa una volta sola finché nessuno lo cambia.
     mutable std::optional<QVariant> m_letto;
     mutable bool m_daLeggere = true;

@@ -3,6 +3,8 @@
 #include <QLabel>
 #include <QScreen>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -131,6 +133,45 @@ private slots:
                 preme(voce, bottone);
             QCOMPARE(collegati(voce), u"B1 Nota, I1 Battezzato/a"_s);
         });
+    }
+
+    // La barra del titolo dice che cosa resta da fare, e chi salva un testo vuoto lo sa subito.
+    void segniDelTesto()
+    {
+        esegui(u"INSERT INTO Binari VALUES ('B1', 12, 'V1', ?, 'testo')"_s, {QString(70, u't')});
+        apre(u"fmVoce"_s, u"V1"_s, [&](QWidget *finestra) {
+            persona->poi([](QWidget *nota) {
+                auto *testo = parte<QPlainTextEdit>(nota, u"Text1"_s);
+                auto *titolo = parte<QLineEdit>(nota, u"Text2"_s);
+                const auto righe = [nota](const QString &detta) {
+                    const auto etichette = nota->findChildren<QLabel *>();
+                    return std::count_if(etichette.begin(), etichette.end(), [&](const auto *una) {
+                        return una->isVisible() && una->text().contains(detta);
+                    });
+                };
+                QCOMPARE(nota->windowTitle(), u"Nota"_s);
+                batte(titolo, u"x"_s);
+                QCOMPARE(titolo->text().size(), 70);
+                QCOMPARE(righe(u"non è entrato"_s), 1);
+                QCOMPARE(nota->windowTitle(), u"Nota"_s);
+                batte(testo, u"x"_s);
+                QCOMPARE(nota->windowTitle(), u"Nota – da salvare"_s);
+                preme(nota, u"Command1"_s);
+                QCOMPARE(nota->windowTitle(), u"Nota – si registra chiudendo"_s);
+                testo->selectAll();
+                QTest::keyClick(testo, Qt::Key_Delete);
+                QCOMPARE(nota->windowTitle(), u"Nota – da salvare"_s);
+                QCOMPARE(righe(u"testo vuoto"_s), 0);
+                preme(nota, u"Command1"_s);
+                QCOMPARE(righe(u"testo vuoto"_s), 1);
+                batte(testo, u"y"_s);
+                QCOMPARE(righe(u"testo vuoto"_s), 0);
+                preme(nota, u"Command1"_s);
+                preme(nota, u"Command4"_s);
+            });
+            preme(finestra, u"Command3_2"_s);
+        });
+        QCOMPARE(lette(u"SELECT length(Nome), Campolungo FROM Binari"_s), u"70;y"_s);
     }
 
     void solaLettura()

@@ -1,6 +1,7 @@
 #include "texts/fmTxtL.h"
 
 #include "contesto/contesto.h"
+#include "platform/finestre/limite.h"
 #include "platform/finestre/memoria_finestre.h"
 #include "platform/finestre/messaggi.h"
 #include "platform/finestre/tasti.h"
@@ -72,13 +73,15 @@ private:
 } // namespace
 
 fmTxtL::fmTxtL(QWidget *sopra)
-    : QDialog(sopra), Text2(new QLineEdit(this)), Text1(new QPlainTextEdit(this))
+    : QDialog(sopra),
+      Text2(new QLineEdit(this)),
+      m_limiteDelTitolo(new Limite(Text2, lunghezzaTitolo)),
+      Text1(new QPlainTextEdit(this))
 {
     setObjectName(QStringLiteral("fmTxtL"));
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     setSizeGripEnabled(true);
     Text2->setObjectName(QStringLiteral("Text2"));
-    Text2->setMaxLength(lunghezzaTitolo);
     Text1->setObjectName(QStringLiteral("Text1"));
     Text1->setAccessibleName(tr("Testo"));
     Text1->setTabChangesFocus(true);
@@ -89,11 +92,26 @@ fmTxtL::fmTxtL(QWidget *sopra)
     titolo->addRow(Label2, Text2);
     auto *colonna = new QVBoxLayout(this);
     colonna->addLayout(titolo);
+    colonna->addWidget(m_limiteDelTitolo->nota(this));
+    m_vuoto = nuovaNota(this);
+    colonna->addWidget(m_vuoto);
     colonna->addWidget(Text1, 1);
     colonna->addWidget(fondo());
 
     connect(Text1, &QPlainTextEdit::textChanged, this, [] { contesto().TestoModificato = true; });
-    connect(Text2, &QLineEdit::textChanged, this, [] { contesto().NomeModificato = true; });
+    connect(Text2, &QLineEdit::textChanged, this, [this] {
+        contesto().NomeModificato = true;
+        segna();
+    });
+    connect(Text1->document(), &QTextDocument::modificationChanged, this, &fmTxtL::segna);
+    connect(Text1, &QPlainTextEdit::textChanged, this, [this] {
+        if (!m_vuoto->text().isEmpty())
+            diceSeVuoto();
+    });
+    connect(Text2, &QLineEdit::editingFinished, this, [this] {
+        if (!Text2->text().trimmed().isEmpty())
+            diceSeVuoto();
+    });
     resize(fontMetrics().averageCharWidth() * 90, fontMetrics().height() * 28);
     ricordaCarattere();
     memoria::ricordaFinestra(this, objectName());
@@ -154,8 +172,9 @@ void fmTxtL::creaBottoni(QWidget *Frame1)
 
 void fmTxtL::Form_Load(const QString &proprietario)
 {
+    m_didascalia = windowTitle();
     Text1->setPlainText(contesto().TestoCampoLungo);
-    Text2->setText(contesto().NomeCampoLungo);
+    m_limiteDelTitolo->mostra(contesto().NomeCampoLungo);
     Label1[0]->setVisible(!proprietario.isEmpty());
     Label1[1]->setText(proprietario);
     // Riempire le caselle non è modificarle.
@@ -173,6 +192,32 @@ void fmTxtL::salva()
 {
     contesto().TestoCampoLungo = modTarvola::testoDi(*Text1);
     contesto().NomeCampoLungo = Text2->text();
+    m_tenuto = !contesto().TestoCampoLungo.trimmed().isEmpty();
+    Text1->document()->setModified(false);
+    segna();
+    diceSeVuoto();
+}
+
+// "&Salva" tiene soltanto: che resti da salvare, o da chiudere perché sia registrato, si legge
+// nella barra del titolo.
+void fmTxtL::segna()
+{
+    const bool daSalvare =
+        Text1->document()->isModified() || Text2->text() != contesto().NomeCampoLungo;
+    if (daSalvare)
+        setWindowTitle(tr("%1 – da salvare").arg(m_didascalia));
+    else
+        setWindowTitle(m_tenuto ? tr("%1 – si registra chiudendo").arg(m_didascalia)
+                                : m_didascalia);
+}
+
+// Un testo vuoto non sarà registrato: lo si dice quando ci si può ancora rimediare.
+void fmTxtL::diceSeVuoto()
+{
+    const bool vuoto = modTarvola::testoDi(*Text1).trimmed().isEmpty();
+    annota(m_vuoto, vuoto && TipoLock != 1
+                        ? tr("Un testo vuoto non si registra, nemmeno se ha un titolo")
+                        : QString());
 }
 
 // Che l'elaboratore manchi si dice prima di mettersi da parte.

@@ -2,6 +2,7 @@
 
 #include <QDialog>
 
+class Limite;
 class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
@@ -20,7 +21,8 @@ public:
     // 1: si può solo guardare. Ogni altro valore: si può modificare.
     int TipoLock = 3;
 
-    // Riempie le caselle; `proprietario` è il codice del record cui il testo appartiene, se c'è.
+    // Riempie le caselle e fa della didascalia l'inizio di quelle che diranno se c'è da salvare;
+    // `proprietario` è il codice del record cui il testo appartiene, se c'è.
     void Form_Load(const QString &proprietario);
 
     void done(int esito) override;
@@ -33,14 +35,21 @@ private:
     void creaBottoni(QWidget *Frame1);
     void salva();
     void controlla();
+    void segna();
+    void diceSeVuoto();
     void cambiaDimensione(int punti);
     void ricordaCarattere();
 
     QLineEdit *Text2;
+    Limite *m_limiteDelTitolo;
     QPlainTextEdit *Text1;
     QLabel *Label1[2] = {};
     QPushButton *Command1 = nullptr;
     QPushButton *Command2 = nullptr;
     QPushButton *Command4 = nullptr;
     QScrollBar *HScroll1 = nullptr;
+    QLabel *m_vuoto = nullptr;
+    QString m_didascalia;
+    // "&Salva" ha tenuto un testo, che sarà registrato chiudendo.
+    bool m_tenuto = false;
 };
