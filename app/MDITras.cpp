@@ -134,12 +134,11 @@ void MDITras::backUp()
         riapreElenchi();
 }
 
-// Dal più sotto al più sopra, che resta davanti com'era.
+// Dal più sotto al più sopra, che resta davanti com'era. Chi non si può riaprire si può riprovare.
 void MDITras::riapreElenchi()
 {
-    const auto chiusi = std::exchange(m_chiusi, {});
-    m_menu.offreRiapertura(false);
-    for (const ElencoChiuso &chiuso : chiusi) {
+    while (!m_chiusi.empty()) {
+        const ElencoChiuso &chiuso = m_chiusi.front();
         ApriArchivio(chiuso.stato.proprieta.Percorso);
         fmTabella *tabella = apre(chiuso.stato.proprieta);
         tabella->riprende(chiuso.stato);
@@ -148,7 +147,9 @@ void MDITras::riapreElenchi()
         finestra->setWindowState(stato);
         if (!stato)
             finestra->setGeometry(chiuso.posto);
+        m_chiusi.erase(m_chiusi.begin());
     }
+    m_menu.offreRiapertura(false);
 }
 
 void MDITras::SubFileItem_Click(VoceFile voce)

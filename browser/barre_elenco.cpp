@@ -7,7 +7,7 @@
 #include <QMenu>
 #include <QToolBar>
 
-BarreElenco::BarreElenco(fmTabella *elenco, std::vector<ComandoElenco> altri)
+BarreElenco::BarreElenco(fmTabella *elenco, const std::vector<ComandoElenco> &altri)
     : m_elenco(elenco),
       Toolbar1(new QToolBar(elenco)),
       Xitem(new QMenu(u'&' + elenco->genere().tabella, elenco))

@@ -14,7 +14,7 @@ class QToolBar;
 class BarreElenco
 {
 public:
-    BarreElenco(fmTabella *elenco, std::vector<ComandoElenco> altri);
+    BarreElenco(fmTabella *elenco, const std::vector<ComandoElenco> &altri);
 
     QToolBar *barra() const { return Toolbar1; }
     QMenu *menu() const { return Xitem; }
@@ -24,8 +24,8 @@ public:
 private:
     struct Pulsanti {
         ComandoElenco comando;
-        QAction *bottone;
-        QAction *voce;
+        QAction *bottone = nullptr;
+        QAction *voce = nullptr;
     };
     void aggiunge(const ComandoElenco &comando);
     QAction *azione(const ComandoElenco &comando);

@@ -14,7 +14,7 @@ namespace
 
 struct Lettura {
     QStringView tabella;
-    const char *istruzione;
+    const char *istruzione = nullptr;
 };
 
 // Di ogni riga si mostrano le colonne che hanno qualcosa; le colonne dette Giorno sono date.
