@@ -35,6 +35,7 @@ STANZE = {
 
 PORTE = [
     ("messaggi", "platform/finestre/messaggi", r"\b(QMessageBox|QErrorMessage)\b"),
+    ("desktop", "platform/finestre/desktop", r"\b(QDesktopServices|QProcess)\b"),
     ("dialoghi", "platform/finestre/dialoghi", r"\b(QFileDialog|QInputDialog)\b"),
 ]
 

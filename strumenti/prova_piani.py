@@ -78,6 +78,8 @@ OFFESE = [
     ("message box in platform", {"platform/motore/x.cpp": "QMessageBox *b;\n"},
      [("platform/motore/x.cpp", "messaggi")]),
     ("file dialog", {"app/x.cpp": "QFileDialog d;\n"}, [("app/x.cpp", "dialoghi")]),
+    ("desktop from a window", {"texts/x.cpp": "QDesktopServices::openUrl(x);\n"},
+     [("texts/x.cpp", "desktop")]),
     ("input dialog", {"texts/x.cpp": "QInputDialog d;\n"}, [("texts/x.cpp", "dialoghi")]),
     ("engine in db", {"db/x.cpp": "#include <sqlite3.h>\n"}, [("db/x.cpp", "motore")]),
     ("no room", {"platform/x.cpp": ""}, [("platform/x.cpp", "piano")]),

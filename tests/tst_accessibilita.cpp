@@ -22,7 +22,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiSubWindow>
-#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -339,10 +338,6 @@ private slots:
             nullptr, ostile,
             [&](const avanzamento::Passo & /*passo*/) { QCOMPARE(formattate(), QStringList()); },
             avanzamento::Compare::Subito);
-        // Una scatola che il toolkit mostra da sé, come fa la finestra dei file.
-        QMessageBox sua(QMessageBox::Warning, ostile, ostile);
-        sua.show();
-        QCOMPARE(formattate(), QStringList());
     }
 
     // Il bottone del resto di una barra c'è, per chi legge lo schermo, solo finché si vede.

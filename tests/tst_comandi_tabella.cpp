@@ -1,7 +1,6 @@
 #include "contesto/finestre.h"
 #include "prova_elenchi.h"
 
-#include <QDesktopServices>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QRadioButton>
@@ -27,15 +26,10 @@ class TstComandiTabella : public QObject, private ProvaElenchi
 {
     Q_OBJECT
 
-public slots:
-    // Sta al posto del programma che aprirebbe i file.
-    void apreFile(const QUrl &indirizzo) { aperti.append(indirizzo.fileName()); }
-
 private slots:
     void init()
     {
         comincia();
-        aperti.clear();
         QDir(shell::cartellaApplicazione() + u"/File"_s).removeRecursively();
     }
     void cleanup() { finisce(); }
@@ -128,12 +122,10 @@ private slots:
         esegui(u"UPDATE Binari SET Nome = 'qt.conf' WHERE Codice = 'B2'"_s);
         const fmTabella *oggetti = elenco(u"Binari"_s);
         va(oggetti, 1);
-        QDesktopServices::setUrlHandler(u"file"_s, this, "apreFile");
         comando(oggetti, 2);
-        QDesktopServices::unsetUrlHandler(u"file"_s);
-        QVERIFY(!QFile::exists(shell::cartellaApplicazione() + u"/qt.conf"_s));
-        QCOMPARE(byteDi(shell::cartellaApplicazione() + u"/File/"_s + aperti.value(0)),
-                 "\x01\x02"_ba);
+        const QString qui = shell::cartellaApplicazione();
+        QVERIFY(!QFile::exists(qui + u"/qt.conf"_s));
+        QCOMPARE(byteDi(qui + u"/File/qt.conf.allegato"_s), "\x01\x02"_ba);
     }
 
     void elimina_data()
@@ -251,9 +243,6 @@ private slots:
         comando(voci, 3);
         QCOMPARE(contesto().VoceCorrente, u"V8"_s);
     }
-
-private:
-    QStringList aperti;
 };
 
 PROVA_CON_FINESTRE(TstComandiTabella)
