@@ -1,12 +1,4 @@
 # Copia in GUIDA/immagini, dalla cartella DA, le figure che le pagine nominano.
-if(NOT IS_DIRECTORY "${DA}")
-  message(FATAL_ERROR "TARVOLA_FOTOGRAFIE: dove la dimostrazione ha lasciato le sue immagini")
-endif()
-# Nessuna figura mostra le cartelle di un computer vero.
-set(inventata /home/anna/archivi)
-if(NOT DA STREQUAL inventata)
-  message(FATAL_ERROR "Nelle figure si leggerebbe ${DA}: la dimostrazione va data in ${inventata}")
-endif()
 file(GLOB pagine ${GUIDA}/htm/*.htm)
 set(nominate)
 foreach(pagina ${pagine})

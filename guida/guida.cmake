@@ -22,13 +22,3 @@ add_custom_command(
   VERBATIM)
 list(APPEND pagine_guida ${CMAKE_BINARY_DIR}/guida/index.html)
 add_custom_target(manuale ALL DEPENDS ${pagine_guida})
-
-# Rinnova le figure del manuale con quelle che la dimostrazione ha lasciato nella cartella data: una
-# cartella inventata, perché nei titoli delle finestre se ne legge il percorso.
-set(TARVOLA_FOTOGRAFIE ""
-    CACHE PATH "Dove la dimostrazione ha lasciato le sue immagini")
-add_custom_target(
-  figure
-  COMMAND ${CMAKE_COMMAND} "-DDA=${TARVOLA_FOTOGRAFIE}" -DGUIDA=${CMAKE_CURRENT_LIST_DIR} -P
-          ${CMAKE_CURRENT_LIST_DIR}/figure.cmake
-  VERBATIM)
