@@ -272,12 +272,10 @@ void MDITras::mostra()
 
 void MDITras::closeEvent(QCloseEvent *evento)
 {
-    do {
-        fmChiudi(this).exec();
-        if (contesto().SceltaChiusura == ChiusuraBackUp)
-            SubFileItem_Click(VoceFile::BackUp);
-    } while (contesto().SceltaChiusura == ChiusuraBackUp);
-    evento->setAccepted(contesto().SceltaChiusura == ChiusuraChiudi);
+    int scelta = fmChiudi(this).chiede();
+    for (; scelta == ChiusuraBackUp; scelta = fmChiudi(this).chiede())
+        SubFileItem_Click(VoceFile::BackUp);
+    evento->setAccepted(scelta == ChiusuraChiudi);
     if (evento->isAccepted())
         m_area->ricordaPosti();
 }

@@ -7,11 +7,10 @@
 
 using namespace modTarvola;
 
-fmChiudi::fmChiudi(QWidget *sopra) : QDialog(sopra)
+fmChiudi::fmChiudi(QWidget *sopra) : QDialog(sopra), m_scelta(ChiusuraAnnulla)
 {
     setObjectName(QStringLiteral("fmChiudi"));
     setWindowTitle(QStringLiteral("Chiudi Tarvola"));
-    contesto().SceltaChiusura = ChiusuraAnnulla;
     const QString didascalie[] = {QStringLiteral("&Chiudi"), QStringLiteral("&Back-up"),
                                   QStringLiteral("&Annulla chiudi")};
     auto *riga = new QHBoxLayout(this);
@@ -19,10 +18,17 @@ fmChiudi::fmChiudi(QWidget *sopra) : QDialog(sopra)
         auto *Command1 = new QPushButton(didascalie[scelta], this);
         Command1->setObjectName(QStringLiteral("Command1_%1").arg(scelta));
         connect(Command1, &QPushButton::clicked, this, [this, scelta] {
-            contesto().SceltaChiusura = scelta;
+            m_scelta = scelta;
             accept();
         });
         riga->addWidget(Command1);
     }
     setMinimumWidth(fontMetrics().averageCharWidth() * 60);
+}
+
+int fmChiudi::chiede()
+{
+    exec();
+    contesto().SceltaChiusura = m_scelta;
+    return m_scelta;
 }

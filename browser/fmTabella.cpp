@@ -13,6 +13,7 @@
 #include <QActionGroup>
 #include <QContextMenuEvent>
 #include <QMenu>
+#include <QScrollBar>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -54,6 +55,24 @@ fmTabella::fmTabella(ProprietaTabella dalle, ServiziTabella servizi, QWidget *so
         if (riga >= 0 && m_genere.contenitore())
             proprieta.*m_genere.locale = codiceCorrente();
     });
+    // Più tardi, quando chi ha scritto ha finito.
+    connect(&annunci(), &Annunci::avvenuto, this, &fmTabella::riceve, Qt::QueuedConnection);
+}
+
+// Un milione di righe non si rilegge per una che nasce: nell'ordine in cui furono scritte viene
+// ultima.
+void fmTabella::riceve(const Annuncio &annuncio)
+{
+    if (adoTabella == nullptr || !stessoFile(annuncio.archivio, proprieta.Percorso))
+        return;
+    messaggi::protetto(this, [&] {
+        const bool nati = annuncio.dice(Cambiamento::Nuovo, m_genere.tabella);
+        const bool daRileggere = vuota() || adoTabella->colonnaOrdine() >= 0;
+        if (nati && !daRileggere)
+            adoTabella->aggiungeNuove();
+        mostraCambiamenti(annuncio.dice(Cambiamento::Eliminato, m_genere.tabella) ||
+                          (nati && daRileggere));
+    });
 }
 
 void fmTabella::Form_Load()
@@ -65,7 +84,8 @@ void fmTabella::Form_Load()
     m_connessione = &connessione();
     const Richiesta richiesta{
         proprieta.TipoTabella,    proprieta.Ordinamento,    m_dettagli,
-        proprieta.ArchivioLocale, proprieta.RegistroLocale, proprieta.VoceLocale};
+        proprieta.ArchivioLocale, proprieta.RegistroLocale, proprieta.VoceLocale,
+        contesto().ColonnaLingua};
     adoTabella = new ModelloTabella(Elenco(richiesta, *m_connessione), this);
     adoTabella->apre();
     DataGrid1->mostra(adoTabella);
@@ -166,10 +186,12 @@ QString fmTabella::ambito() const
 
 void fmTabella::mostraCambiamenti(bool chiavi)
 {
+    const int inCima = DataGrid1->verticalScrollBar()->value();
     if (chiavi)
         DataGrid1->rilegge({});
     else
         DataGrid1->rinfresca();
+    DataGrid1->verticalScrollBar()->setValue(inCima);
     m_barre.abilita();
 }
 

@@ -2,6 +2,7 @@
 
 #include "browser/barre_elenco.h"
 #include "browser/proprieta_tabella.h"
+#include "db/annunci.h"
 #include "platform/motore/ado.h"
 
 #include <QWidget>
@@ -61,6 +62,7 @@ protected:
     void contextMenuEvent(QContextMenuEvent *evento) override;
 
 private:
+    void riceve(const modTarvola::Annuncio &annuncio);
     void mostraMenuRiga(std::optional<QPoint> posto = {});
     QMenu *menuOrdine(QMenu *sopra);
     bool rigaPronta() const;

@@ -119,7 +119,7 @@ std::optional<QString> evento(const fmTabella &elenco, FinestraEditor &editore)
     const int tipo = elenco.campoCorrente(QStringLiteral("Tipo")).toInt();
     editore.proprieta.VoceLocale = elenco.proprieta.VoceLocale;
     editore.proprieta.EventoLocaleTipo = tipo;
-    editore.Label2 = {EtichettaTraduzione(connessione(), archivi().ColonnaLingua, tipo), tipo};
+    editore.Label2 = {EtichettaTraduzione(connessione(), contesto().ColonnaLingua, tipo), tipo};
     return editore.Label2.Caption;
 }
 

@@ -150,6 +150,17 @@ bool ModelloTabella::leggePezzo()
     return forseAltre;
 }
 
+void ModelloTabella::aggiungeNuove()
+{
+    const std::vector<qint64> nuove =
+        m_elenco.chiaviDopo(m_chiavi.empty() ? -1 : m_chiavi.back(), modTarvola::Elenco::tutte);
+    if (nuove.empty())
+        return;
+    beginInsertRows({}, rowCount(), rowCount() + static_cast<int>(nuove.size()) - 1);
+    m_chiavi.insert(m_chiavi.end(), nuove.begin(), nuove.end());
+    endInsertRows();
+}
+
 void ModelloTabella::rilegge()
 {
     sostituisce([this] {

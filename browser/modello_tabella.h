@@ -32,6 +32,8 @@ public:
     void rilegge();
     // Un testo lungo quanto i più lunghi della colonna, dove si sa; altrimenti vuoto.
     QString esempio(int colonna) const;
+    // Aggiunge in fondo le chiavi nate dopo le altre, senza rileggere queste. Lancia ado::Errore.
+    void aggiungeNuove();
     bool ordinabile(int colonna) const { return m_elenco.ordinabile(colonna); }
     // Ordina per una colonna, se si può; falso se non si può.
     bool ordina(int colonna);

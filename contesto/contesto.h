@@ -9,6 +9,7 @@ namespace modTarvola
 enum SceltaChiusuraFinestra { ChiusuraChiudi = 0, ChiusuraBackUp = 1, ChiusuraAnnulla = 2 };
 
 struct Contesto {
+    QString ColonnaLingua = QStringLiteral("L1");
     QString PercorsoCorrente;
     QString OperatoreCorrente;
     QString ArchivioCorrente;

@@ -1,6 +1,5 @@
 #include "db/ambiti.h"
 
-#include "db/connessioni.h"
 #include "db/generi.h"
 #include "db/tabelle.h"
 #include "platform/motore/ado.h"
@@ -167,12 +166,12 @@ QString colonneEventi()
 }
 
 // Gli eventi dell'individuo si leggono una volta sola, per tutte e otto le colonne.
-QString letturaDettagli()
+QString letturaDettagli(const QString &lingua)
 {
     return QStringLiteral("SELECT i.Codice, i.Nome, i.Soprannome, i.Cognome, i.Detto, i.Sesso, "
                           "Traduzioni.%1 AS Ruolo, i.Precisazione, i.Voce, i.Legittimo, i.\"Età\", "
                           "i.Vivente, i.Creazione, ")
-               .arg(archivi().ColonnaLingua) +
+               .arg(lingua) +
            colonneEventi() +
            QStringLiteral("Archivi.Nome AS Nome, Registri.Titolo, Voci.Codice AS CodiceVoce "
                           "FROM Individui i CROSS JOIN Traduzioni ON Traduzioni.Codice = i.Ruolo "
@@ -211,10 +210,10 @@ QString condizioneSalendo(const QString &tabella, int ambito, bool dettagli)
            (conDettagli ? QStringLiteral(" AND ") + condizioneDettagli(ambito) : QString());
 }
 
-QString letturaRiga(const QString &tabella, int ambito, bool dettagli)
+QString letturaRiga(const QString &tabella, int ambito, bool dettagli, const QString &lingua)
 {
     if (tabella == QStringLiteral("Individui") && dettagli)
-        return letturaDettagli();
+        return letturaDettagli(lingua);
     if (tabella != QStringLiteral("Binari"))
         return QStringLiteral("SELECT * FROM %1 WHERE rowid = ?").arg(tabella);
     // Un elenco non legge mai i contenuti: di un testo solo il principio, di un file nulla.

@@ -17,7 +17,8 @@ QString condizioneAmbito(const QString &tabella, int ambito, bool dettagli);
 QString condizioneSalendo(const QString &tabella, int ambito, bool dettagli);
 
 // L'istruzione che legge una riga per chiave.
-QString letturaRiga(const QString &tabella, int ambito, bool dettagli);
+// Dei dettagli, il ruolo è nella colonna `lingua` di Traduzioni.
+QString letturaRiga(const QString &tabella, int ambito, bool dettagli, const QString &lingua);
 
 // Vero se quella colonna di un elenco della tabella, anche con i dettagli, contiene date.
 bool eColonnaDiDate(const QString &tabella, const QString &colonna);

@@ -5,10 +5,10 @@
 namespace modTarvola
 {
 
-bool Annuncio::rinnova(const QString &tabella) const
+bool Annuncio::dice(Cambiamento::Specie specie, const QString &tabella) const
 {
     return std::any_of(cambiamenti.begin(), cambiamenti.end(), [&](const Cambiamento &uno) {
-        return uno.specie != Cambiamento::Cambiato && uno.tabella == tabella;
+        return uno.specie == specie && uno.tabella == tabella;
     });
 }
 

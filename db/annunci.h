@@ -30,8 +30,8 @@ struct Annuncio {
     ado::Connection *connessione = nullptr;
     QList<Cambiamento> cambiamenti;
 
-    // Vero se nella tabella sono nate o sparite righe.
-    bool rinnova(const QString &tabella) const;
+    // Vero se a righe della tabella è accaduto questo.
+    bool dice(Cambiamento::Specie specie, const QString &tabella) const;
 };
 
 // Annuncia una volta sola ogni lavoro confermato, nel filo che lo ha confermato.

@@ -1,17 +1,15 @@
 #include "db/collegamenti.h"
 
-#include "db/connessioni.h"
-
 namespace modTarvola
 {
 
 namespace
 {
 
-QString conEtichetta(const char *testo)
+QString conEtichetta(const char *testo, const QString &lingua)
 {
-    return QString::fromUtf8(testo).replace(
-        QStringLiteral("{etichetta}"), QStringLiteral("Traduzioni.") + archivi().ColonnaLingua);
+    return QString::fromUtf8(testo).replace(QStringLiteral("{etichetta}"),
+                                            QStringLiteral("Traduzioni.") + lingua);
 }
 
 struct Istruzione {
@@ -84,30 +82,33 @@ ado::Comando testoLungo(const QString &codice)
     return dettagli(QStringLiteral("Binari"), codice);
 }
 
-ado::Comando generiInseribili(int categoria)
+ado::Comando generiInseribili(int categoria, const QString &lingua)
 {
     return {conEtichetta("SELECT Codice, Tipo, {etichetta} FROM Traduzioni "
-                         "WHERE (Tipo / ?) % 2 = 1 ORDER BY {etichetta}"),
+                         "WHERE (Tipo / ?) % 2 = 1 ORDER BY {etichetta}",
+                         lingua),
             {categoria},
             {}};
 }
 
-ado::Comando tipiDiRegistro()
+ado::Comando tipiDiRegistro(const QString &lingua)
 {
-    return {
-        conEtichetta("SELECT Codice, Tipo, {etichetta} FROM Traduzioni WHERE Tipo = 0"), {}, {}};
+    return {conEtichetta("SELECT Codice, Tipo, {etichetta} FROM Traduzioni WHERE Tipo = 0", lingua),
+            {},
+            {}};
 }
 
-ado::Comando collegamenti(Legami modo, const QString &codice)
+ado::Comando collegamenti(Legami modo, const QString &codice, const QString &lingua)
 {
-    return {conEtichetta(istruzione(modo)), {codice}, {}};
+    return {conEtichetta(istruzione(modo), lingua), {codice}, {}};
 }
 
-ado::Comando ruolo(const QString &individuo)
+ado::Comando ruolo(const QString &individuo, const QString &lingua)
 {
     return {conEtichetta("SELECT {etichetta}, Individui.Ruolo FROM Individui "
                          "INNER JOIN Traduzioni ON Individui.Ruolo = Traduzioni.Codice "
-                         "WHERE Individui.Codice = ?"),
+                         "WHERE Individui.Codice = ?",
+                         lingua),
             {individuo},
             {}};
 }

@@ -24,13 +24,14 @@ enum class Legami {
 ado::Comando dettagli(const QString &tabella, const QString &codice);
 // Il testo lungo di un codice col suo contenuto, modificabile.
 ado::Comando testoLungo(const QString &codice);
+// Le etichette si leggono nella colonna data di Traduzioni.
 // I generi di una categoria in ordine di etichetta: Codice, Tipo, etichetta.
-ado::Comando generiInseribili(int categoria);
+ado::Comando generiInseribili(int categoria, const QString &lingua);
 // I tipi di registro, nella stessa forma.
-ado::Comando tipiDiRegistro();
+ado::Comando tipiDiRegistro(const QString &lingua);
 // I collegamenti di un modo del record dato: etichetta, codice collegato, genere.
-ado::Comando collegamenti(Legami modo, const QString &codice);
+ado::Comando collegamenti(Legami modo, const QString &codice, const QString &lingua);
 // L'etichetta e il codice del ruolo di un individuo.
-ado::Comando ruolo(const QString &individuo);
+ado::Comando ruolo(const QString &individuo, const QString &lingua);
 
 } // namespace modTarvola

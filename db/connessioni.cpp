@@ -57,7 +57,6 @@ Archivi &archivi()
 void avviaArchivi()
 {
     archivi() = Archivi{};
-    archivi().ColonnaLingua = QStringLiteral("L1");
     archivi().Connessioni.push_back(nuova());
 }
 

@@ -5,18 +5,18 @@
 #include <memory>
 #include <vector>
 
-// Gli archivi aperti. Ogni istruzione del programma usa la connessione corrente.
+// Gli archivi aperti. Le finestre lavorano sulla connessione corrente e la danno a chi sta sotto:
+// in db/ ogni funzione ha la sua, così che un filo possa lavorare con una connessione propria.
 namespace modTarvola
 {
 
 struct Archivi {
     std::vector<std::unique_ptr<ado::Connection>> Connessioni;
     int ConnessioneCorrente = 0;
-    QString ColonnaLingua;
 };
 
 Archivi &archivi();
-// Riparte da un posto solo, non aperto, con le etichette della prima lingua.
+// Riparte da un posto solo, non aperto.
 void avviaArchivi();
 // La connessione corrente.
 ado::Connection &connessione();

@@ -86,7 +86,8 @@ Elenco::Elenco(Richiesta richiesta, ado::Connection &connessione)
         m_condizioneDeiPezzi = m_condizione;
     else
         m_aPezzi = true;
-    m_lettura = letturaRiga(tabella, m_richiesta.Ambito, m_richiesta.dettagli);
+    m_lettura =
+        letturaRiga(tabella, m_richiesta.Ambito, m_richiesta.dettagli, m_richiesta.ColonnaLingua);
     m_colonne = connessione.colonne({m_lettura, {}, {}});
     for (const QString &colonna : std::as_const(m_colonne))
         m_date.append(eColonnaDiDate(tabella, colonna));

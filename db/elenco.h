@@ -20,6 +20,8 @@ struct Richiesta {
     QString ArchivioLocale;
     QString RegistroLocale;
     QString VoceLocale;
+    // La colonna di Traduzioni con le etichette dei dettagli.
+    QString ColonnaLingua = QStringLiteral("L1");
 };
 
 class Elenco

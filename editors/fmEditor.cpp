@@ -135,7 +135,8 @@ void fmEditor::Form_Load()
     else
         pannello->abilita(solaLettura());
     ado::Recordset adoInseribili;
-    adoInseribili.Open(generiInseribili(categoria()), connessione(), proprieta.TipoLock);
+    adoInseribili.Open(generiInseribili(categoria(), contesto().ColonnaLingua), connessione(),
+                       proprieta.TipoLock);
     for (; !adoInseribili.Eof(); adoInseribili.MoveNext()) {
         const int genere = adoInseribili.Campo(0).toInt();
         // Il trascrittore nasce dall'accesso, non da un collegamento.
@@ -151,7 +152,8 @@ void fmEditor::CaricaCollegamenti()
     pannello->svuota();
     for (const Legami modo : m_descrizione.legami) {
         ado::Recordset adoInseriti;
-        adoInseriti.Open(collegamenti(modo, codice()), connessione(), proprieta.TipoLock);
+        adoInseriti.Open(collegamenti(modo, codice(), contesto().ColonnaLingua), connessione(),
+                         proprieta.TipoLock);
         for (; !adoInseriti.Eof(); adoInseriti.MoveNext())
             pannello->aggiunge({adoInseriti.Campo(1).toString(), adoInseriti.Campo(0).toString(),
                                 adoInseriti.Campo(2).toInt()});

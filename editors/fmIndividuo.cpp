@@ -81,7 +81,7 @@ QString fmIndividuo::sessoScelto() const
 void fmIndividuo::dopoCollegamenti()
 {
     ado::Recordset adoRuolo;
-    adoRuolo.Open(ruolo(codice()), connessione(), proprieta.TipoLock);
+    adoRuolo.Open(ruolo(codice(), contesto().ColonnaLingua), connessione(), proprieta.TipoLock);
     if (!adoRuolo.Bof())
         Label2 = {adoRuolo.Campo(0).toString(), adoRuolo.Campo(1).toInt()};
     mostraEtichetta();

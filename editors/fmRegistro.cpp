@@ -45,7 +45,7 @@ CasellaGenere *fmRegistro::tipo() const
 void fmRegistro::caricato()
 {
     ado::Recordset adoTipi;
-    adoTipi.Open(tipiDiRegistro(), connessione(), proprieta.TipoLock);
+    adoTipi.Open(tipiDiRegistro(contesto().ColonnaLingua), connessione(), proprieta.TipoLock);
     for (; !adoTipi.Eof(); adoTipi.MoveNext()) {
         const int codiceTipo = adoTipi.Campo(0).toInt();
         tipo()->offre(iconaDelGenere(codiceTipo), adoTipi.Campo(2).toString(), codiceTipo);

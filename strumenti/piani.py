@@ -39,6 +39,9 @@ PORTE = [
     ("dialoghi", "platform/finestre/dialoghi", r"\b(QFileDialog|QInputDialog)\b"),
 ]
 
+# Quale archivio sia il corrente lo sanno le finestre: sotto di loro ognuno lavora sul suo.
+CORRENTE = ("corrente", "db/connessioni", r"(?<![\w.>&])(connessione|archivi)\(\)")
+
 # La seconda riga prende i pezzi di un'istruzione composta a tratti: lì le maiuscole contano.
 SQL = re.compile(
     r"(?i:\b(SELECT .* FROM|INSERT INTO|UPDATE .* SET|DELETE FROM|PRAGMA|CREATE TABLE"
@@ -186,7 +189,7 @@ class Controllo:
     def guarda_porte(self, percorso, testo):
         codice = senza_letterali(testo)
         # Le inclusioni fra virgolette spariscono con i letterali, quelle fra angoli restano.
-        for genere, porta, nomi in PORTE:
+        for genere, porta, nomi in PORTE + [CORRENTE] * senza_finestre(percorso):
             if os.path.splitext(percorso)[0] == porta:
                 continue
             for trovato in re.finditer(nomi, codice):

@@ -74,6 +74,8 @@ OFFESE = [
      [("app/x.cpp", "sql")]),
     ("message box", {"editors/x.cpp": "void f() { QMessageBox::critical(0, a, b); }\n"},
      [("editors/x.cpp", "messaggi")]),
+    ("current connection", {"db/x.cpp": "void f() { connessione().Close(); l.connessione(); }\n"},
+     [("db/x.cpp", "corrente")]),
     ("message box header", {"app/x.cpp": "#include <QMessageBox>\n"}, [("app/x.cpp", "messaggi")]),
     ("message box in platform", {"platform/motore/x.cpp": "QMessageBox *b;\n"},
      [("platform/motore/x.cpp", "messaggi")]),

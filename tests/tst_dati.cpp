@@ -128,9 +128,9 @@ private slots:
         QStringList attesi =
             (u"Contatto|File allegato|Nota|Testo riportato"_s + propri).split(u'|');
         attesi.sort();
-        QCOMPARE(etichette(generiInseribili(categoria)), attesi);
-        QCOMPARE(etichette(generiInseribili(0)), QStringList());
-        QCOMPARE(etichette(tipiDiRegistro()),
+        QCOMPARE(etichette(generiInseribili(categoria, u"L1"_s)), attesi);
+        QCOMPARE(etichette(generiInseribili(0, u"L1"_s)), QStringList());
+        QCOMPARE(etichette(tipiDiRegistro(u"L1"_s)),
                  QStringList({u"Battesimi"_s, u"Matrimoni"_s, u"Morti"_s}));
     }
 

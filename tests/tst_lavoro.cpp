@@ -1,6 +1,8 @@
 #include "comune.h"
 #include "db/lavoro.h"
 
+#include <thread>
+
 using ado::Causa;
 
 // Le scritture dell'archivio, senza finestre: che cosa sta insieme e che cosa si annuncia.
@@ -114,6 +116,23 @@ private slots:
         }
         QCOMPARE(righe(u"Individui"_s), 0);
         QCOMPARE(annunciati, QStringList());
+    }
+
+    // Un filo con una connessione sua scrive da sé, anche mentre qui un lavoro è aperto.
+    void altroFilo()
+    {
+        Aparte altrove(archivio->percorso());
+        ArchivioDiProva qui;
+        Lavoro lavoro(connessione(), u"Qui"_s);
+        std::thread filo([&] {
+            Lavoro suo(altrove, u"Altrove"_s);
+            suo.scrive(persona(u"Ada"_s));
+            suo.conferma();
+        });
+        filo.join();
+        QCOMPARE(annunciati, QStringList());
+        QTRY_COMPARE(annunciati, QStringList(u"Altrove: NIndividui/I1"_s));
+        QCOMPARE(righe(u"Individui"_s), 0);
     }
 
     // Chi nasce in una coppia non resta mai fuori: la persona e il suo posto sono un lavoro solo.

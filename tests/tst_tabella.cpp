@@ -1,4 +1,5 @@
-#include "prova_principale.h"
+#include "db/lavoro.h"
+#include "prova_elenchi.h"
 
 #include <QComboBox>
 
@@ -103,6 +104,31 @@ private slots:
             QVERIFY(!azioni.constLast()->isEnabled());
             QCOMPARE(visto + contesto().VoceCorrente, u"V1"_s);
         }
+    }
+
+    // Ciò che si scrive altrove compare da sé, e la riga corrente resta quella.
+    void cambiamentiDaSe()
+    {
+        const fmTabella *tabella = apreEsempio();
+        const QString prima = codici(tabella);
+        griglia(tabella)->setCurrentIndex(griglia(tabella)->model()->index(1, 0));
+        const QString corrente = tabella->codiceCorrente();
+        const auto lavora = [](const std::function<void(Lavoro &)> &che) {
+            Lavoro lavoro(connessione());
+            che(lavoro);
+            lavoro.conferma();
+        };
+        QString nuovo;
+        lavora([&](Lavoro &lavoro) {
+            lavoro.scrive({u"Archivi"_s, corrente, {{u"Nome"_s, u"Cambiato"_s}}});
+            nuovo = lavoro.scrive({u"Archivi"_s, {}, {{u"Nome"_s, u"Nato"_s}}}).codice;
+        });
+        QTRY_VERIFY(codici(tabella) != prima);
+        QVERIFY(codici(tabella).endsWith(nuovo));
+        QCOMPARE(tabella->campoCorrente(u"Nome"_s), u"Cambiato"_s);
+        lavora([&](Lavoro &lavoro) { lavoro.elimina(nuovo); });
+        QTRY_COMPARE(codici(tabella), prima);
+        QCOMPARE(tabella->codiceCorrente(), corrente);
     }
 
     void nuovoEdOrdine()
