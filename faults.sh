@@ -3,10 +3,21 @@
 # Builds the programme of faults with sanitizers and runs it: the process killed, system calls that
 # fail, a full disk, several programs on one file, damaged files, ROUNDS of each. Prints the counts;
 # ends with status 1 when anything was lost. The same SEED makes the same faults.
+#        ./faults.sh --recupero SEEDS [FIRST SEED [DAMAGE]]
+# Compares the repair with the recovery of the engine's own program: forty damages, SEEDS of each;
+# prints the rows each finds again, and ends with status 1 when ours is behind anywhere.
 set -euo pipefail
 
+if [ "${1-}" = --recupero ]; then
+    shift
+    cd "$(dirname "${BASH_SOURCE[0]}")"
+    strumenti/prepara.sh build use recovery
+    cmake --preset lavoro
+    cmake --build --preset lavoro --target recupero
+    exec build/lavoro/faults/recupero "$@"
+fi
 if [[ ! ${1-} =~ ^[1-9][0-9]*$ || ! ${2-0} =~ ^[0-9]+$ || $# -gt 2 ]]; then
-    sed -n '2,5s/^# //p' "$0" >&2
+    sed -n '2,8s/^# //p' "$0" >&2
     exit 2
 fi
 cd "$(dirname "${BASH_SOURCE[0]}")"

@@ -101,11 +101,11 @@ void ArchiviFile::nuovo()
         return;
     const QString presente = fileEsistente(percorso);
     if (presente.isEmpty()) {
-        scostaIlGiornale(percorso);
-        const shell::Esito copia =
-            shell::OperazioneFile(shell::Operazione::Copia, modello, percorso, false);
-        if (copia.stato != 0)
-            return messaggi::riferisceErrore(m_finestra, percorso + u'\n' + copia.motivo);
+        try {
+            creaArchivio(modello, percorso);
+        } catch (const ado::Errore &errore) {
+            return messaggi::riferisceErrore(m_finestra, percorso + u'\n' + errore.testo());
+        }
     } else if (!messaggi::chiede(m_finestra,
                                  QStringLiteral("Il file esiste, cancellare il vecchio file?"),
                                  messaggi::Domanda::ColSegno) ||

@@ -94,7 +94,7 @@ void pavimento(const QString &percorso, const QString &copia)
 void soloCompatta(const QString &percorso, const QString &copia)
 {
     const QString stringa = modTarvola::stringaDiConnessione(percorso);
-    const jro::Fermo fermo(stringa);
+    const jro::Fermo fermo([&stringa](ado::Connection &sua) { sua.Open(stringa); });
     ado::Connection origine;
     origine.Open(stringa);
     jro::CompactDatabase(origine, copia, avanti);

@@ -26,3 +26,12 @@ if(TARVOLA_SANITIZZATORI)
                       -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
 endif()
+# Un archivio può venire da chiunque: il programma che si usa si difende da ciò che scriverebbe fuori
+# posto. I sanitizzatori guardano già più a fondo.
+if(CMAKE_BUILD_TYPE MATCHES "^(Release|RelWithDebInfo|MinSizeRel)$" AND NOT TARVOLA_SANITIZZATORI)
+  include(CheckPIESupported)
+  check_pie_supported()
+  set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+  add_compile_options(-fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+  add_link_options(LINKER:-z,relro,-z,now)
+endif()

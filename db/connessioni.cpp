@@ -1,5 +1,7 @@
 #include "db/connessioni.h"
 
+#include "db/protezione.h"
+#include "db/salvati.h"
 #include "db/schema.h"
 
 #include <QFileInfo>
@@ -22,9 +24,16 @@ std::unique_ptr<ado::Connection> nuova()
 void apri(ado::Connection &connessione, const QString &percorso)
 {
     connessione.CursorLocation = ado::adUseClient;
-    connessione.Open(stringaDiConnessione(percorso));
+    apriFile(connessione, percorso);
     try {
         verificaSchema(connessione);
+    } catch (const ado::Errore &errore) {
+        connessione.Close();
+        if (errore.causa() == ado::Causa::VersioneNuova && !diVersioneNuova(percorso))
+            throw ado::Errore(ado::Causa::Danneggiato,
+                              QStringLiteral("il file è danneggiato (la versione che vi è "
+                                             "scritta); «Compatta e ripristina» lo ripara"));
+        throw;
     } catch (...) {
         connessione.Close();
         throw;
@@ -99,6 +108,19 @@ bool stessoFile(const QString &uno, const QString &altro)
     if (!vero.isEmpty() && !veroAltro.isEmpty())
         return vero == veroAltro;
     return uno.compare(altro, Qt::CaseInsensitive) == 0;
+}
+
+void apriFile(ado::Connection &connessione, const QString &percorso)
+{
+    connessione.Open(stringaDiConnessione(percorso));
+    try {
+        // Prima si guarda di chi è: il file d'altri non si tocca.
+        verificaProtezione(connessione, passwordArchivi);
+        connessione.riprendeIlGiornale();
+    } catch (...) {
+        connessione.Close();
+        throw;
+    }
 }
 
 QString stringaDiConnessione(const QString &percorso)

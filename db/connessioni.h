@@ -31,5 +31,8 @@ int postoDi(const QString &percorso);
 bool stessoFile(const QString &uno, const QString &altro);
 // La stringa con cui un archivio si apre.
 QString stringaDiConnessione(const QString &percorso);
+// Apre la connessione sul file, che dev'essere un archivio con la nostra password o senza, e lo
+// riporta al giornale solito. Lancia ado::Errore, e la connessione resta chiusa.
+void apriFile(ado::Connection &connessione, const QString &percorso);
 
 } // namespace modTarvola

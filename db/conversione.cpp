@@ -3,7 +3,9 @@
 #include "db/confronto.h"
 #include "db/connessioni.h"
 #include "db/orfani.h"
+#include "db/protezione.h"
 #include "db/schema.h"
+#include "platform/disco/provvisorio.h"
 #include "platform/motore/flusso.h"
 
 #include <QFile>
@@ -202,7 +204,7 @@ void Conversione::confronta()
 {
     // Si rilegge come si aprirà: dal disco, con le verifiche di ogni apertura.
     m_archivio.Close();
-    m_archivio.Open(stringaDiConnessione(m_nuovo));
+    apriFile(m_archivio, m_nuovo);
     verificaSchema(m_archivio);
     const QVariant integro = m_archivio.valore({QStringLiteral("PRAGMA integrity_check"), {}, {}});
     if (integro.toString() != QStringLiteral("ok"))
@@ -274,7 +276,8 @@ std::optional<Resoconto> converte(const QString &vecchio, const QString &nuovo,
         throw ado::Errore(ado::Causa::Altro, QStringLiteral("il file esiste già"));
     const auto toglie = [&nuovo] {
         QFile::remove(nuovo);
-        QFile::remove(nuovo + QStringLiteral("-journal"));
+        for (const QString &suo : provvisorio::accanto(nuovo))
+            QFile::remove(suo);
     };
     try {
         Conversione conversione(vecchio, nuovo, passo);

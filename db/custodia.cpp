@@ -14,6 +14,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <optional>
 
 namespace modTarvola
@@ -21,11 +22,6 @@ namespace modTarvola
 
 namespace
 {
-
-QString giornale(const QString &percorso)
-{
-    return percorso + QStringLiteral("-journal");
-}
 
 // Ciò che il file è davvero: chi sceglie un collegamento vuole il file cui porta.
 QString vero(const QString &percorso)
@@ -36,7 +32,7 @@ QString vero(const QString &percorso)
 
 void apre(ado::Connection &connessione, const QString &percorso)
 {
-    connessione.Open(stringaDiConnessione(percorso));
+    apriFile(connessione, percorso);
     rifiutaPiuNuovo(connessione, versioneSchema);
     const int versione = versioneDi(connessione);
     if (versione < 1)
@@ -45,6 +41,11 @@ void apre(ado::Connection &connessione, const QString &percorso)
             QStringLiteral("il file è danneggiato (versione dello schema %1)").arg(versione));
     verificaSchemaEstraneo(connessione);
     verificaTabelle(connessione);
+}
+
+std::function<void(ado::Connection &)> aperto(const QString &percorso)
+{
+    return [percorso](ado::Connection &connessione) { apriFile(connessione, percorso); };
 }
 
 // Un tratto di un lavoro, in centesimi del tutto.
@@ -90,36 +91,62 @@ bool riparabile(ado::Causa causa)
            causa == ado::Causa::Estraneo;
 }
 
-// La scrittura interrotta di un altro programma si disfa aprendo il file. Il giornale resta solo a
-// un file che non si apre.
+bool haAccanto(const QString &percorso)
+{
+    const QStringList suoi = provvisorio::accanto(percorso);
+    return std::any_of(suoi.cbegin(), suoi.cend(),
+                       [](const QString &suo) { return QFileInfo::exists(suo); });
+}
+
+// La scrittura interrotta di un altro programma si disfa, o si compie, aprendo il file. Accanto
+// resta qualcosa solo a un file che non si apre.
 void sistemaGiornale(const QString &percorso)
 {
-    if (!QFileInfo::exists(percorso) || !QFileInfo::exists(giornale(percorso)))
+    if (!QFileInfo::exists(percorso) || !haAccanto(percorso))
         return;
     try {
         ado::Connection connessione;
         connessione.Open(stringaDiConnessione(percorso));
+        connessione.riprendeIlGiornale();
     } catch (const ado::Errore &errore) {
         if (errore.causa() == ado::Causa::Occupato)
             throw;
     }
 }
 
-// Il giornale che resta non è del file che prende il posto di questo.
+// Ciò che resta accanto non è del file che prende il posto di questo.
 void togliGiornale(const QString &percorso)
 {
     sistemaGiornale(percorso);
-    if (QFileInfo::exists(giornale(percorso)) && !QFile::remove(giornale(percorso)))
-        throw ado::Errore(ado::Causa::Altro,
-                          QStringLiteral("%1 non si può togliere").arg(giornale(percorso)));
+    const QStringList suoi = provvisorio::accanto(percorso);
+    for (const QString &suo : suoi) {
+        if (QFileInfo::exists(suo) && !QFile::remove(suo))
+            throw ado::Errore(ado::Causa::Altro, QStringLiteral("%1 non si può togliere").arg(suo));
+    }
 }
 
-// Sposta senza sovrascrivere; un giornale che non c'è è già spostato.
+// Sposta senza sovrascrivere; ciò che non c'è è già spostato.
 shell::Esito sposta(const QString &da, const QString &a, const provvisorio::Passo &passo = {})
 {
     return QFileInfo::exists(da)
                ? shell::OperazioneFile(shell::Operazione::Muovi, da, a, false, passo)
                : shell::Esito();
+}
+
+// Sposta ciò che sta accanto a un file accanto a un altro: tutto, o niente.
+shell::Esito spostaAccanto(const QString &da, const QString &a)
+{
+    const QStringList suoi = provvisorio::accanto(da);
+    const QStringList arrivi = provvisorio::accanto(a);
+    for (qsizetype i = 0; i < suoi.size(); ++i) {
+        const shell::Esito esito = sposta(suoi.at(i), arrivi.at(i));
+        if (esito.stato == 0)
+            continue;
+        while (i-- > 0)
+            sposta(arrivi.at(i), suoi.at(i));
+        return esito;
+    }
+    return {};
 }
 
 // Un programma interrotto può aver lasciato il vecchio file fra lo scambio e il Cestino.
@@ -133,27 +160,28 @@ void raccoglie(const QString &percorso, const QString &cestino)
                               cestino + u'/' + shell::NomeFileDaPercorso(percorso), true);
 }
 
-// Il giornale di un file che non si apre lo precede: in nessun momento deve stare accanto al nuovo.
+// Ciò che sta accanto a un file che non si apre lo precede: in nessun momento deve stare accanto al
+// nuovo.
 QString scambiaColCestino(provvisorio::File &nuovo, const QString &percorso, const QString &cestino,
                           const provvisorio::Passo &passo)
 {
     const bool cestinoNuovo = !QFileInfo::exists(cestino);
     QDir().mkpath(cestino);
     const QString arrivo = shell::liberoDa(cestino + u'/' + shell::NomeFileDaPercorso(percorso));
-    shell::Esito esito = sposta(giornale(percorso), giornale(arrivo));
+    shell::Esito esito = spostaAccanto(percorso, arrivo);
     if (esito.stato == 0) {
         try {
             esito = sposta(nuovo.scambia(), arrivo, passo);
             if (esito.stato != 0)
                 nuovo.ripristina();
         } catch (const ado::Errore &) {
-            sposta(giornale(arrivo), giornale(percorso));
+            spostaAccanto(arrivo, percorso);
             throw;
         }
     }
     if (esito.stato == 0)
         return arrivo;
-    sposta(giornale(arrivo), giornale(percorso));
+    spostaAccanto(arrivo, percorso);
     if (cestinoNuovo)
         QDir().rmdir(cestino);
     if (esito.stato == 2)
@@ -181,10 +209,12 @@ Compattato compattaArchivio(const QString &percorso, const QString &cestino,
     provvisorio::File nuovo(suo);
     std::optional<jro::Fermo> fermo;
     try {
-        fermo.emplace(stringaDiConnessione(suo));
+        fermo.emplace(aperto(suo));
         compattaIn(suo, nuovo.percorso(), passo);
     } catch (const ado::Errore &errore) {
-        if (!riparabile(errore.causa()))
+        // Chi ha la versione rovinata si ripara; chi è davvero più nuovo no.
+        const bool versione = errore.causa() == ado::Causa::VersioneNuova && !diVersioneNuova(suo);
+        if (!versione && !riparabile(errore.causa()))
             throw;
         QFile::remove(nuovo.percorso());
         esito.riparato = true;
@@ -223,7 +253,7 @@ void copiaArchivio(const QString &percorso, const QString &copia, const provviso
     Presa presa(arrivo);
     presa.daSolo();
     provvisorio::File nuovo(arrivo);
-    const jro::Fermo fermo(stringaDiConnessione(suo));
+    const jro::Fermo fermo(aperto(suo));
     compattaIn(suo, nuovo.percorso(), passo);
     if (arrivo != suo)
         togliGiornale(arrivo);
@@ -242,8 +272,12 @@ void recuperaArchivio(const QString &scelto, const QString &destinazione,
     const bool precedente = diFormatoAnteriore(suo);
     std::optional<jro::Fermo> fermo;
     if (!precedente)
-        fermo.emplace(stringaDiConnessione(suo));
-    provvisorio::copia(suo, nuovo.percorso(), tratto(passo, 0, 80));
+        fermo.emplace(aperto(suo));
+    // Da dove non si può scrivere, ciò che sta accanto non entra nel file: lo legge il motore.
+    if (haAccanto(suo) && !precedente)
+        compattaIn(suo, nuovo.percorso(), tratto(passo, 0, 80));
+    else
+        provvisorio::copia(suo, nuovo.percorso(), tratto(passo, 0, 80));
     if (precedente)
         verificaFormatoAnteriore(nuovo.percorso());
     else
@@ -252,15 +286,18 @@ void recuperaArchivio(const QString &scelto, const QString &destinazione,
     nuovo.prendeIlPosto(suo, soloSeLibera);
 }
 
-void scostaIlGiornale(const QString &percorso)
+void creaArchivio(const QString &modello, const QString &percorso)
 {
-    if (!QFileInfo::exists(giornale(percorso)))
-        return;
-    const shell::Esito esito =
-        shell::OperazioneFile(shell::Operazione::Muovi, giornale(percorso),
-                              giornale(percorso + QStringLiteral(" (vecchio)")), true);
-    if (esito.stato != 0)
-        throw ado::Errore(ado::Causa::Altro, giornale(percorso) + u'\n' + esito.motivo);
+    provvisorio::File nuovo(percorso);
+    provvisorio::copia(modello, nuovo.percorso(),
+                       [](qint64 /*fatto*/, qint64 /*totale*/) { return true; });
+    if (haAccanto(percorso)) {
+        const shell::Esito esito =
+            spostaAccanto(percorso, shell::liberoDa(percorso + QStringLiteral(" (vecchio)")));
+        if (esito.stato != 0)
+            throw ado::Errore(ado::Causa::Altro, percorso + u'\n' + esito.motivo);
+    }
+    nuovo.prendeIlPosto({}, true);
 }
 
 } // namespace modTarvola

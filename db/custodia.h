@@ -44,8 +44,8 @@ void copiaArchivio(const QString &percorso, const QString &copia, const provviso
 void recuperaArchivio(const QString &scelto, const QString &destinazione,
                       const provvisorio::Passo &passo, bool soloSeLibera = false);
 
-// Il nome di un file che non c'è ancora non deve avere accanto il giornale di uno che non c'è più:
-// quello nuovo ne sarebbe rovinato. Lo mette da parte; lancia ado::Errore se non può.
-void scostaIlGiornale(const QString &percorso);
+// Crea un archivio dal modello, con i permessi di un documento nuovo; fallisce se il file c'è. Ciò
+// che accanto al nome resta di un file che non c'è più rovinerebbe il nuovo: va da parte.
+void creaArchivio(const QString &modello, const QString &percorso);
 
 } // namespace modTarvola

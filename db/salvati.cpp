@@ -1,12 +1,16 @@
 #include "db/salvati.h"
 
 #include "db/codici.h"
+#include "db/generi.h"
 #include "db/orfani.h"
+#include "db/protezione.h"
 #include "db/schema.h"
 #include "db/tabelle.h"
+#include "platform/riparazione/alberi.h"
 
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <limits>
 
 namespace modTarvola
@@ -61,13 +65,6 @@ QByteArray codiceNominato(const QString &tabella, const QString &indice, const V
         return {};
     }
     return tabellaDi(codice) == tabella ? codice.byte : QByteArray();
-}
-
-QString passwordDi(ado::Connection &connessione)
-{
-    return connessione
-        .valore({QStringLiteral("SELECT Valore FROM Protezione WHERE Nome = 'password'"), {}, {}})
-        .toString();
 }
 
 // Il numero più alto che le righe, o gli indici letti, danno alla tabella.
@@ -132,36 +129,88 @@ qint64 annotaOrfani(ado::Connection &connessione)
     return quanti;
 }
 
-// Un file di cui nulla si legge resta com'è; di una versione più nuova non si sanno le tabelle.
-void rifiutaVersione(const QString &danneggiato)
+// La tabella di una coppia di famiglia, da ciò che la famiglia e la persona sono; vuota se non si
+// sa. In una famiglia di origine il padre e la madre sono la coppia, gli altri i figli.
+QString tabellaDiCoppia(ado::Connection &connessione, const Valore &famiglia,
+                        const Valore &individuo)
 {
-    const quint32 versione = pagine::File(danneggiato).versione();
-    if (versione > versioneSchema && versione < 1000)
+    const auto ruolo = [&connessione](const char *tabella, const Valore &codice) {
+        return connessione.valore({QStringLiteral("SELECT Ruolo FROM %1 WHERE Codice = ?")
+                                       .arg(QString::fromUtf8(tabella)),
+                                   {QString::fromUtf8(codice.byte)},
+                                   {}});
+    };
+    const QVariant diFamiglia = ruolo("Famiglie", famiglia);
+    const QVariant diIndividuo = ruolo("Individui", individuo);
+    if (diFamiglia.toInt() == FamigliaConiuge || eRuoloDiCoppia(diIndividuo.toInt()))
+        return QStringLiteral("FamiglieConiugi");
+    return diFamiglia.toInt() == FamigliaGenitori && diIndividuo.isValid()
+               ? QStringLiteral("FamiglieGenitori")
+               : QString();
+}
+
+// Vero se uno dei due testi può essere l'altro, con qualche byte rovinato.
+bool somiglia(const QByteArray &uno, const QByteArray &altro)
+{
+    if (uno.size() != altro.size())
+        return false;
+    qsizetype diversi = 0;
+    for (qsizetype i = 0; i < uno.size(); ++i)
+        diversi += uno.at(i) == altro.at(i) ? 0 : 1;
+    return diversi <= uno.size() / 8;
+}
+
+// Di una versione più nuova non si sanno le tabelle.
+void rifiutaVersioneNuova(const QString &danneggiato)
+{
+    if (diVersioneNuova(danneggiato))
         throw ado::Errore(ado::Causa::VersioneNuova,
                           QStringLiteral("il file di archivi è della versione %1, più nuova di "
                                          "quella di questo programma (versione %2)")
-                              .arg(versione)
+                              .arg(pagine::File(danneggiato).versione())
                               .arg(versioneSchema));
 }
 
 } // namespace
 
+bool diVersioneNuova(const QString &percorso)
+{
+    const pagine::File file(percorso);
+    if (file.versione() <= versioneSchema)
+        return false;
+    const QStringList nostre = istruzioniNote();
+    const auto nostra = [&nostre](const pagine::RigaDiSchema &riga) {
+        return riga.testo.isEmpty() ||
+               std::any_of(nostre.cbegin(), nostre.cend(), [&riga](const QString &una) {
+                   return somiglia(riga.testo, una.toUtf8());
+               });
+    };
+    const auto schema = pagine::schemaDi(file);
+    return !std::all_of(schema.cbegin(), schema.cend(), nostra);
+}
+
 Salvato salvaArchivio(const QString &danneggiato, const QString &nuovo,
                       const provvisorio::Passo &passo)
 {
-    rifiutaVersione(danneggiato);
+    rifiutaVersioneNuova(danneggiato);
     ado::Connection connessione;
     connessione.Create(nuovo);
     connessione.Execute({QStringLiteral("PRAGMA synchronous = OFF"), {}, {}});
     creaSchema(connessione);
-    const QString nostra = passwordDi(connessione);
-    salvataggio::Regole regole{adatta, codiceNominato};
-    regole.adatta = [&nostra](const QString &tabella, const Valore &primo, const Valore &secondo) {
-        const bool sua = adatta(tabella, primo, secondo);
-        if (sua && primo.byte == "password" && secondo.byte != nostra.toUtf8())
+    salvataggio::Regole regole{adatta, codiceNominato, {}};
+    regole.adatta = [](const QString &tabella, const Valore &primo, const Valore &secondo) {
+        if (!adatta(tabella, primo, secondo))
+            return false;
+        if (primo.byte != "password")
+            return true;
+        const Password sua = confrontaPassword(QString::fromUtf8(secondo.byte), passwordArchivi);
+        if (sua == Password::Altra)
             throw ado::Errore(ado::Causa::PasswordErrata,
                               QStringLiteral("la password del file è un'altra"));
-        return sua;
+        return sua == Password::Giusta;
+    };
+    regole.diCoppia = [&connessione](const Valore &primo, const Valore &secondo) {
+        return tabellaDiCoppia(connessione, primo, secondo);
     };
     Salvato esito;
     qint64 righe = 0;

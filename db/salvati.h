@@ -12,6 +12,11 @@ struct Salvato {
     qint64 senzaProprietario = 0;       // record che la prossima eliminazione toglierebbe
 };
 
+// Vero se il file è di un programma più nuovo: il numero di versione lo dice, e nello schema c'è
+// qualcosa che questa versione non fa. Un numero alto in uno schema nostro l'ha scritto un guasto.
+// Lancia ado::Errore se il file non si legge.
+bool diVersioneNuova(const QString &percorso);
+
 // Scrive in un file nuovo tutto ciò che dell'archivio ancora si legge. Nel nuovo nessun codice che
 // una riga nomina ancora sarà dato a un altro record. Lancia ado::Errore; con la causa
 // PasswordErrata se il file ha un'altra password, VersioneNuova se è più nuovo, Danneggiato se non

@@ -3,13 +3,12 @@
 #include "db/fiducia.h"
 #include "db/modello.h"
 #include "db/orfani.h"
+#include "db/protezione.h"
 #include "db/tabelle.h"
 #include "db/versioni.h"
 
 namespace modTarvola
 {
-
-const QString passwordArchivi = QStringLiteral("Brunivastelo");
 
 namespace
 {
@@ -120,7 +119,7 @@ constexpr std::span<const char *const> accanto;
 
 QStringList istruzioniNote()
 {
-    QStringList testi = istruzioni() + QStringList{ado::istruzioneDiProtezione};
+    QStringList testi = istruzioni() + QStringList{istruzioneDiProtezione};
     for (const char *testo : accanto)
         testi.append(QString::fromUtf8(testo));
     for (const Passaggio &passaggio : passaggi) {
@@ -154,7 +153,7 @@ void creaSchema(ado::Connection &connessione)
     ado::Transazione transazione(connessione);
     for (const QString &istruzione : istruzioni())
         connessione.Execute({istruzione, {}, {}});
-    ado::proteggi(connessione, passwordArchivi);
+    proteggi(connessione, passwordArchivi);
     riempiTraduzioni(connessione);
     connessione.Execute({QStringLiteral("PRAGMA user_version = %1").arg(versioneSchema), {}, {}});
     transazione.conferma();

@@ -7,7 +7,6 @@ namespace modTarvola
 {
 
 constexpr int versioneSchema = 1;
-extern const QString passwordArchivi;
 
 // Le dieci tabelle i cui record hanno un codice, nell'ordine in cui stanno sotto.
 const QStringList &tabelleConCodice();

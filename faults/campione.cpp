@@ -34,13 +34,14 @@ void scriveVoce(ado::Connection &connessione, int i)
     scrive(connessione, "INSERT INTO Voci VALUES (?, ?, ?, ?, ?, ?, ?)",
            {voce, codice('R', 1 + i % 3), QStringLiteral("III"), QStringLiteral("1750-03-04"), i,
             QString::number(i), QStringLiteral("2024-01-01 10:00:00")});
-    for (const QString &persona : {uno, altro})
+    // Una famiglia di origine: il padre e il figlio.
+    for (const auto &[persona, ruolo] : {std::pair{uno, 36}, {altro, 1}})
         scrive(connessione,
                "INSERT INTO Individui (Codice, Voce, Nome, Cognome, Soprannome, Ruolo) "
-               "VALUES (?, ?, ?, ?, ?, 1)",
+               "VALUES (?, ?, ?, ?, ?, ?)",
                {persona, voce, QStringLiteral("Niccolò Giovanni %1").arg(i),
-                QStringLiteral("Zùccari"), QString(i % 70, u'x')});
-    scrive(connessione, "INSERT INTO Famiglie VALUES (?, ?, 8, NULL)", {codice('F', i), voce});
+                QStringLiteral("Zùccari"), QString(i % 70, u'x'), ruolo});
+    scrive(connessione, "INSERT INTO Famiglie VALUES (?, ?, 35, NULL)", {codice('F', i), voce});
     scrive(connessione, "INSERT INTO FamiglieConiugi VALUES (?, ?)", {codice('F', i), uno});
     scrive(connessione, "INSERT INTO FamiglieGenitori VALUES (?, ?)", {codice('F', i), altro});
     scrive(connessione, "INSERT INTO OperatoriContesti VALUES ('O1', ?)", {voce});
@@ -63,17 +64,14 @@ void scriveBinario(ado::Connection &connessione, int i)
             file ? QVariant(byte) : QVariant(QString::fromLatin1(byte))});
 }
 
-QByteArray improntaDi(sqlite3_stmt *riga, int da)
+QByteArray improntaDi(const ado::Riga &riga, int da)
 {
     QCryptographicHash somma(QCryptographicHash::Sha1);
-    for (int i = da; i < sqlite3_column_count(riga); ++i) {
-        const int tipo = sqlite3_column_type(riga, i);
-        const void *byte =
-            tipo == SQLITE_BLOB ? sqlite3_column_blob(riga, i) : sqlite3_column_text(riga, i);
-        const int quanti = sqlite3_column_bytes(riga, i);
-        somma.addData(QByteArray::number(tipo) + ':' + QByteArray::number(quanti) + ':');
-        if (quanti > 0)
-            somma.addData(QByteArray(static_cast<const char *>(byte), quanti));
+    for (int i = da; i < riga.colonne(); ++i) {
+        const int tipo = riga.valore(i).typeId();
+        const QByteArray byte = riga.byte(i).toByteArray();
+        somma.addData(QByteArray::number(tipo) + ':' + QByteArray::number(byte.size()) + ':');
+        somma.addData(byte);
     }
     return somma.result();
 }
@@ -114,20 +112,14 @@ QHash<QString, Righe> istantanea(ado::Connection &connessione)
     QHash<QString, Righe> tutte;
     for (const QString &tabella : modTarvola::tabelle()) {
         Righe &righe = tutte[tabella];
-        const QString testo =
-            QStringLiteral("SELECT %1, * FROM %2 NOT INDEXED").arg(chiave(tabella), tabella);
-        sqlite3_stmt *istruzione = nullptr;
-        sqlite3_prepare_v2(connessione.base(), testo.toUtf8().constData(), -1, &istruzione,
-                           nullptr);
-        int esito = SQLITE_OK;
-        while ((esito = sqlite3_step(istruzione)) == SQLITE_ROW)
-            righe.insert(QString::fromUtf8(
-                             reinterpret_cast<const char *>(sqlite3_column_text(istruzione, 0))),
-                         improntaDi(istruzione, 1));
-        sqlite3_finalize(istruzione);
-        if (esito != SQLITE_DONE)
-            throw ado::Errore(ado::Causa::Danneggiato,
-                              QString::fromUtf8(sqlite3_errmsg(connessione.base())));
+        connessione.leggi(
+            {QStringLiteral("SELECT %1, * FROM %2 NOT INDEXED").arg(chiave(tabella), tabella),
+             {},
+             {}},
+            [&righe](const ado::Riga &riga) {
+                righe.insert(riga.testo(0), improntaDi(riga, 1));
+                return true;
+            });
     }
     return tutte;
 }
@@ -154,7 +146,8 @@ QHash<QString, Righe> leggibili(const QString &percorso, const QHash<QString, Ri
             for (qsizetype i = 0; i < parti.size(); ++i)
                 sqlite3_bind_text(istruzione, static_cast<int>(i + 1), parti.at(i).constData(), -1,
                                   SQLITE_TRANSIENT);
-            if (sqlite3_step(istruzione) == SQLITE_ROW && improntaDi(istruzione, 0) == *riga)
+            if (sqlite3_step(istruzione) == SQLITE_ROW &&
+                improntaDi(ado::Riga(istruzione), 0) == *riga)
                 righe.insert(riga.key(), *riga);
             sqlite3_reset(istruzione);
         }

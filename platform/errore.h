@@ -22,7 +22,8 @@ enum class Causa {
     Spostato,
     VersioneNuova,
     Estraneo,
-    Interrotto
+    Interrotto,
+    NonEntra // una riga che la tabella non può avere
 };
 
 // Porta la causa, e un testo italiano da mostrare a chi lavora.

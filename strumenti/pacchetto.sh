@@ -54,6 +54,25 @@ for file in tarvola/tarvola.mod doc/tarvola/html/index.html doc/tarvola/html/htm
     test -s "$dati/$file"
 done
 
+# Le difese del programma, come si vedono nel suo file: prima riga il comando, poi ciò che mostra.
+programma=$aperto/usr/bin/tarvola
+while read -r opzione attesa; do
+    if ! readelf -W "$opzione" "$programma" | grep -- "$attesa" >/dev/null; then
+        echo "The program was built without $attesa (readelf $opzione)" >&2
+        exit 1
+    fi
+done <<'FINE'
+-h DYN
+-l GNU_RELRO
+-d BIND_NOW
+-s __stack_chk_fail
+FINE
+# Le forme controllate lasciano una traccia solo dove il compilatore non sa già che basta lo spazio.
+if grep '"command"' build/rilascio/compile_commands.json | grep -v -- -D_FORTIFY_SOURCE=2 >/dev/null; then
+    echo "Part of the program was built without _FORTIFY_SOURCE" >&2
+    exit 1
+fi
+
 [ "$installare" = si ] || exit 0
 if [ "$(id -u)" -ne 0 ]; then
     echo "Not root: the package is not installed here."

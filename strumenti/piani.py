@@ -160,8 +160,8 @@ class Controllo:
             altro = vicino if vicino in self.file else os.path.normpath(nome)
             self.guarda_piani(percorso, riga, suo, altro)
             self.guarda_stanze(percorso, riga, altro)
-            if nome == "sqlite3.h" and suo != "platform":
-                self.segnala(percorso, riga, "motore", "the engine's header outside platform/")
+            if nome == "sqlite3.h" and stanza(percorso) != "motore":
+                self.segnala(percorso, riga, "motore", "the engine's header outside its room")
             if senza_finestre(percorso):
                 self.guarda_finestre(percorso, riga, nome, altro)
 

@@ -6,6 +6,7 @@
 #   screen   the virtual display of the demonstration
 #   package  what builds, checks and tries the Debian package
 #   checks   the format and lint checks
+#   recovery the engine's own program, whose recovery the repair is compared with
 # With apt-get the missing packages are installed, with sudo when not root; where nothing is
 # missing apt-get is not called. Without apt-get what is missing is named, and the status is 1.
 set -euo pipefail
@@ -16,6 +17,7 @@ declare -A pacchetti=(
     [screen]="xvfb openbox"
     [package]="dpkg-dev lintian file desktop-file-utils appstream shared-mime-info libxml2-utils mandoc libglib2.0-bin xdotool procps"
     [checks]="clang-format-14 clang-tidy-14 git python3"
+    [recovery]="sqlite3"
 )
 declare -A programmi=(
     [build]="g++ cmake ninja pkg-config"
@@ -23,6 +25,7 @@ declare -A programmi=(
     [screen]="Xvfb openbox"
     [package]="dpkg-shlibdeps lintian file desktop-file-validate appstreamcli update-mime-database xmllint mandoc gio xdotool pgrep"
     [checks]="clang-format-14 clang-tidy-14 git python3"
+    [recovery]="sqlite3"
 )
 
 # Stampa i pacchetti, fra quelli dati, che dpkg non conosce come installati.

@@ -267,7 +267,7 @@ private slots:
 
     void troppoGrande()
     {
-        sqlite3_limit(connessione().base(), SQLITE_LIMIT_LENGTH, 1'000'000);
+        ado::lunghezzaMassima(connessione(), 1'000'000);
         sceglie(crea(u"grande"_s, QByteArray(1'000'001, 'x')));
         persona->avviso(u"Il file è troppo grande: si possono allegare file fino a 934 kB"_s);
         QVERIFY(!NuovoAllegato(nullptr, u"V1"_s, FileAllegato));

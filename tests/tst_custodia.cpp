@@ -1,6 +1,8 @@
 #include "db/versioni.h"
+#include "platform/disco/shell.h"
 #include "prova_custodia.h"
 
+#include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -31,9 +33,11 @@ private slots:
     {
         QTest::addColumn<QByteArray>("byte");
         QTest::addColumn<ado::Causa>("causa");
-        const auto dopo = [this](const QString &istruzione) {
+        const auto dopo = [this](const QString &istruzione, const QString &altra = {}) {
             comincia();
             Aparte(m_percorso).esegui(istruzione);
+            if (!altra.isEmpty())
+                Aparte(m_percorso).esegui(altra);
             return byteDi(m_percorso);
         };
         QTest::newRow("altro") << QByteArray(20000, 'q') << ado::Causa::NonArchivio;
@@ -41,9 +45,10 @@ private slots:
             << QByteArray("\0\1\0\0Standard Jet DB\0", 20).append(QByteArray(20000, 'q'))
             << ado::Causa::NonArchivio;
         QTest::newRow("più nuovo")
-            << dopo(u"PRAGMA user_version = 77"_s) << ado::Causa::VersioneNuova;
+            << dopo(u"PRAGMA user_version = 77"_s, u"CREATE TABLE Altra (a)"_s)
+            << ado::Causa::VersioneNuova;
         QTest::newRow("altra password")
-            << dopo(u"UPDATE Protezione SET Valore = 'x' WHERE Nome = 'password'"_s)
+            << dopo(u"UPDATE Protezione SET Valore = printf('%.64c', 'a')"_s)
             << ado::Causa::PasswordErrata;
     }
     void nonRiuscireNonCambiaNulla()
@@ -96,43 +101,79 @@ private slots:
         QCOMPARE(contenuto(m_cartella->path()), prima);
     }
 
-    // Un programma caduto lascia il giornale: la scrittura non confermata si disfa prima di tutto.
-    void disfaLaScritturaInterrotta()
+    // Un programma caduto lascia accanto al file il giornale, da disfare, o, se un altro strumento
+    // gli ha cambiato modo, le scritture compiute che il file non ha ancora.
+    void riprendeCioCheStaAccanto_data()
     {
-        const QString caduto = accanto(u"caduto.tvd"_s);
-        const QString copia = accanto(u"copia.tvd"_s);
-        const QString giornale = u"-journal"_s;
+        QTest::addColumn<QString>("modo");
+        QTest::addColumn<QString>("accanto");
+        QTest::newRow("giornale") << u"PRAGMA cache_size = 5"_s << u"-journal"_s;
+        QTest::newRow("wal") << u"PRAGMA journal_mode = WAL"_s << u"-wal"_s;
+    }
+
+    void riprendeCioCheStaAccanto()
+    {
+        QFETCH(QString, modo);
+        QFETCH(QString, accanto);
+        const QString caduto = this->accanto(u"caduto.tvd"_s);
+        const QString copia = this->accanto(u"copia.tvd"_s);
         QByteArray aMeta;
-        QByteArray suoGiornale;
+        QByteArray suo;
         {
             Aparte connessione(m_percorso);
-            connessione.esegui(u"PRAGMA cache_size = 5"_s);
-            const ado::Transazione transazione(connessione);
+            connessione.legge(modo);
+            std::optional<ado::Transazione> aperta;
+            if (accanto == u"-journal")
+                aperta.emplace(connessione);
             connessione.esegui(u"UPDATE Individui SET Nome = 'a metà'"_s);
             connessione.esegui(u"UPDATE Binari SET Nome = 'a metà'"_s);
             aMeta = byteDi(m_percorso);
-            suoGiornale = byteDi(m_percorso + giornale);
+            suo = byteDi(m_percorso + accanto);
         }
-        QVERIFY(aMeta != m_sano);
-        const std::function<void()> comandi[] = {
-            [&] { compattaArchivio(caduto, cestino(), avanti); },
-            [&] { copiaArchivio(m_percorso, caduto, avanti); },
-            [&] {
-                copiaArchivio(caduto, copia, avanti);
-                QCOMPARE(righeDi(copia), m_prima);
-            },
-            [&] {
-                QVERIFY(QFile::remove(copia));
-                recuperaArchivio(caduto, copia, avanti);
-                QCOMPARE(righeDi(copia), m_prima);
-            }};
-        for (const auto &comando : comandi) {
+        QVERIFY(!suo.isEmpty());
+        const auto attese = righeDi(m_percorso);
+        const std::pair<std::function<void()>, QString> comandi[] = {
+            {[&] { ApriArchivio(caduto); }, caduto},
+            {[&] { compattaArchivio(caduto, cestino(), avanti); }, caduto},
+            {[&] { copiaArchivio(m_percorso, caduto, avanti); }, caduto},
+            {[&] { recuperaArchivio(m_percorso, caduto, avanti); }, caduto},
+            {[&] { copiaArchivio(caduto, copia, avanti); }, copia},
+            {[&] { recuperaArchivio(caduto, copia, avanti); }, copia}};
+        for (const auto &[comando, arrivo] : comandi) {
             scrive(caduto, aMeta);
-            scrive(caduto + giornale, suoGiornale);
+            scrive(caduto + accanto, suo);
+            QFile::remove(copia);
+            scrive(copia + accanto, suo);
             comando();
-            QVERIFY(!QFileInfo::exists(caduto + giornale));
-            QCOMPARE(righeDi(caduto), m_prima);
+            avviaArchivi();
+            QCOMPARE(righeDi(arrivo), attese);
+            QVERIFY(!QFileInfo::exists(arrivo + accanto));
+            QCOMPARE(byteDi(arrivo).mid(18, 2), QByteArray("\1\1"));
         }
+        QFile::rename(copia, this->accanto(u"altrove"_s));
+        scrive(copia + accanto, suo);
+        QCOMPARE(shell::liberoDa(copia), this->accanto(u"copia (2).tvd"_s));
+        creaArchivio(m_percorso, copia);
+        QCOMPARE(righeDi(copia), attese);
+        QVERIFY(!QFileInfo::exists(copia + accanto));
+        QCOMPARE(righeDi(cestino(u"caduto.tvd"_s)), attese);
+    }
+
+    // Chi lo usa nell'altro modo lo tiene: si dice, e il file non cambia.
+    void occupatoNellAltroModo()
+    {
+        Aparte altro(m_percorso);
+        altro.legge(u"PRAGMA journal_mode = WAL"_s);
+        altro.esegui(u"UPDATE Individui SET Nome = 'suo'"_s);
+        for (const std::function<void()> &comando : std::initializer_list<std::function<void()>>{
+                 [&] { ApriArchivio(m_percorso); },
+                 [&] { compattaArchivio(m_percorso, cestino(), avanti); }}) {
+            const ado::Errore trovato = errore(comando);
+            QCOMPARE(trovato.causa(), ado::Causa::Occupato);
+            QVERIFY(trovato.testo().contains(u"altro programma"_s));
+        }
+        QCOMPARE(altro.legge(u"SELECT DISTINCT Nome FROM Individui"_s).toString(), u"suo"_s);
+        QVERIFY(!QFileInfo::exists(cestino()));
     }
 
     // Attraverso un collegamento il file è quello vero, che non diventa il collegamento.
@@ -220,6 +261,45 @@ private slots:
         }
     }
 
+    // Un file nuovo ha i permessi di ogni documento, una copia non di più del suo originale; finché
+    // è a metà nessun altro lo legge.
+    void rispettaLaMaschera()
+    {
+        const auto permessi = [](const QString &percorso) {
+            struct stat stato = {};
+            return ::stat(qPrintable(percorso), &stato) == 0 ? stato.st_mode & 0777U : 0U;
+        };
+        QStringList leggibili;
+        const auto guarda = [&](qint64, qint64) {
+            const QDir dove(m_cartella->path());
+            for (const QString &nome :
+                 dove.entryList({u".*parziale*"_s}, QDir::Files | QDir::Hidden))
+                if ((permessi(dove.filePath(nome)) & 077U) != 0)
+                    leggibili.append(nome);
+            return true;
+        };
+        QVERIFY(::chmod(qPrintable(m_percorso), 0644) == 0);
+        const mode_t prima = ::umask(0);
+        const auto rimette = qScopeGuard([prima] { ::umask(prima); });
+        const std::function<void(const QString &)> comandi[] = {
+            [&](const QString &nuovo) { creaArchivio(m_percorso, nuovo); },
+            [&](const QString &nuovo) { copiaArchivio(m_percorso, nuovo, guarda); },
+            [&](const QString &nuovo) { recuperaArchivio(m_percorso, nuovo, guarda); }};
+        const QString nuovo = accanto(u"nuovo.tvd"_s);
+        for (const auto &[maschera, attesi] :
+             {std::pair{0U, 0666U}, {022U, 0644U}, {077U, 0600U}}) {
+            ::umask(maschera);
+            for (const auto &comando : comandi) {
+                comando(nuovo);
+                QCOMPARE(permessi(nuovo), &comando == comandi ? attesi : attesi & 0644U);
+                QVERIFY(QFile::remove(nuovo));
+            }
+            compattaArchivio(m_percorso, cestino(), guarda);
+            QCOMPARE(permessi(m_percorso), 0644U);
+        }
+        QCOMPARE(leggibili, QStringList());
+    }
+
     void tieneIPermessi()
     {
         const auto propri = QFile::ReadOwner | QFile::WriteOwner;
@@ -250,11 +330,6 @@ private slots:
         QCOMPARE(QFileInfo(esito.nelCestino).fileName(), u"prova (2).tvd"_s);
         QCOMPARE(byteDi(esito.nelCestino + u"-journal"_s), suo);
         QVERIFY(!QFileInfo::exists(m_percorso + u"-journal"_s));
-        // Chi dà il nome a un file nuovo non lo lascia accanto a un giornale altrui.
-        const QString nuovo = accanto(u"nuovo.tvd"_s);
-        scrive(nuovo + u"-journal"_s, "di chi non c'è più");
-        scostaIlGiornale(nuovo);
-        QVERIFY(!QFileInfo::exists(nuovo + u"-journal"_s));
     }
 
     // Il passaggio a una versione nuova è tutto o niente.

@@ -2,6 +2,7 @@
 #include "db/codici.h"
 #include "db/collegamenti.h"
 #include "db/generi.h"
+#include "db/protezione.h"
 #include "db/schema.h"
 #include "db/tabelle.h"
 #include "platform/disco/shell.h"
@@ -210,9 +211,18 @@ private slots:
         riga("cartella", Causa::NonArchivio, "non è un file",
              [](const QString &percorso) { QVERIFY(QDir().mkdir(percorso)); });
         riga("altra password", Causa::PasswordErrata, "la password del file è un'altra",
-             guastoDa(u"UPDATE Protezione SET Valore = 'x' WHERE Nome = 'password'"_s));
-        riga("versione nuova", Causa::VersioneNuova, "della versione 99",
+             guastoDa(u"UPDATE Protezione SET Valore = printf('%.64c', 'a')"_s));
+        riga("password rovinata", Causa::Danneggiato, "Compatta e ripristina",
+             guastoDa(u"UPDATE Protezione SET Valore = 'z' || substr(Valore, 2)"_s));
+        riga("versione rovinata", Causa::Danneggiato, "Compatta e ripristina",
              guastoDa(u"PRAGMA user_version = 99"_s));
+        riga("versione nuova", Causa::VersioneNuova, "della versione 99",
+             [](const QString &percorso) {
+                 creaModello(percorso);
+                 Aparte nuovo(percorso);
+                 nuovo.esegui(u"CREATE TABLE Altra (a)"_s);
+                 nuovo.esegui(u"PRAGMA user_version = 99"_s);
+             });
         riga("senza tabella", Causa::NonArchivio, "manca la tabella Luoghi",
              guastoDa(u"DROP TABLE Luoghi"_s));
         riga("troncato", Causa::Danneggiato, "il file è danneggiato", [](const QString &percorso) {
@@ -241,7 +251,7 @@ private slots:
         const QString percorso = archivio->accanto(u"altro.tvd"_s);
         creaModello(percorso);
         Aparte altro(percorso);
-        ado::proteggi(altro, {});
+        proteggi(altro, {});
         altro.esegui(u"BEGIN EXCLUSIVE"_s);
         const ado::Errore trovato = errore([&] { ApriArchivio(percorso); });
         QCOMPARE(trovato.causa(), Causa::Occupato);

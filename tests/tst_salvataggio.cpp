@@ -52,6 +52,24 @@ private slots:
         }
     }
 
+    // Delle coppie si ritrovano le pagine anche quando più nulla porta a loro.
+    void ritrovaLeCoppieSenzaRadice()
+    {
+        QByteArray rotto = m_sano;
+        // Senza schema nessuna pagina si sa di chi è.
+        const auto pagine = static_cast<quint32>(rotto.size() / 4096);
+        for (quint32 numero = 1; numero <= pagine; ++numero) {
+            if (rotto.mid((numero - 1) * 4096, 4096).contains("CREATE "))
+                rotto.replace((numero - 1) * 4096, 4096, QByteArray(4096, '\0'));
+        }
+        scrive(m_percorso, rotto);
+        QVERIFY(compattaArchivio(m_percorso, cestino(), avanti).riparato);
+        const auto dopo = righeDi(m_percorso);
+        for (const QString &tabella :
+             {u"FamiglieConiugi"_s, u"FamiglieGenitori"_s, u"OperatoriContesti"_s, u"Voci"_s})
+            QCOMPARE(dopo.value(tabella), m_prima.value(tabella));
+    }
+
     // Un record nuovo non eredita ciò che una riga salvata dice di uno perduto.
     void iCodiciNuoviNonSonoDiNessuno()
     {
@@ -79,6 +97,10 @@ private slots:
         QTest::newRow("pagine doppie") << 16 << 0x20;
         QTest::newRow("pagine mezze") << 16 << 0x08;
         QTest::newRow("versione 0") << 63 << 0;
+        QTest::newRow("versione 33") << 63 << 33;
+        QTest::newRow("formato dello schema") << 47 << 5;
+        QTest::newRow("contrassegno") << 68 << 0;
+        QTest::newRow("password") << static_cast<int>(m_sano.indexOf("password")) + 10 << int{'z'};
     }
 
     void salvaConLaTestataRotta()
@@ -88,8 +110,9 @@ private slots:
         QByteArray rotto = m_sano;
         rotto[posto] = static_cast<char>(byte);
         scrive(m_percorso, rotto);
-        QCOMPARE(errore([&] { copiaArchivio(m_percorso, accanto(u"c.tvd"_s), avanti); }).causa(),
-                 ado::Causa::Danneggiato);
+        const ado::Errore rifiuto =
+            errore([&] { copiaArchivio(m_percorso, accanto(u"c.tvd"_s), avanti); });
+        QVERIFY(rifiuto.causa() != ado::Causa::PasswordErrata && !rifiuto.testo().isEmpty());
         QVERIFY(!QFileInfo::exists(accanto(u"c.tvd"_s)));
         QVERIFY(compattaArchivio(m_percorso, cestino(), avanti).riparato);
         QCOMPARE(righeDi(m_percorso), m_prima);

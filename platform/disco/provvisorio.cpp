@@ -133,13 +133,17 @@ bool stessoFile(const QString &uno, const QString &altro)
            suo.st_dev == diAltro.st_dev && suo.st_ino == diAltro.st_ino;
 }
 
-// Dà al file i permessi di un altro. I dischi che non ne tengono non contano.
-void prendeIPermessi(const QString &percorso, const QString &altro, mode_t almeno)
+mode_t permessiDi(const QString &percorso)
 {
     struct stat stato = {};
-    if (::stat(QFile::encodeName(altro).constData(), &stato) != 0)
-        fallisci(altro, errno);
-    const mode_t permessi = (stato.st_mode & 0666U) | almeno;
+    if (::stat(QFile::encodeName(percorso).constData(), &stato) != 0)
+        fallisci(percorso, errno);
+    return stato.st_mode & 0666U;
+}
+
+// I dischi che non tengono permessi non contano.
+void prendeIPermessi(const QString &percorso, mode_t permessi)
+{
     if (::chmod(QFile::encodeName(percorso).constData(), permessi) != 0 && errno != EPERM &&
         errno != ENOTSUP && errno != ENOSYS && errno != EINVAL)
         fallisci(percorso, errno);
@@ -166,12 +170,14 @@ File::File(const QString &destinazione)
     const auto vecchi = abbandonati(destinazione, parziale);
     for (const QString &vecchio : vecchi)
         QFile::remove(vecchio);
-    // Un lavoro lungo non comincia dove non può finire.
+    // Un lavoro lungo non comincia dove non può finire. La maschera dei permessi, che è di tutto il
+    // processo, si legge solo cambiandola: la dice un file vuoto.
     const QByteArray nome = QFile::encodeName(m_percorso);
-    const int prova = ::open(nome.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    const int prova = ::open(nome.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (prova < 0)
         fallisci(QFileInfo(destinazione).absolutePath(), errno);
     ::close(prova);
+    m_diDocumento = permessiDi(m_percorso);
     QFile::remove(m_percorso);
 }
 
@@ -180,14 +186,18 @@ File::~File()
     if (!m_suo)
         return;
     QFile::remove(m_percorso);
-    QFile::remove(m_percorso + QStringLiteral("-journal"));
+    for (const QString &suo : accanto(m_percorso))
+        QFile::remove(suo);
 }
 
 void File::prendeIlPosto(const QString &origine, bool soloSeLibera)
 {
-    const bool sostituisce = QFileInfo::exists(m_destinazione);
-    prendeIPermessi(m_percorso, sostituisce ? m_destinazione : origine,
-                    sostituisce ? 0 : S_IRUSR | S_IWUSR);
+    mode_t permessi = m_diDocumento;
+    if (QFileInfo::exists(m_destinazione))
+        permessi = permessiDi(m_destinazione);
+    else if (!origine.isEmpty())
+        permessi = (permessi & permessiDi(origine)) | S_IRUSR | S_IWUSR;
+    prendeIPermessi(m_percorso, permessi);
     const int errore = rinomina(m_percorso, m_destinazione, soloSeLibera ? RENAME_NOREPLACE : 0);
     if (errore != 0)
         fallisci(m_destinazione, errore);
@@ -198,7 +208,7 @@ void File::prendeIlPosto(const QString &origine, bool soloSeLibera)
 // Il nome del vecchio file non è mai quello di un file a metà, che si toglierebbe.
 QString File::scambia()
 {
-    prendeIPermessi(m_percorso, m_destinazione, 0);
+    prendeIPermessi(m_percorso, permessiDi(m_destinazione));
     m_vecchio = nomeNuovo(m_destinazione, scambiato);
     if (const int errore = rinomina(m_percorso, m_vecchio, RENAME_NOREPLACE))
         fallisci(m_vecchio, errore);
@@ -295,6 +305,11 @@ bool sincronizzaNome(const QString &percorso)
     return fatto;
 }
 
+void crea(const QString &percorso)
+{
+    const Descrittore vuoto(percorso, O_WRONLY | O_CREAT | O_EXCL);
+}
+
 void copia(const QString &origine, const QString &nuovo, const Passo &passo)
 {
     const Descrittore da(origine, O_RDONLY | O_NONBLOCK);
@@ -317,6 +332,12 @@ void copia(const QString &origine, const QString &nuovo, const Passo &passo)
     }
     if (::fsync(*a) != 0)
         fallisci(nuovo, errno);
+}
+
+QStringList accanto(const QString &percorso)
+{
+    return {percorso + QStringLiteral("-journal"), percorso + QStringLiteral("-wal"),
+            percorso + QStringLiteral("-shm")};
 }
 
 void sincronizza(const QString &percorso)

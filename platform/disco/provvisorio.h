@@ -25,9 +25,10 @@ public:
     File &operator=(const File &) = delete;
 
     const QString &percorso() const { return m_percorso; }
-    // Sostituisce la destinazione in un passo solo, o ne prende il nome se non c'è; allora i
-    // permessi sono quelli di `origine`, e chi lo possiede può scriverlo. Con `soloSeLibera`
-    // fallisce se nel frattempo la destinazione è comparsa.
+    // Sostituisce la destinazione in un passo solo, o ne prende il nome se non c'è. Allora i
+    // permessi sono quelli di un documento nuovo e, se si dice un'origine, non più larghi dei suoi;
+    // chi lo possiede può scriverlo. Con `soloSeLibera` fallisce se nel frattempo la destinazione è
+    // comparsa.
     void prendeIlPosto(const QString &origine, bool soloSeLibera = false);
     // Scambia i due file: la destinazione è questo, e `vecchio` rende dove sta quello di prima,
     // che resta finché non lo si sposta. Dove il disco non sa scambiare e non conosce i
@@ -41,6 +42,7 @@ private:
     QString m_destinazione;
     QString m_percorso;
     QString m_vecchio;
+    unsigned m_diDocumento = 0; // i permessi che avrebbe un documento nuovo in quella cartella
     bool m_suo = true;
 };
 
@@ -49,6 +51,12 @@ QStringList scambiInterrotti(const QString &destinazione);
 // Ridà il nome ai file che uno scambio interrotto ha lasciato senza, in tutta la cartella.
 void ritrovaIn(const QString &cartella);
 
+// I file che il motore tiene, o ha lasciato, accanto a uno suo e che ne sono parte: il giornale e
+// ciò che resta del modo WAL. Il primo è il giornale.
+QStringList accanto(const QString &percorso);
+
+// Crea un file vuoto che solo chi lo possiede può leggere; fallisce se c'è già.
+void crea(const QString &percorso);
 // Copia a blocchi in un file nuovo, che solo chi lo possiede può leggere, e lo porta sul disco.
 void copia(const QString &origine, const QString &nuovo, const Passo &passo);
 // Porta sul disco ciò che il file ha ancora in memoria.

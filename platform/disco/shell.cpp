@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -96,7 +97,10 @@ QString liberoDa(const QString &percorso)
     const QFileInfo info(percorso);
     const QString estensione = info.suffix().isEmpty() ? QString() : u'.' + info.suffix();
     const auto preso = [](const QString &nome) {
-        return QFileInfo::exists(nome) || QFileInfo::exists(nome + QStringLiteral("-journal"));
+        const QStringList suoi = provvisorio::accanto(nome);
+        return QFileInfo::exists(nome) ||
+               std::any_of(suoi.cbegin(), suoi.cend(),
+                           [](const QString &suo) { return QFileInfo::exists(suo); });
     };
     QString candidato = percorso;
     for (int numero = 2; preso(candidato); ++numero) {

@@ -30,8 +30,8 @@ enum class Operazione { Muovi, Copia, Rinomina, Cancella };
 // così se è il passo, chiamato mentre si copia da un disco all'altro, a dire di smettere.
 Esito OperazioneFile(Operazione operazione, const QString &origine, const QString &destinazione,
                      bool rinominaSePreso, const provvisorio::Passo &passo = {});
-// Il nome dato, o "nome (2).tvd" e così via, che non è di un file né di un archivio di cui resta il
-// giornale.
+// Il nome dato, o "nome (2).tvd" e così via, che non è di un file né di un archivio di cui resta
+// qualcosa accanto.
 QString liberoDa(const QString &percorso);
 // La parte del percorso che è nome di file.
 QString NomeFileDaPercorso(const QString &percorso);

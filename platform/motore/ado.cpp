@@ -1,8 +1,8 @@
 #include "platform/motore/ado.h"
 
+#include "platform/disco/provvisorio.h"
 #include "platform/motore/presa.h"
 
-#include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
 
@@ -11,14 +11,9 @@
 namespace ado
 {
 
-const QString istruzioneDiProtezione =
-    QStringLiteral("CREATE TABLE Protezione (Nome TEXT PRIMARY KEY, Valore TEXT) WITHOUT ROWID");
-
 namespace
 {
 
-// "Trva": così il comando file e gli altri programmi riconoscono un archivio.
-constexpr qint64 identificativo = 0x54727661;
 constexpr int attesaMillisecondi = 2500;
 constexpr qsizetype pronteAlMassimo = 100;
 
@@ -44,6 +39,9 @@ Causa causaDi(int esito)
         return Causa::DiscoPieno;
     case SQLITE_INTERRUPT:
         return Causa::Interrotto;
+    case SQLITE_CONSTRAINT:
+    case SQLITE_MISMATCH:
+        return Causa::NonEntra;
     case SQLITE_CANTOPEN:
     case SQLITE_PERM:
     case SQLITE_AUTH:
@@ -94,22 +92,10 @@ QString sorgente(const QString &stringa)
     return stringa.mid(inizio, fine < 0 ? -1 : fine - inizio);
 }
 
-QString passwordDi(const QString &stringa)
+void legaTesto(sqlite3_stmt *istruzione, int posto, const QByteArray &utf8)
 {
-    const QString chiave = QStringLiteral("Jet OLEDB:Database Password=");
-    const qsizetype posto = stringa.lastIndexOf(chiave, -1, Qt::CaseInsensitive);
-    if (posto < 0)
-        return {};
-    QString password = stringa.mid(posto + chiave.size());
-    if (password.endsWith(u';'))
-        password.chop(1);
-    return password;
-}
-
-QString impronta(const QString &password)
-{
-    const QByteArray dati = QByteArrayLiteral("tarvola:") + password.toUtf8();
-    return QString::fromLatin1(QCryptographicHash::hash(dati, QCryptographicHash::Sha256).toHex());
+    sqlite3_bind_text64(istruzione, posto, utf8.constData(),
+                        static_cast<sqlite3_uint64>(utf8.size()), SQLITE_TRANSIENT, SQLITE_UTF8);
 }
 
 void lega(sqlite3_stmt *istruzione, int posto, const QVariant &valore)
@@ -133,13 +119,16 @@ void lega(sqlite3_stmt *istruzione, int posto, const QVariant &valore)
                             static_cast<sqlite3_uint64>(byte.size()), SQLITE_TRANSIENT);
         break;
     }
-    default: {
-        const QByteArray utf8 = valore.toString().toUtf8();
-        sqlite3_bind_text64(istruzione, posto, utf8.constData(),
-                            static_cast<sqlite3_uint64>(utf8.size()), SQLITE_TRANSIENT,
-                            SQLITE_UTF8);
+    default:
+        if (valore.typeId() == qMetaTypeId<ByteDaScrivere>())
+            sqlite3_bind_zeroblob64(
+                istruzione, posto,
+                static_cast<sqlite3_uint64>(valore.value<ByteDaScrivere>().quanti));
+        else
+            legaTesto(istruzione, posto,
+                      valore.typeId() == qMetaTypeId<Utf8>() ? valore.value<Utf8>().byte
+                                                             : valore.toString().toUtf8());
         break;
-    }
     }
 }
 
@@ -205,7 +194,7 @@ void Connection::Open(const QString &stringa, const QString & /*utente*/,
             m_presa = std::make_unique<Presa>(percorso);
             apriBase(percorso, SQLITE_OPEN_READWRITE);
         } while (!m_presa->attuale(percorso));
-        verificaFormato(passwordDi(stringa));
+        leggeLoSchema();
     } catch (...) {
         Close();
         throw;
@@ -215,9 +204,8 @@ void Connection::Open(const QString &stringa, const QString & /*utente*/,
 
 void Connection::Create(const QString &percorso)
 {
-    if (QFileInfo::exists(percorso))
-        throw Errore(Causa::Altro, QStringLiteral("il file esiste già"));
-    apriBase(percorso, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+    provvisorio::crea(percorso);
+    apriBase(percorso, SQLITE_OPEN_READWRITE);
     m_percorso = percorso;
 }
 
@@ -237,40 +225,34 @@ void Connection::apriBase(const QString &percorso, int modi)
 
 // Finché lo schema del file non è stato guardato il motore è tenuto a freno: leggerlo è già un
 // lavoro che il file decide.
-void Connection::verificaFormato(const QString &password)
+void Connection::leggeLoSchema()
 {
     const Freno freno(*this);
+    // Un'istruzione così non può essere sbagliata: se il motore la dice tale, lo è il file.
+    const int esito = sqlite3_exec(m_base, "PRAGMA synchronous = FULL", nullptr, nullptr, nullptr);
+    if (esito != SQLITE_OK && freno.scattato())
+        throw estraneo(QStringLiteral("uno schema smisurato"));
+    if (esito != SQLITE_OK)
+        fallisci(esito == SQLITE_ERROR ? SQLITE_CORRUPT : esito);
+}
+
+void Connection::riprendeIlGiornale()
+{
+    const QString solito = QStringLiteral("delete");
+    if (valore({QStringLiteral("PRAGMA journal_mode"), {}, {}}).toString() == solito)
+        return;
     try {
-        verificaPassword(password);
-    } catch (const Errore &) {
-        if (freno.scattato())
-            throw estraneo(QStringLiteral("uno schema smisurato"));
-        throw;
+        if (valore({QStringLiteral("PRAGMA journal_mode = DELETE"), {}, {}}).toString() == solito)
+            return;
+    } catch (const Errore &errore) {
+        if (errore.causa() == Causa::SolaLettura)
+            return;
+        if (errore.causa() != Causa::Occupato)
+            throw;
     }
-    Execute({QStringLiteral("PRAGMA synchronous = FULL"), {}, {}});
-}
-
-void Connection::verificaPassword(const QString &password)
-{
-    if (valore({QStringLiteral("PRAGMA application_id"), {}, {}}).toLongLong() != identificativo)
-        throw Errore(Causa::NonArchivio, spiegazione(Causa::NonArchivio));
-    const QVariant protetto = passwordDelFile();
-    if (protetto.isValid() && protetto.toString() != impronta(password))
-        throw Errore(Causa::PasswordErrata, QStringLiteral("la password del file è un'altra"));
-}
-
-// Un file senza la tavola non ha mai avuto una password.
-QVariant Connection::passwordDelFile()
-{
-    const QVariant fatta =
-        valore({QStringLiteral("SELECT sql FROM sqlite_schema WHERE name = 'Protezione'"), {}, {}});
-    if (!fatta.isValid())
-        return {};
-    // Una vista con quel nome farebbe al motore ciò che vuole.
-    if (fatta.toString().simplified() != istruzioneDiProtezione)
-        throw estraneo(QStringLiteral("la tabella o vista «Protezione», così com'è fatta,"));
-    return valore(
-        {QStringLiteral("SELECT Valore FROM Protezione WHERE Nome = 'password'"), {}, {}});
+    throw Errore(Causa::Occupato,
+                 QStringLiteral("un altro programma sta usando il file in un modo (WAL) che "
+                                "Tarvola non usa; chiuderlo e riprovare"));
 }
 
 void Connection::Close()
@@ -360,22 +342,6 @@ void Connection::fallisci(int esito) const
 {
     throw erroreDi(esito, QString::fromUtf8(m_base == nullptr ? sqlite3_errstr(esito)
                                                               : sqlite3_errmsg(m_base)));
-}
-
-void proteggi(Connection &connessione, const QString &password)
-{
-    connessione.Execute({QStringLiteral("PRAGMA application_id = %1").arg(identificativo), {}, {}});
-    if (!connessione
-             .valore(
-                 {QStringLiteral("SELECT 1 FROM sqlite_schema WHERE name = 'Protezione'"), {}, {}})
-             .isValid())
-        connessione.Execute({istruzioneDiProtezione, {}, {}});
-    connessione.Execute({QStringLiteral("DELETE FROM Protezione"), {}, {}});
-    if (!password.isEmpty()) {
-        connessione.Execute({QStringLiteral("INSERT INTO Protezione VALUES ('password', ?)"),
-                             {impronta(password)},
-                             {}});
-    }
 }
 
 } // namespace ado

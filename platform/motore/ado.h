@@ -28,6 +28,16 @@ struct Comando {
     QString tabella;
 };
 
+// Un testo già in UTF-8, che passa al motore byte per byte, anche se è rovinato.
+struct Utf8 {
+    QByteArray byte;
+};
+
+// Un campo di tanti byte, da riempire poi a pezzi.
+struct ByteDaScrivere {
+    qint64 quanti;
+};
+
 constexpr int adStateClosed = 0;
 constexpr int adStateOpen = 1;
 constexpr int adUseClient = 3;
@@ -62,10 +72,12 @@ public:
     QString Provider;
     int CursorLocation = 2;
 
-    // Apre l'archivio della stringa ("Data Source=…;Jet OLEDB:Database Password=…;"). Non crea
-    // mai un file. Fallisce con Errore, la cui causa distingue i file che non si possono aprire.
+    // Apre il file della stringa ("Data Source=…;Jet OLEDB:…"); la password è di chi conosce
+    // l'archivio. Non crea mai un file. Fallisce con Errore, la cui causa distingue i file che non
+    // si possono aprire.
     void Open(const QString &stringa, const QString &utente = {}, const QString &password = {});
-    // Crea un file di dati nuovo e vuoto e lo apre; fallisce se il file esiste già.
+    // Crea un file di dati nuovo e vuoto, che solo chi lo possiede può leggere, e lo apre; fallisce
+    // se il file esiste già.
     void Create(const QString &percorso);
     void Close();
     int State() const { return m_base == nullptr ? adStateClosed : adStateOpen; }
@@ -82,17 +94,20 @@ public:
     QStringList colonne(const Comando &comando);
 
     bool inTransazione() const;
-    sqlite3 *base() const { return m_base; }
+    // Riporta al giornale solito un file che un altro strumento ha lasciato in altro modo (WAL): le
+    // scritture rimaste accanto entrano nel file. Fallisce con la causa Occupato se qualcuno lo usa
+    // in quel modo; un file che si può solo leggere resta com'è.
+    void riprendeIlGiornale();
 
 private:
     friend class Freno;
     friend class Istruzione;
     friend class Sorveglianza;
     friend class Stream;
+    friend qint64 lunghezzaMassima(Connection &connessione, qint64 alPiu);
+    sqlite3 *base() const { return m_base; }
     void apriBase(const QString &percorso, int modi);
-    void verificaFormato(const QString &password);
-    void verificaPassword(const QString &password);
-    QVariant passwordDelFile();
+    void leggeLoSchema();
     sqlite3_stmt *prepara(const QString &testo);
     void restituisci(const QString &testo, sqlite3_stmt *istruzione);
     [[noreturn]] void fallisci(int esito) const;
@@ -162,10 +177,5 @@ private:
     bool m_interna;
     bool m_aperta = true;
 };
-
-// L'istruzione che crea la tavola della password.
-extern const QString istruzioneDiProtezione;
-// Segna il file aperto come archivio protetto dalla password data (vuota: nessuna).
-void proteggi(Connection &connessione, const QString &password);
 
 } // namespace ado

@@ -48,9 +48,11 @@ void Stream::Write(const QByteArray &pezzo)
     m_posto += pezzo.size();
 }
 
-qint64 lunghezzaMassima(Connection &connessione)
+qint64 lunghezzaMassima(Connection &connessione, qint64 alPiu)
 {
-    return sqlite3_limit(connessione.base(), SQLITE_LIMIT_LENGTH, -1);
+    const int prima =
+        sqlite3_limit(connessione.base(), SQLITE_LIMIT_LENGTH, static_cast<int>(alPiu));
+    return alPiu < 0 ? prima : alPiu;
 }
 
 } // namespace ado

@@ -34,7 +34,7 @@ private:
     qint64 m_posto = 0;
 };
 
-// Quanti byte può avere al più una riga dell'archivio, con tutti i suoi campi.
-qint64 lunghezzaMassima(Connection &connessione);
+// Quanti byte può avere al più una riga dell'archivio, con tutti i suoi campi; `alPiu` lo abbassa.
+qint64 lunghezzaMassima(Connection &connessione, qint64 alPiu = -1);
 
 } // namespace ado

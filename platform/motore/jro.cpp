@@ -34,9 +34,9 @@ QString nominata(QString tabella)
 
 } // namespace
 
-Fermo::Fermo(const QString &stringa)
+Fermo::Fermo(const std::function<void(ado::Connection &connessione)> &apre)
 {
-    m_connessione.Open(stringa);
+    apre(m_connessione);
     try {
         m_connessione.Execute({QStringLiteral("BEGIN IMMEDIATE"), {}, {}});
     } catch (const ado::Errore &errore) {
@@ -59,12 +59,15 @@ void CompactDatabase(ado::Connection &origine, const QString &nuovo,
         const ado::Sorveglianza sorveglianza(origine, [&nuovo, &passo, attesi] {
             return passo(qMin(QFileInfo(nuovo).size(), attesi), attesi);
         });
+        // Il motore accetta un file vuoto; uno fatto da lui lo leggerebbero tutti.
+        provvisorio::crea(nuovo);
         try {
             origine.Execute({QStringLiteral("VACUUM INTO ?"), {nuovo}, {}});
         } catch (const ado::Errore &errore) {
             // Il motore dice pieno il disco anche quando una pagina ne nomina una che non esiste, e
             // ripetuto un codice che un bit ha reso uguale a un altro.
-            if (errore.causa() == ado::Causa::DiscoPieno || errore.causa() == ado::Causa::Altro)
+            if (errore.causa() == ado::Causa::DiscoPieno ||
+                errore.causa() == ado::Causa::NonEntra || errore.causa() == ado::Causa::Altro)
                 verificaIntegrita(origine, passo);
             throw;
         }

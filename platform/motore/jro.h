@@ -12,7 +12,8 @@ namespace jro
 class Fermo
 {
 public:
-    explicit Fermo(const QString &stringa);
+    // `apre` apre la connessione all'archivio.
+    explicit Fermo(const std::function<void(ado::Connection &connessione)> &apre);
 
 private:
     ado::Connection m_connessione;

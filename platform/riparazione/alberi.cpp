@@ -12,6 +12,25 @@ namespace
 // Le colonne di una riga dello schema.
 enum { tipo, nome, tabella, radice, testo, colonneDelloSchema };
 
+// Quelle di una foglia; ciò che non ha la forma di una riga dello schema non conta.
+QList<RigaDiSchema> righeDi(const File &file, const Pagina &pagina)
+{
+    QList<RigaDiSchema> righe;
+    if (pagina.genere != Genere::Tabella || !pagina.foglia)
+        return righe;
+    for (const Cella &cella : pagina.celle) {
+        if (cella.lunghezza > 100 * 1024)
+            continue;
+        const auto riga = Carico(file, cella).colonne();
+        if (!riga || riga->size() != colonneDelloSchema || riga->at(tipo).tipo != Valore::Testo ||
+            riga->at(nome).tipo != Valore::Testo || riga->at(radice).tipo != Valore::Intero)
+            continue;
+        righe.append({riga->at(tipo).byte, riga->at(nome).byte,
+                      static_cast<quint32>(riga->at(radice).intero), riga->at(testo).byte});
+    }
+    return righe;
+}
+
 } // namespace
 
 Alberi::Alberi(const File &file, const QHash<QString, Albero> &previsti)
@@ -23,10 +42,9 @@ Alberi::Alberi(const File &file, const QHash<QString, Albero> &previsti)
         percorre(file, trovate.value(albero.nome), albero);
 }
 
-// Lo schema si cerca prima dal suo posto; se non c'è tutto, in ogni foglia del file.
-QHash<QString, quint32> Alberi::radici(const File &file)
+QList<RigaDiSchema> schemaDi(const File &file)
 {
-    QHash<QString, quint32> trovate;
+    QList<RigaDiSchema> righe;
     QList<quint32> daVedere{1};
     QSet<quint32> viste;
     while (!daVedere.isEmpty()) {
@@ -35,45 +53,40 @@ QHash<QString, quint32> Alberi::radici(const File &file)
             continue;
         viste.insert(numero);
         const Pagina pagina = file.pagina(numero);
-        if (pagina.genere != Genere::Tabella)
+        righe += righeDi(file, pagina);
+        if (pagina.genere != Genere::Tabella || pagina.foglia)
             continue;
-        if (pagina.foglia)
-            radiciDa(file, numero, trovate);
-        else
-            daVedere.append(pagina.ultimoFiglio);
-        for (const Cella &cella : pagina.celle) {
-            if (!pagina.foglia)
-                daVedere.append(cella.figlio);
-        }
+        daVedere.append(pagina.ultimoFiglio);
+        for (const Cella &cella : pagina.celle)
+            daVedere.append(cella.figlio);
     }
+    return righe;
+}
+
+// Lo schema si cerca prima dal suo posto; se non c'è tutto, in ogni foglia del file.
+QHash<QString, quint32> Alberi::radici(const File &file)
+{
+    QHash<QString, quint32> trovate;
+    radiciDa(schemaDi(file), trovate);
     const auto mancano = [this, &trovate] {
         return std::any_of(m_alberi.cbegin(), m_alberi.cend(), [&trovate](const Albero &albero) {
             return !trovate.contains(albero.nome);
         });
     };
     for (quint32 numero = 1; mancano() && numero <= file.quante(); ++numero)
-        radiciDa(file, numero, trovate);
+        radiciDa(righeDi(file, file.pagina(numero)), trovate);
     return trovate;
 }
 
-void Alberi::radiciDa(const File &file, quint32 pagina, QHash<QString, quint32> &radici)
+void Alberi::radiciDa(const QList<RigaDiSchema> &righe, QHash<QString, quint32> &radici)
 {
-    const Pagina letta = file.pagina(pagina);
-    if (letta.genere != Genere::Tabella || !letta.foglia)
-        return;
-    for (const Cella &cella : letta.celle) {
-        if (cella.lunghezza > 100 * 1024)
+    for (const RigaDiSchema &riga : righe) {
+        const QString suo = QString::fromUtf8(riga.nome);
+        if ((riga.tipo != "table" && riga.tipo != "index") || !m_alberi.contains(suo) ||
+            radici.contains(suo))
             continue;
-        const auto riga = Carico(file, cella).colonne();
-        if (!riga || riga->size() != colonneDelloSchema || riga->at(nome).tipo != Valore::Testo ||
-            riga->at(radice).tipo != Valore::Intero ||
-            (riga->at(tipo).byte != "table" && riga->at(tipo).byte != "index"))
-            continue;
-        const QString suo = QString::fromUtf8(riga->at(nome).byte);
-        if (!m_alberi.contains(suo) || radici.contains(suo))
-            continue;
-        radici.insert(suo, static_cast<quint32>(riga->at(radice).intero));
-        m_definizioni.insert(suo, riga->at(testo).byte);
+        radici.insert(suo, riga.radice);
+        m_definizioni.insert(suo, riga.testo);
     }
 }
 

@@ -20,6 +20,17 @@ struct Albero {
     bool intero = true;    // falso se qualcosa non si raggiunge o non si legge
 };
 
+// Una riga dello schema di un file.
+struct RigaDiSchema {
+    QByteArray tipo;
+    QByteArray nome;
+    quint32 radice = 0;
+    QByteArray testo; // l'istruzione che l'ha creata; vuota per gli indici delle chiavi
+};
+
+// Le righe dello schema che si leggono, a partire dal suo posto.
+QList<RigaDiSchema> schemaDi(const File &file);
+
 class Alberi
 {
 public:
@@ -34,7 +45,7 @@ public:
     QList<Uso> &uso() { return m_uso; }
 
 private:
-    void radiciDa(const File &file, quint32 pagina, QHash<QString, quint32> &radici);
+    void radiciDa(const QList<RigaDiSchema> &righe, QHash<QString, quint32> &radici);
     QHash<QString, quint32> radici(const File &file);
     void libere(const File &file);
     void percorre(const File &file, quint32 prima, Albero &albero);

@@ -1,8 +1,10 @@
 #include "platform/riparazione/salvataggio.h"
 
+#include "platform/motore/definizioni.h"
 #include "platform/riparazione/alberi.h"
-#include "platform/riparazione/definizioni.h"
 #include "platform/riparazione/salvate.h"
+
+#include <QSet>
 
 #include <algorithm>
 #include <numeric>
@@ -16,6 +18,9 @@ namespace
 {
 
 const Valore nulla;
+
+// Una coppia trovata in una pagina, con le colonne nell'ordine della sua tabella.
+using Coppia = QList<Valore>;
 
 class Salvataggio
 {
@@ -32,8 +37,10 @@ private:
     void righeDi(Tabella &tabella);
     void coppieDi(Tabella &tabella, const QString &indice);
     void orfane();
-    void colloca(const Pagina &pagina, const Cella &cella);
-    void collocaCoppia(const Cella &cella);
+    void colloca(const Cella &cella);
+    QList<Coppia> coppieIn(const Tabella &tabella, const Pagina &pagina) const;
+    void coppieOrfane();
+    Tabella *diChiSono(const Pagina &pagina, bool anchePerEsclusione);
     bool accetta(Tabella &tabella, const Cella &cella, bool orfana);
     bool adatta(const Tabella &tabella, const QList<Valore> &riga) const;
     void accosta(Tabella &tabella) const;
@@ -49,6 +56,8 @@ private:
     Alberi m_alberi;
     // Vero se si sa di ogni pagina libera che lo è.
     bool m_libereIntere;
+    // Le pagine degli alberi delle coppie in cui ogni voce era una coppia della tabella.
+    QSet<quint32> m_lette;
 };
 
 Salvataggio::Salvataggio(const QString &danneggiato, bool badaAllaTestata, ado::Connection &nuovo,
@@ -99,6 +108,7 @@ QList<Conto> Salvataggio::compie(bool tiene)
             coppieDi(tabella, indice);
     }
     orfane();
+    coppieOrfane();
     QList<Conto> conti;
     for (const Tabella &tabella : m_salvate.tabelle())
         conti.append(conta(tabella));
@@ -129,7 +139,7 @@ void Salvataggio::aspettaDa(const Tabella &tabella, const QString &indice)
 // rovinato.
 void Salvataggio::accosta(Tabella &tabella) const
 {
-    const QStringList sue = colonneScritte(m_alberi.definizione(tabella.nome));
+    const QStringList sue = ado::colonneScritte(m_alberi.definizione(tabella.nome));
     const auto postoDi = [](const QStringList &nomi, const QString &nome) {
         const auto posto = std::find_if(nomi.begin(), nomi.end(), [&nome](const QString &uno) {
             return uno.compare(nome, Qt::CaseInsensitive) == 0;
@@ -172,7 +182,7 @@ void Salvataggio::righeDi(Tabella &tabella)
             if (accetta(tabella, cella, false))
                 continue;
             tabella.sana = false;
-            colloca(pagina, cella);
+            colloca(cella);
         }
     }
 }
@@ -184,17 +194,26 @@ void Salvataggio::coppieDi(Tabella &tabella, const QString &indice)
     const auto pagine = m_alberi[indice].pagine;
     for (const quint32 numero : pagine) {
         const auto celle = m_file.pagina(numero).celle;
+        bool tutte = true;
         for (const Cella &cella : celle) {
             Carico carico(m_file, cella);
             const auto voce = carico.colonne();
-            if (!voce || voce->size() != tabella.colonne.size())
+            if (!voce || voce->size() != tabella.colonne.size()) {
+                tutte = false;
                 continue;
+            }
             QList<Valore> riga = *voce;
             for (qsizetype i = 0; i < qMin(riga.size(), ordine.size()); ++i)
                 riga[ordine.at(i)] = voce->at(i);
             if (adatta(tabella, riga))
                 m_salvate.inserisce(tabella, 0, riga, carico);
+            else
+                tutte = false;
         }
+        if (tutte)
+            m_lette.insert(numero);
+        else if (indice == tabella.nome)
+            tabella.sana = false;
     }
 }
 
@@ -206,47 +225,99 @@ void Salvataggio::orfane()
             continue;
         avanza(numero);
         const Pagina pagina = m_file.pagina(numero);
-        if (pagina.genere == Genere::Tabella && !pagina.foglia)
+        if (pagina.genere != Genere::Tabella || !pagina.foglia)
             continue;
         for (const Cella &cella : pagina.celle)
-            colloca(pagina, cella);
+            colloca(cella);
     }
 }
 
-void Salvataggio::colloca(const Pagina &pagina, const Cella &cella)
+void Salvataggio::colloca(const Cella &cella)
 {
-    if (pagina.genere != Genere::Tabella)
-        return collocaCoppia(cella);
     for (Tabella &tabella : m_salvate.tabelle()) {
         if (tabella.conRowid && accetta(tabella, cella, true))
             return;
     }
 }
 
-// Dà una coppia alla tabella cui può appartenere, se è una sola fra quelle cui manca qualcosa.
-void Salvataggio::collocaCoppia(const Cella &cella)
+// Le coppie della pagina che possono essere della tabella, nell'uno o nell'altro verso.
+QList<Coppia> Salvataggio::coppieIn(const Tabella &tabella, const Pagina &pagina) const
 {
-    Carico carico(m_file, cella);
-    const auto voce = carico.colonne();
-    if (!voce)
-        return;
-    Tabella *sola = nullptr;
-    QList<Valore> riga;
-    for (Tabella &tabella : m_salvate.tabelle()) {
-        if (tabella.conRowid || voce->size() != tabella.colonne.size() ||
-            m_alberi[tabella.nome].intero)
+    QList<Coppia> trovate;
+    for (const Cella &cella : pagina.celle) {
+        const auto voce = Carico(m_file, cella).colonne();
+        if (!voce || voce->size() != tabella.colonne.size())
             continue;
-        const QList<Valore> rovescia(voce->crbegin(), voce->crend());
-        const bool dritta = adatta(tabella, *voce);
-        if (!dritta && !adatta(tabella, rovescia))
-            continue;
-        if (sola != nullptr)
-            return;
-        sola = &tabella;
-        riga = dritta ? *voce : rovescia;
+        const Coppia rovescia(voce->crbegin(), voce->crend());
+        if (adatta(tabella, *voce))
+            trovate.append(*voce);
+        else if (adatta(tabella, rovescia))
+            trovate.append(rovescia);
     }
-    if (sola != nullptr)
-        m_salvate.inserisce(*sola, 0, riga, carico);
+    return trovate;
+}
+
+// Le pagine di coppie, della tabella o del suo indice, cui nessun albero porta più, o che un albero
+// d'altri si è preso. Una pagina è tutta di una tabella: si comincia da quelle di cui si sa, e
+// ciascuna può dire qualcosa delle altre.
+void Salvataggio::coppieOrfane()
+{
+    QList<quint32> restano;
+    for (quint32 numero = 2; numero <= m_file.quante(); ++numero) {
+        const Uso uso = m_alberi.uso().at(numero);
+        if ((uso == Uso::Ignoto || uso == Uso::Albero) && !m_lette.contains(numero))
+            restano.append(numero);
+    }
+    for (const bool anchePerEsclusione : {false, true}) {
+        for (bool ancora = true; ancora;) {
+            QList<quint32> ignote;
+            for (const quint32 numero : std::as_const(restano)) {
+                avanza(numero);
+                const Pagina pagina = m_file.pagina(numero);
+                if (pagina.genere != Genere::Indice)
+                    continue;
+                Tabella *sua = diChiSono(pagina, anchePerEsclusione);
+                if (sua == nullptr) {
+                    ignote.append(numero);
+                    continue;
+                }
+                for (const Coppia &coppia : coppieIn(*sua, pagina)) {
+                    Carico nessuno(m_file, {});
+                    m_salvate.inserisce(*sua, 0, coppia, nessuno);
+                }
+            }
+            ancora = ignote.size() < restano.size() && !ignote.isEmpty();
+            restano = ignote;
+        }
+    }
+}
+
+// La tabella di cui sono le coppie della pagina: quella che ne ha già la metà; o quella che i
+// record che nominano dicono per più della metà; o la sola cui manchi qualcosa. Nulla se non si sa.
+Tabella *Salvataggio::diChiSono(const Pagina &pagina, bool anchePerEsclusione)
+{
+    QList<Tabella *> possibili;
+    for (Tabella &tabella : m_salvate.tabelle()) {
+        if (tabella.conRowid)
+            continue;
+        const QList<Coppia> coppie = coppieIn(tabella, pagina);
+        if (coppie.isEmpty())
+            continue;
+        const auto quante = [&coppie](const auto &condizione) {
+            return std::count_if(coppie.cbegin(), coppie.cend(), condizione);
+        };
+        if (2 * quante([&](const Coppia &una) { return m_salvate.contiene(tabella, una); }) >=
+            coppie.size())
+            return &tabella;
+        if (m_alberi[tabella.nome].intero && tabella.sana)
+            continue;
+        if (m_regole.diCoppia && 2 * quante([&](const Coppia &una) {
+                                     return m_regole.diCoppia(una.at(0), una.at(1)) == tabella.nome;
+                                 }) > coppie.size())
+            return &tabella;
+        possibili.append(&tabella);
+    }
+    return anchePerEsclusione && possibili.size() == 1 ? possibili.constFirst() : nullptr;
 }
 
 bool Salvataggio::adatta(const Tabella &tabella, const QList<Valore> &riga) const

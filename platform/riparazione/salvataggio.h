@@ -20,6 +20,9 @@ struct Regole {
     std::function<QByteArray(const QString &tabella, const QString &indice,
                              const pagine::Valore &primo)>
         codice;
+    // La tabella di coppie cui la coppia deve appartenere, da ciò che già si è salvato; vuota se
+    // non si può dire.
+    std::function<QString(const pagine::Valore &primo, const pagine::Valore &secondo)> diCoppia;
 };
 
 struct Conto {

@@ -1,6 +1,6 @@
 #include "platform/riparazione/salvate.h"
 
-#include <sqlite3.h>
+#include "platform/motore/flusso.h"
 
 namespace salvataggio
 {
@@ -10,43 +10,27 @@ using namespace pagine;
 namespace
 {
 
-void lega(sqlite3_stmt *istruzione, int posto, const QByteArray &testo)
-{
-    sqlite3_bind_text64(istruzione, posto, testo.constData(),
-                        static_cast<sqlite3_uint64>(testo.size()), SQLITE_TRANSIENT, SQLITE_UTF8);
-}
-
-void lega(sqlite3_stmt *istruzione, int posto, const Valore &valore)
+// Come il motore lo riceve: i testi byte per byte, anche se rovinati.
+QVariant perIlMotore(const Valore &valore)
 {
     switch (valore.tipo) {
-    case Valore::Nullo:
-        sqlite3_bind_null(istruzione, posto);
-        break;
     case Valore::Intero:
-        sqlite3_bind_int64(istruzione, posto, valore.intero);
-        break;
+        return valore.intero;
     case Valore::Reale:
-        sqlite3_bind_double(istruzione, posto, valore.reale);
-        break;
+        return valore.reale;
     case Valore::Testo:
-        lega(istruzione, posto, valore.byte);
-        break;
+        return QVariant::fromValue(ado::Utf8{valore.byte});
     case Valore::Byte:
-        sqlite3_bind_blob64(istruzione, posto, valore.byte.constData(),
-                            static_cast<sqlite3_uint64>(valore.byte.size()), SQLITE_TRANSIENT);
-        break;
+        return valore.byte.isNull() ? QByteArray("") : valore.byte;
     case Valore::Lungo:
-        sqlite3_bind_zeroblob64(istruzione, posto, static_cast<sqlite3_uint64>(valore.intero));
+        return QVariant::fromValue(ado::ByteDaScrivere{valore.intero});
+    case Valore::Nullo:
         break;
     }
+    return {};
 }
 
 } // namespace
-
-void Finisce::operator()(sqlite3_stmt *istruzione) const
-{
-    sqlite3_finalize(istruzione);
-}
 
 Salvate::Salvate(ado::Connection &nuovo) : m_nuovo(nuovo)
 {
@@ -56,32 +40,10 @@ Salvate::Salvate(ado::Connection &nuovo) : m_nuovo(nuovo)
           "indice TEXT, PRIMARY KEY (tabella, riga, codice, indice)) WITHOUT ROWID",
           "CREATE INDEX temp.atteseCodice ON attese (tabella, codice)"})
         m_nuovo.Execute({QString::fromUtf8(istruzione), {}, {}});
-    m_aspetta = prepara(QStringLiteral("INSERT OR IGNORE INTO temp.attese VALUES (?, ?, ?, ?)"));
-    m_aspettata =
-        prepara(QStringLiteral("SELECT 1 FROM temp.attese WHERE tabella = ? AND codice = ?"));
-    m_codiceDi = prepara(
-        QStringLiteral("SELECT codice FROM temp.attese WHERE tabella = ? AND riga = ? "
-                       "GROUP BY codice HAVING count(*) >= ? ORDER BY count(*) DESC LIMIT 1"));
     const auto tutte = nomi(QStringLiteral("SELECT name FROM sqlite_schema WHERE type = 'table' "
                                            "AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\'"));
     for (const QString &nome : tutte)
         m_tabelle.push_back(descrive(nome));
-}
-
-void Salvate::fallisci() const
-{
-    const int esito = sqlite3_errcode(m_nuovo.base());
-    throw ado::Errore(esito == SQLITE_FULL ? ado::Causa::DiscoPieno : ado::Causa::Altro,
-                      QString::fromUtf8(sqlite3_errmsg(m_nuovo.base())));
-}
-
-Istruzione Salvate::prepara(const QString &testo) const
-{
-    sqlite3_stmt *istruzione = nullptr;
-    if (sqlite3_prepare_v2(m_nuovo.base(), testo.toUtf8().constData(), -1, &istruzione, nullptr) !=
-        SQLITE_OK)
-        fallisci();
-    return Istruzione(istruzione);
 }
 
 QStringList Salvate::nomi(const QString &istruzione, const QString &valore) const
@@ -123,9 +85,8 @@ Tabella Salvate::descrive(const QString &nome) const
         QStringLiteral("%1 \"%2\" (").arg(verbo, nome) + colonne.join(QStringLiteral(", "));
     const QString fine = QStringLiteral(") VALUES (") + posti.join(QStringLiteral(", "));
     if (tabella.conRowid)
-        tabella.conChiave =
-            prepara(inizio + QStringLiteral(", rowid") + fine + QStringLiteral(", ?)"));
-    tabella.senzaChiave = prepara(inizio + fine + u')');
+        tabella.conChiave = inizio + QStringLiteral(", rowid") + fine + QStringLiteral(", ?)");
+    tabella.senzaChiave = inizio + fine + u')';
     return tabella;
 }
 
@@ -153,91 +114,85 @@ void Salvate::descriveIndici(Tabella &tabella) const
     }
 }
 
-bool Salvate::esegue(sqlite3_stmt *istruzione) const
+bool Salvate::entra(const QString &istruzione, const QVariantList &valori) const
 {
-    const int esito = sqlite3_step(istruzione);
-    const bool entrata = esito == SQLITE_DONE && sqlite3_changes(m_nuovo.base()) > 0;
-    sqlite3_reset(istruzione);
-    const int genere = esito & 0xff;
-    if (genere != SQLITE_DONE && genere != SQLITE_CONSTRAINT && genere != SQLITE_MISMATCH)
-        fallisci();
-    return entrata;
+    try {
+        return m_nuovo.Execute({istruzione, valori, {}}) > 0;
+    } catch (const ado::Errore &errore) {
+        if (errore.causa() != ado::Causa::NonEntra)
+            throw;
+        return false;
+    }
 }
 
 bool Salvate::inserisce(Tabella &tabella, qint64 chiave, const QList<Valore> &riga, Carico &carico)
 {
-    for (sqlite3_stmt *istruzione : {tabella.conChiave.get(), tabella.senzaChiave.get()}) {
-        if (istruzione == nullptr)
-            continue;
-        for (qsizetype i = 0; i < riga.size(); ++i)
-            lega(istruzione, static_cast<int>(i + 1), riga.at(i));
-        if (istruzione == tabella.conChiave.get())
-            sqlite3_bind_int64(istruzione, static_cast<int>(riga.size() + 1), chiave);
-        if (!esegue(istruzione))
-            continue;
-        ++tabella.salvate;
-        if (riga.constLast().tipo == Valore::Lungo)
-            riempieLungo(tabella, riga.constLast().intero, carico);
-        return true;
-    }
-    return false;
+    QVariantList valori;
+    for (const Valore &valore : riga)
+        valori.append(perIlMotore(valore));
+    const bool entrata = (!tabella.conChiave.isEmpty() &&
+                          entra(tabella.conChiave, QVariantList(valori) << chiave)) ||
+                         entra(tabella.senzaChiave, valori);
+    if (!entrata)
+        return false;
+    ++tabella.salvate;
+    if (riga.constLast().tipo == Valore::Lungo)
+        riempieLungo(tabella, riga.constLast().intero, carico);
+    return true;
+}
+
+bool Salvate::contiene(const Tabella &tabella, const QList<Valore> &coppia)
+{
+    return m_nuovo
+        .valore({QStringLiteral("SELECT 1 FROM \"%1\" WHERE \"%2\" = ? AND \"%3\" = ?")
+                     .arg(tabella.nome, tabella.colonne.value(0), tabella.colonne.value(1)),
+                 {perIlMotore(coppia.value(0)), perIlMotore(coppia.value(1))},
+                 {}})
+        .isValid();
 }
 
 void Salvate::riempieLungo(const Tabella &tabella, qint64 lunghezza, Carico &carico) const
 {
-    sqlite3_blob *campo = nullptr;
-    const qint64 riga = sqlite3_last_insert_rowid(m_nuovo.base());
-    int esito =
-        sqlite3_blob_open(m_nuovo.base(), "main", tabella.nome.toUtf8().constData(),
-                          tabella.colonne.constLast().toUtf8().constData(), riga, 1, &campo);
+    const qint64 riga =
+        m_nuovo.valore({QStringLiteral("SELECT last_insert_rowid()"), {}, {}}).toLongLong();
+    ado::Stream campo(m_nuovo, tabella.nome, tabella.colonne.constLast(), riga,
+                      ado::Stream::Scrittura);
     QByteArray pezzo(qsizetype{1} << 20, Qt::Uninitialized);
-    for (qint64 fatti = 0; esito == SQLITE_OK && fatti < lunghezza;) {
-        const qint64 ora = qMin<qint64>(pezzo.size(), lunghezza - fatti);
-        if (!carico.leggi(pezzo.data(), ora)) {
-            sqlite3_blob_close(campo);
+    for (qint64 fatti = 0; fatti < lunghezza; fatti += pezzo.size()) {
+        pezzo.resize(qMin<qint64>(pezzo.size(), lunghezza - fatti));
+        if (!carico.leggi(pezzo.data(), pezzo.size()))
             throw ado::Errore(ado::Causa::Illeggibile,
                               QStringLiteral("il disco non rende più ciò che ha appena letto"));
-        }
-        esito = sqlite3_blob_write(campo, pezzo.constData(), static_cast<int>(ora),
-                                   static_cast<int>(fatti));
-        fatti += ora;
+        campo.Write(pezzo);
     }
-    sqlite3_blob_close(campo);
-    if (esito != SQLITE_OK)
-        fallisci();
 }
 
 void Salvate::aspetta(const Tabella &tabella, const QString &indice, qint64 chiave,
                       const QByteArray &codice)
 {
-    lega(m_aspetta.get(), 1, tabella.nome.toUtf8());
-    sqlite3_bind_int64(m_aspetta.get(), 2, chiave);
-    lega(m_aspetta.get(), 3, codice);
-    lega(m_aspetta.get(), 4, indice.toUtf8());
-    esegue(m_aspetta.get());
+    entra(QStringLiteral("INSERT OR IGNORE INTO temp.attese VALUES (?, ?, ?, ?)"),
+          {tabella.nome, chiave, QVariant::fromValue(ado::Utf8{codice}), indice});
 }
 
 bool Salvate::aspettata(const Tabella &tabella, const QByteArray &codice)
 {
-    lega(m_aspettata.get(), 1, tabella.nome.toUtf8());
-    lega(m_aspettata.get(), 2, codice);
-    const bool trovata = sqlite3_step(m_aspettata.get()) == SQLITE_ROW;
-    sqlite3_reset(m_aspettata.get());
-    return trovata;
+    return m_nuovo
+        .valore({QStringLiteral("SELECT 1 FROM temp.attese WHERE tabella = ? AND codice = ?"),
+                 {tabella.nome, QVariant::fromValue(ado::Utf8{codice})},
+                 {}})
+        .isValid();
 }
 
 QByteArray Salvate::codiceDi(const Tabella &tabella, qint64 chiave, qsizetype testimoni)
 {
-    QByteArray codice;
-    lega(m_codiceDi.get(), 1, tabella.nome.toUtf8());
-    sqlite3_bind_int64(m_codiceDi.get(), 2, chiave);
-    sqlite3_bind_int64(m_codiceDi.get(), 3, testimoni);
-    if (sqlite3_step(m_codiceDi.get()) == SQLITE_ROW) {
-        const void *testo = sqlite3_column_text(m_codiceDi.get(), 0);
-        codice = QByteArray(static_cast<const char *>(testo));
-    }
-    sqlite3_reset(m_codiceDi.get());
-    return codice;
+    return m_nuovo
+        .valore({QStringLiteral("SELECT codice FROM temp.attese WHERE tabella = ? AND riga = ? "
+                                "GROUP BY codice HAVING count(*) >= ? "
+                                "ORDER BY count(*) DESC LIMIT 1"),
+                 {tabella.nome, chiave, testimoni},
+                 {}})
+        .toString()
+        .toUtf8();
 }
 
 qint64 Salvate::perdute(const Tabella &tabella, qsizetype testimoni)

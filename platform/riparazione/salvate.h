@@ -3,17 +3,11 @@
 #include "platform/motore/ado.h"
 #include "platform/riparazione/pagine.h"
 
-#include <memory>
 #include <vector>
 
 // Il file nuovo in cui finiscono le righe salvate, e ciò che se ne deve sapere per riempirlo.
 namespace salvataggio
 {
-
-struct Finisce {
-    void operator()(sqlite3_stmt *istruzione) const;
-};
-using Istruzione = std::unique_ptr<sqlite3_stmt, Finisce>;
 
 struct Tabella {
     QString nome;
@@ -26,8 +20,8 @@ struct Tabella {
     // valori stanno come le colonne.
     QList<qsizetype> posti;
     QHash<QString, QList<int>> ordine; // per indice, la colonna della tabella che sta a ogni posto
-    Istruzione conChiave;
-    Istruzione senzaChiave;
+    QString conChiave; // l'istruzione che inserisce la riga; vuota se non ha chiave interna
+    QString senzaChiave;
     qint64 salvate = 0;
     // Falso se una cella del suo albero non era una sua riga.
     bool sana = true;
@@ -44,6 +38,9 @@ public:
     bool inserisce(Tabella &tabella, qint64 chiave, const QList<pagine::Valore> &riga,
                    pagine::Carico &carico);
 
+    // Vero se la coppia è già entrata.
+    bool contiene(const Tabella &tabella, const QList<pagine::Valore> &coppia);
+
     // Le righe che gli indici nominano: ciò che alla fine ne manca è perduto.
     void aspetta(const Tabella &tabella, const QString &indice, qint64 chiave,
                  const QByteArray &codice);
@@ -54,19 +51,14 @@ public:
     qint64 perdute(const Tabella &tabella, qsizetype testimoni);
 
 private:
-    [[noreturn]] void fallisci() const;
-    Istruzione prepara(const QString &testo) const;
     QStringList nomi(const QString &istruzione, const QString &valore = {}) const;
     Tabella descrive(const QString &nome) const;
     void descriveIndici(Tabella &tabella) const;
-    bool esegue(sqlite3_stmt *istruzione) const;
+    bool entra(const QString &istruzione, const QVariantList &valori) const;
     void riempieLungo(const Tabella &tabella, qint64 lunghezza, pagine::Carico &carico) const;
 
     ado::Connection &m_nuovo;
     std::vector<Tabella> m_tabelle;
-    Istruzione m_aspetta;
-    Istruzione m_aspettata;
-    Istruzione m_codiceDi;
 };
 
 } // namespace salvataggio

@@ -3,7 +3,7 @@
 #include <QStringList>
 
 // Le tabelle di un file il cui schema può essere stato scritto da altri.
-namespace salvataggio
+namespace ado
 {
 
 // I nomi delle colonne che una riga porta con sé nel file, nell'ordine, secondo l'istruzione che ha
@@ -11,4 +11,4 @@ namespace salvataggio
 // l'istruzione non crea una tabella. Nulla del file è eseguito.
 QStringList colonneScritte(const QByteArray &istruzione);
 
-} // namespace salvataggio
+} // namespace ado

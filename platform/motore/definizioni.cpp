@@ -1,9 +1,9 @@
-#include "platform/riparazione/definizioni.h"
+#include "platform/motore/definizioni.h"
 
 #include <memory>
 #include <sqlite3.h>
 
-namespace salvataggio
+namespace ado
 {
 
 namespace
@@ -64,4 +64,4 @@ QStringList colonneScritte(const QByteArray &istruzione)
     return nomi;
 }
 
-} // namespace salvataggio
+} // namespace ado
