@@ -9,6 +9,7 @@
 #include <QTextStream>
 
 #include <cerrno>
+#include <climits>
 
 namespace prove
 {
@@ -44,6 +45,7 @@ struct Disco {
     int senzaModi = 0;
     bool senzaLegami = false;
     bool cestinoAltrove = false;
+    bool sbaglia = false; // scrive altro da ciò che gli si dice, e non lo dice
 };
 
 // I file e il loro contenuto, anche quelli nascosti.
@@ -98,6 +100,7 @@ struct Esito {
     bool restaQualcosa = false; // ciò che doveva togliere non si è potuto togliere
     int chiamate = 0;
     int fallite = 0;
+    QString senzaCorrente; // ciò che sarebbe andato perduto mancando la corrente
 };
 
 // La copia e il recupero sono di prima dell'ultimo salvataggio: chi dice di averli rifatti deve
@@ -126,7 +129,8 @@ Esito compie(const Stato &stato, const Lavoro &lavoro, const Disco &disco, int q
     rimette(stato.posto, stato.file);
     inganni::Piano piano;
     piano.cartella = stato.posto.cartella;
-    piano.quale = quale;
+    piano.quale = disco.sbaglia ? -1 : quale;
+    piano.falsa = !disco.sbaglia ? -1 : quale < 0 ? INT_MAX : quale;
     piano.errore = errore;
     piano.dalliInPoi = disco.pieno;
     piano.soloScritture = disco.pieno;
@@ -145,8 +149,9 @@ Esito compie(const Stato &stato, const Lavoro &lavoro, const Disco &disco, int q
     // Il disco resta guasto mentre il file si chiude.
     lavori::chiude();
     inganni::disarma();
-    esito.chiamate = inganni::passate();
-    esito.fallite = inganni::fallite();
+    esito.chiamate = disco.sbaglia ? inganni::scrittureDiAlbero() : inganni::passate();
+    esito.fallite = disco.sbaglia ? 1 : inganni::fallite();
+    esito.senzaCorrente = inganni::perdutiSenzaCorrente();
     esito.restaQualcosa = inganni::fallitoIlTogliere();
     return esito;
 }
@@ -176,6 +181,8 @@ int verifica(const Stato &stato, const Lavoro &lavoro, const Esito &esito, const
     };
     const QString nome = QString::fromUtf8(lavoro.nome);
     esige(!esito.muto, "un errore senza parole");
+    esige(esito.senzaCorrente.isEmpty(),
+          qPrintable(QStringLiteral("non era sul disco: ") + esito.senzaCorrente));
     if (lavoro.suiFile && !esito.riuscito) {
         const auto quali = esito.restaQualcosa ? QDir::Filters() : QDir::Hidden;
         esige(contenuto(stato.posto.cartella, quali) == stato.file, "i file non sono più quelli");
@@ -252,6 +259,8 @@ int chiamate(Giro &giro)
                            {"nor link them", false, ENOSYS, true}},
                           true);
     perdite += falliscono(giro, {{"Cestino on another disk", false, 0, false, true}}, true);
+    // Una copia scritta male non prende il posto di nulla.
+    perdite += falliscono(giro, {{"disks that write wrong", false, 0, false, false, true}}, true);
     return perdite;
 }
 

@@ -92,8 +92,8 @@ int main(int argc, char **argv)
     ::signal(SIGPIPE, SIG_IGN);
     QTemporaryDir cartella;
     int perdite = 0;
-    for (auto prova : {prove::uccisioni, prove::chiamate, prove::discoPieno, prove::dueProgrammi,
-                       prove::danneggiati}) {
+    for (auto prova : {prove::uccisioni, prove::chiamate, prove::discoPieno, prove::giornali,
+                       prove::dueProgrammi, prove::danneggiati}) {
         prove::Giro giro{cartella.path(), giri, QRandomGenerator(seme)};
         perdite += prova(giro);
     }

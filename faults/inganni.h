@@ -19,6 +19,7 @@ struct Piano {
     bool senzaLegami = false; // né i collegamenti
     QString altroDisco;       // la cartella che sta su un altro disco
     unsigned attesa = 0;      // microsecondi dopo ogni cambio di nome
+    int falsa = -1; // la scrittura di pagine di un albero che il disco sbaglia in silenzio, da 0
 };
 
 void arma(const Piano &nuovo);
@@ -27,6 +28,11 @@ int passate();
 int fallite();
 // Vero se a fallire è stata la chiamata che toglie un file.
 bool fallitoIlTogliere();
+// Quante scritture di pagine di un albero sono passate, se il piano ne sbaglia una.
+int scrittureDiAlbero();
+// I file che, mancando la corrente, sarebbero andati perduti: hanno preso un nome, o perso il loro
+// giornale, mentre ciò che vi era scritto non era ancora tutto sul disco. Vuoto se nessuno.
+QString perdutiSenzaCorrente();
 void disarma();
 
 } // namespace inganni

@@ -32,6 +32,14 @@ void esegue(const char *istruzione, const QVariantList &valori)
 void apre(const Posto &posto)
 {
     ApriArchivio(posto.archivio());
+    const auto impostazione = [](const char *quale) {
+        return connessione().valore({QString::fromUtf8(quale), {}, {}}).toString();
+    };
+    constexpr auto pieno = "2";
+    if (impostazione("PRAGMA synchronous") != QLatin1String(pieno) ||
+        impostazione("PRAGMA journal_mode") != QLatin1String("delete"))
+        throw ado::Errore(ado::Causa::Altro,
+                          QStringLiteral("il motore non porta sul disco ciò che scrive"));
 }
 
 void chiude()

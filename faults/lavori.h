@@ -25,6 +25,7 @@ QString allega(const Posto &posto, const QString &nome);
 void compatta(const Posto &posto);
 void copia(const Posto &posto);
 void recupera(const Posto &posto);
+// Rifiuta anche un motore che non porta sul disco ciò che scrive.
 void apre(const Posto &posto);
 void chiude();
 

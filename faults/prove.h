@@ -20,6 +20,7 @@ struct Giro {
 int uccisioni(Giro &giro);
 int chiamate(Giro &giro);
 int discoPieno(Giro &giro);
+int giornali(Giro &giro);
 int dueProgrammi(Giro &giro);
 int danneggiati(Giro &giro);
 

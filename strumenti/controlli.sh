@@ -9,17 +9,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 esito=0
 
-sorgenti()
-{
-    git ls-files -z --cached --others --exclude-standard -- "$@"
-}
-
-echo "Format:"
-sorgenti '*.cpp' '*.h' | xargs -0 -r clang-format-14 --dry-run -Werror || esito=1
-
-echo "Floors:"
-strumenti/piani.py --prova || esito=1
-strumenti/piani.py || esito=1
+strumenti/stile.sh || esito=1
 
 echo "Lint:"
 strumenti/lint.py "$@" || esito=1

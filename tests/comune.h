@@ -11,6 +11,13 @@
 using namespace Qt::StringLiterals;
 using namespace modTarvola;
 
+// Quante volte una prova che va a caso ripete: poche, o quante ne dice TARVOLA_GUASTI, con cui
+// faults.sh le fa andare fino in fondo.
+inline int volte(int poche)
+{
+    return qMax(poche, qEnvironmentVariableIntValue("TARVOLA_GUASTI"));
+}
+
 // Un archivio nuovo, nato dal modello in una cartella che sparisce con lui, e reso corrente. I
 // valori condivisi che riguardano gli archivi ripartono da capo.
 class ArchivioDiProva

@@ -187,7 +187,8 @@ private slots:
     {
         const QString uno = archivio->accanto(u"uno.tvd"_s);
         const QString altro = archivio->accanto(u"altro.tvd"_s);
-        for (quint32 seme = 0; seme < 320; ++seme) {
+        const auto semi = static_cast<quint32>(volte(60));
+        for (quint32 seme = 0; seme < semi; ++seme) {
             for (const QString &copia : {uno, altro}) {
                 QFile::remove(copia);
                 QVERIFY(QFile::copy(archivio->percorso(), copia));

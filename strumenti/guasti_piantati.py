@@ -1,0 +1,192 @@
+#!/usr/bin/env python3
+"""Plants faults in a copy of the tree, one at a time, and sees whether what should find them does.
+
+Usage: strumenti/guasti_piantati.py [--custodia | --stanze] [--prima N]
+  --custodia  only the faults of keeping files, which the programme of faults must find
+  --stanze    only those of the rooms, which the tests of the room must find
+  --prima N   only the first N of each
+
+Each fault is an edit of one source, built with the "lavoro" preset in build/piantati and run.
+Prints a line for each; ends with status 1 when one passes unseen, 2 when a fault has no place any
+more in the sources or what finds it fails without it.
+"""
+
+import argparse
+import os
+import shutil
+import subprocess
+import sys
+from pathlib import Path
+
+RADICE = Path(__file__).resolve().parent.parent
+ALBERO = RADICE / "build/piantati"
+COSTRUITO = ALBERO / "build/lavoro"
+SECONDI = 600
+
+# Nome, sorgente, ciò che dice, ciò che direbbe sbagliato.
+CUSTODIA = [
+    ("a copy is not synced", "platform/disco/provvisorio.cpp",
+     "    if (::fsync(*a) != 0)\n        fallisci(nuovo, errno);\n", ""),
+    # Il motore porta sul disco anche da sé il file in cui compatta, finché non gli si dice di no.
+    ("a compact copy is not synced", "platform/motore/jro.cpp",
+     ("    provvisorio::avanza(passo, attesi, attesi);\n    provvisorio::sincronizza(nuovo);\n",
+      "            origine.Execute({QStringLiteral(\"VACUUM"),
+     ("    provvisorio::avanza(passo, attesi, attesi);\n",
+      "            origine.Execute({QStringLiteral(\"PRAGMA synchronous = OFF\"), {}, {}});\n"
+      "            origine.Execute({QStringLiteral(\"VACUUM")),
+    ("the engine does not sync", "platform/motore/ado.cpp",
+     "PRAGMA synchronous = FULL", "PRAGMA synchronous = OFF"),
+    ("the check of a copy is skipped", "platform/motore/jro.cpp",
+     'if (esito != QStringLiteral("ok"))', 'if (esito.isNull())'),
+    ("a save is two commits", "faults/lavori.cpp",
+     "    CollegaOperatore(connessione(), QStringLiteral(\"O1\"), codice);\n"
+     "    transazione.conferma();\n",
+     "    transazione.conferma();\n"
+     "    CollegaOperatore(connessione(), QStringLiteral(\"O1\"), codice);\n"),
+    ("a journal is left at restore", "db/custodia.cpp",
+     "    togliGiornale(arrivo);\n    nuovo.prendeIlPosto(suo, soloSeLibera);\n}\n\nvoid scosta",
+     "    nuovo.prendeIlPosto(suo, soloSeLibera);\n}\n\nvoid scosta"),
+]
+
+# Come sopra, e la prova della stanza che deve accorgersene.
+STANZE = [
+    ("wrong comparison of pages", "platform/lingua/italiano.cpp",
+     "decimali.front() >= u'5'", "decimali.front() > u'5'", "tst_italiano"),
+    ("off by one in the first year", "platform/lingua/italiano.cpp",
+     "data.year() < annoMinimo", "data.year() <= annoMinimo", "tst_italiano"),
+    ("hours take the wrong day", "platform/lingua/italiano.cpp",
+     "QDate(1899, 12, 30)", "QDate(1899, 12, 31)", "tst_italiano"),
+    ("date and time cut at the wrong place", "platform/lingua/italiano.cpp",
+     "ridotto.mid(taglio + 1)", "ridotto.mid(taglio + 2)", "tst_italiano"),
+    ("lists sorted the wrong way", "db/elenco.cpp",
+     "uno.toDouble() < altro.toDouble()", "uno.toDouble() > altro.toDouble()", "tst_elenchi"),
+    ("empty values sorted last", "db/elenco.cpp",
+     "return specie(uno) < specie(altro)", "return specie(uno) > specie(altro)", "tst_elenchi"),
+    ("a record not found is the first", "db/elenco.cpp",
+     "chiave.toLongLong() : -1", "chiave.toLongLong() : 0", "tst_elenchi"),
+    ("a code given twice", "db/codici.cpp",
+     "QString::number(massimo.toLongLong() + 1)", "QString::number(massimo.toLongLong())",
+     "tst_dati"),
+    ("the last code is refused late", "db/codici.cpp",
+     "massimo.toLongLong() >= std::numeric_limits<qint32>::max()",
+     "massimo.toLongLong() > std::numeric_limits<qint32>::max()", "tst_dati"),
+    ("swapped columns of the operator's link", "db/codici.cpp",
+     "{operatore, record}", "{record, operatore}", "tst_editori"),
+    ("a transaction is not rolled back", "platform/motore/transazione.cpp",
+     'QStringLiteral("ROLLBACK")', 'QStringLiteral("COMMIT")', "tst_dati"),
+    ("a transaction is not exclusive", "platform/motore/transazione.cpp",
+     'QStringLiteral("BEGIN IMMEDIATE")', 'QStringLiteral("BEGIN")', "tst_dati"),
+    ("one spouse is enough", "db/famiglie.cpp",
+     "return principale && coniuge;", "return principale || coniuge;", "tst_famiglie"),
+    ("a member twice in a couple", "db/famiglie.cpp",
+     "if (inserito == ruolo)", "if (inserito != ruolo)", "tst_famiglie"),
+    ("owner and name of an attachment swapped", "db/binari.cpp",
+     "file.proprietario, file.nome,", "file.nome, file.proprietario,", "tst_allegati"),
+    ("a file with a name taken is overwritten", "platform/disco/shell.cpp",
+     "for (int numero = 2; preso(candidato); ++numero)",
+     "for (int numero = 2; numero < 2; ++numero)", "tst_custodia"),
+    ("a newer file opens", "db/custodia.cpp",
+     "    rifiutaPiuNuovo(connessione, versioneSchema);\n", "", "tst_custodia"),
+    ("a skipped step of deletion", "db/eliminazione.cpp",
+     "coppieSenzaFamiglia{{u\"FamiglieConiugi\", u\"FamiglieGenitori\"}",
+     "coppieSenzaFamiglia{{u\"FamiglieConiugi\"}", "tst_eliminazione"),
+    ("days of the earlier format keep their hour", "db/corrispondenza.cpp",
+     'colonna.startsWith(QStringLiteral("Data")', 'colonna.startsWith(QStringLiteral("Dato")',
+     "tst_conversione"),
+    ("tables of a copy are not compared", "platform/motore/jro.cpp",
+     "if (tabelle != tabelleDi(copia))", "if (tabelle.isEmpty())", "tst_custodia"),
+]
+
+
+def esegue(comando, **altro):
+    """Runs a command in the copy; returns whether it ended well, and what it said."""
+    try:
+        esito = subprocess.run(
+            comando, cwd=ALBERO, capture_output=True, text=True, timeout=SECONDI, check=False, **altro
+        )
+    except subprocess.TimeoutExpired:
+        return False, "it does not end"
+    return esito.returncode == 0, esito.stdout + esito.stderr
+
+
+def copia_albero():
+    """Makes the copy like the tree; files that have not changed keep their dates."""
+    nomi = subprocess.run(
+        ["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"],
+        cwd=RADICE, capture_output=True, text=True, check=True,
+    ).stdout.split("\0")
+    for nome in filter(None, nomi):
+        da, a = RADICE / nome, ALBERO / nome
+        if da.is_file() and not (a.is_file() and a.read_bytes() == da.read_bytes()):
+            a.parent.mkdir(parents=True, exist_ok=True)
+            shutil.copy(da, a)
+    presenti = set(filter(None, nomi))
+    for file in ALBERO.rglob("*.[ch]*"):
+        nome = file.relative_to(ALBERO).as_posix()
+        if not nome.startswith("build/") and file.is_file() and nome not in presenti:
+            file.unlink()
+
+
+def trova(chi):
+    """Builds and runs what should find a fault; returns (built, found nothing)."""
+    costruito, detto = esegue(["cmake", "--build", "--preset", "lavoro", "--target", chi])
+    if not costruito:
+        return False, detto
+    if chi == "guasti":
+        return True, esegue([COSTRUITO / "faults/guasti", "8", "1"])[0]
+    prova = COSTRUITO / "tests/cartelle" / chi / chi
+    return True, esegue([prova], env={**os.environ, "QT_QPA_PLATFORM": "offscreen"})[0]
+
+
+def pianta(guasto, chi):
+    """Plants one fault, looks for it and takes it away; returns what happened in a word."""
+    _, sorgente, giusto, sbagliato = guasto[:4]
+    file = ALBERO / sorgente
+    testo = guasto_testo = file.read_text()
+    coppie = [(giusto, sbagliato)] if isinstance(giusto, str) else zip(giusto, sbagliato)
+    for prima, dopo in coppie:
+        if guasto_testo.count(prima) != 1:
+            return "NO PLACE"
+        guasto_testo = guasto_testo.replace(prima, dopo)
+    file.write_text(guasto_testo)
+    try:
+        costruito, sano = trova(chi)
+    finally:
+        file.write_text(testo)
+    if not costruito:
+        return "NOT BUILT"
+    return "PASSED UNSEEN" if sano else "caught"
+
+
+def main():
+    lettore = argparse.ArgumentParser(
+        description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter
+    )
+    lettore.add_argument("--custodia", action="store_true")
+    lettore.add_argument("--stanze", action="store_true")
+    lettore.add_argument("--prima", type=int)
+    scelte = lettore.parse_args()
+    tutti = not scelte.custodia and not scelte.stanze
+    guasti = [(uno, "guasti") for uno in CUSTODIA[: scelte.prima] if tutti or scelte.custodia]
+    guasti += [(uno, uno[4]) for uno in STANZE[: scelte.prima] if tutti or scelte.stanze]
+
+    copia_albero()
+    fatto, detto = esegue(["cmake", "--preset", "lavoro", "--log-level=WARNING"])
+    if not fatto:
+        sys.exit(detto)
+    for chi in dict.fromkeys(chi for _, chi in guasti):
+        costruito, sano = trova(chi)
+        if not costruito or sano is not True:
+            print(f"{chi} fails without any fault." if costruito else sano)
+            return 2
+    esiti = []
+    for guasto, chi in guasti:
+        esiti.append(pianta(guasto, chi))
+        print(f"{esiti[-1]:14} {chi:18} {guasto[0]} ({guasto[1]})", flush=True)
+    print(f"Planted faults: {esiti.count('caught')} caught of {len(esiti)}.")
+    senza_posto = esiti.count("NO PLACE") + esiti.count("NOT BUILT")
+    return 2 if senza_posto else 1 if "PASSED UNSEEN" in esiti else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
