@@ -84,7 +84,7 @@ STANZE = [
      "file.proprietario, file.nome,", "file.nome, file.proprietario,", "tst_allegati"),
     ("a file with a name taken is overwritten", "platform/disco/shell.cpp",
      "for (int numero = 2; preso(candidato); ++numero)",
-     "for (int numero = 2; numero < 2; ++numero)", "tst_custodia"),
+     "for (int numero = 2; numero < 2 && preso(candidato); ++numero)", "tst_custodia"),
     ("a newer file opens", "db/custodia.cpp",
      "    rifiutaPiuNuovo(connessione, versioneSchema);\n", "", "tst_custodia"),
     ("a skipped step of deletion", "db/eliminazione.cpp",
