@@ -1,6 +1,7 @@
 #include "app/MDITras.h"
 
 #include "app/aiuto.h"
+#include "app/apre_record.h"
 #include "app/area.h"
 #include "app/fmChiudi.h"
 #include "contesto/contesto.h"
@@ -20,6 +21,12 @@ using namespace modTarvola;
 
 MDITras::MDITras()
     : m_area(new Area(this)),
+      m_schede(
+          m_area,
+          [this](QMdiSubWindow *finestra) {
+              m_area->colloca(finestra, QStringLiteral("fmScheda"));
+          },
+          [this](const fmScheda &pagina, const QString &codice) { apreRecord(pagina, codice); }),
       m_menu(this, {[this](VoceFile voce) { SubFileItem_Click(voce); },
                     [this](VoceFinestre voce) { SubFinestreItem_Click(voce); },
                     [this](VoceAiuto voce) { SubAiutoItem_Click(voce); }}),
@@ -32,7 +39,7 @@ MDITras::MDITras()
               proprieta.ConOperatore = contesto().OperatoreCorrente;
               apre(proprieta);
           },
-          [this](const ado::Connection *connessione) { chiudeFinestre(connessione); }),
+          [this](const ado::Connection *connessione) { return chiudeFinestre(connessione); }),
       m_custodia(this, m_archivi)
 {
     avviaContesto();
@@ -68,7 +75,12 @@ void MDITras::attivata(QMdiSubWindow *finestra)
         return;
     m_attiva = finestra;
     auto *tabella = finestra == nullptr ? nullptr : qobject_cast<fmTabella *>(finestra->widget());
-    mostraMenu(tabella == nullptr ? QList<QMenu *>() : tabella->menu());
+    auto *scheda = finestra == nullptr ? nullptr : qobject_cast<fmScheda *>(finestra->widget());
+    mostraMenu(tabella != nullptr  ? tabella->menu()
+               : scheda != nullptr ? scheda->menu()
+                                   : QList<QMenu *>());
+    if (scheda != nullptr)
+        messaggi::protetto(this, [scheda] { scheda->Form_Activate(); });
     if (tabella != nullptr)
         messaggi::protetto(this, [tabella] { tabella->Form_Activate(); });
 }
@@ -87,7 +99,9 @@ QList<fmTabella *> MDITras::visualizzatori() const
 fmTabella *MDITras::apre(const ProprietaTabella &proprieta)
 {
     auto tabella = std::make_unique<fmTabella>(
-        proprieta, ServiziTabella{[this](const ProprietaTabella &altra) { apre(altra); }, {}},
+        proprieta,
+        ServiziTabella{[this](const ProprietaTabella &altra) { apre(altra); },
+                       [this](const GenereElenco &genere) { return m_schede.comandi(genere); }},
         this);
     tabella->Form_Load();
     QMdiSubWindow *finestra = m_area->addSubWindow(tabella.release());
@@ -100,8 +114,15 @@ fmTabella *MDITras::apre(const ProprietaTabella &proprieta)
     return qobject_cast<fmTabella *>(finestra->widget());
 }
 
-void MDITras::chiudeFinestre(const ado::Connection *connessione)
+bool MDITras::chiudeFinestre(const ado::Connection *connessione)
 {
+    if (!m_schede.possonoChiudersi(connessione))
+        return false;
+    const QList<fmScheda *> schede = m_schede.aperte();
+    for (const fmScheda *scheda : schede) {
+        if (scheda->usa(connessione))
+            delete scheda->parentWidget();
+    }
     if (std::exchange(m_chiusiDiPrima, false))
         m_chiusi.clear();
     const auto finestre = m_area->subWindowList(QMdiArea::StackingOrder);
@@ -114,6 +135,13 @@ void MDITras::chiudeFinestre(const ado::Connection *connessione)
     }
     m_menu.offreRiapertura(!m_chiusi.empty());
     attivata(m_area->currentSubWindow());
+    return true;
+}
+
+// Un record della pagina nel suo editore, come lo aprirebbe il suo elenco.
+void MDITras::apreRecord(const fmScheda &pagina, const QString &codice)
+{
+    apreNelSuoEditore(this, pagina.proprieta, codice);
 }
 
 // Di un file che non c'è più non c'è nulla da riaprire.
@@ -275,7 +303,7 @@ void MDITras::closeEvent(QCloseEvent *evento)
     int scelta = fmChiudi(this).chiede();
     for (; scelta == ChiusuraBackUp; scelta = fmChiudi(this).chiede())
         SubFileItem_Click(VoceFile::BackUp);
-    evento->setAccepted(scelta == ChiusuraChiudi);
+    evento->setAccepted(scelta == ChiusuraChiudi && m_schede.possonoChiudersi(nullptr));
     if (evento->isAccepted())
         m_area->ricordaPosti();
 }

@@ -3,6 +3,7 @@
 #include "app/archivi_file.h"
 #include "app/custodia.h"
 #include "app/menu.h"
+#include "app/schede.h"
 #include "browser/fmTabella.h"
 
 #include <QMainWindow>
@@ -37,7 +38,8 @@ protected:
 private:
     void mostraMenu(const QList<QMenu *> &propri);
     void attivata(QMdiSubWindow *finestra);
-    void chiudeFinestre(const ado::Connection *connessione);
+    bool chiudeFinestre(const ado::Connection *connessione);
+    void apreRecord(const fmScheda &pagina, const QString &codice);
     void nuovo();
     void backUp();
     void riapreElenchi();
@@ -47,6 +49,7 @@ private:
     void mostra();
 
     Area *m_area;
+    Schede m_schede;
     MenuComuni m_menu;
     QPointer<QMdiSubWindow> m_attiva;
     // Gli elenchi che l'ultimo comando su un file aperto ha chiuso con lui.

@@ -51,7 +51,7 @@ QString fileEsistente(const QString &percorso)
 } // namespace
 
 ArchiviFile::ArchiviFile(QWidget *finestra, std::function<void()> apreArchivi,
-                         std::function<void(const ado::Connection *)> chiudeFinestre)
+                         std::function<bool(const ado::Connection *)> chiudeFinestre)
     : m_finestra(finestra),
       m_apreArchivi(std::move(apreArchivi)),
       m_chiudeFinestre(std::move(chiudeFinestre))
@@ -168,7 +168,8 @@ long ArchiviFile::ChiudiSeInUso(const QString &percorso)
                               QStringLiteral("\nè attualmente in uso, se si procede sarà chiuso"
                                              "\ncon tutte le finestre ad esso collegate")))
         return tenutoAperto;
-    m_chiudeFinestre(&sua);
+    if (!m_chiudeFinestre(&sua))
+        return tenutoAperto;
     sua.Close();
     return posto;
 }

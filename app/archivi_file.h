@@ -11,9 +11,9 @@ class ArchiviFile
 {
 public:
     // `apreArchivi` mostra gli archivi del file corrente; `chiudeFinestre` chiude i visualizzatori
-    // che leggono da una connessione.
+    // che leggono da una connessione; falso se uno deve restare aperto.
     ArchiviFile(QWidget *finestra, std::function<void()> apreArchivi,
-                std::function<void(const ado::Connection *)> chiudeFinestre);
+                std::function<bool(const ado::Connection *)> chiudeFinestre);
 
     void apre();
     void nuovo();
@@ -37,5 +37,5 @@ private:
 
     QWidget *m_finestra;
     std::function<void()> m_apreArchivi;
-    std::function<void(const ado::Connection *)> m_chiudeFinestre;
+    std::function<bool(const ado::Connection *)> m_chiudeFinestre;
 };

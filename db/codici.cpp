@@ -1,6 +1,7 @@
 #include "db/codici.h"
 
 #include "db/schema.h"
+#include "db/tabelle.h"
 
 #include <limits>
 
@@ -53,6 +54,23 @@ int TipoRegistro(ado::Connection &connessione, const QString &registro)
 {
     return connessione
         .valore({QStringLiteral("SELECT Tipo FROM Registri WHERE Codice = ?"), {registro}, {}})
+        .toInt();
+}
+
+int GenereDi(ado::Connection &connessione, const QString &codice)
+{
+    const catalogo::Tabella *tabella = catalogo::diCodice(codice);
+    if (tabella == nullptr)
+        return 0;
+    const QString colonna =
+        tabella->colonna(u"Tipo") != nullptr ? QStringLiteral("Tipo") : QStringLiteral("Ruolo");
+    if (tabella->colonna(colonna) == nullptr)
+        return 0;
+    return connessione
+        .valore({QStringLiteral("SELECT %1 FROM %2 WHERE Codice = ?")
+                     .arg(colonna, tabella->nome.toString()),
+                 {codice},
+                 {}})
         .toInt();
 }
 

@@ -18,6 +18,8 @@ void CollegaOperatore(ado::Connection &connessione, const QString &operatore,
 int TipoRegistroDiVoce(ado::Connection &connessione, const QString &voce);
 // Il tipo di un registro; 0 se non c'è.
 int TipoRegistro(ado::Connection &connessione, const QString &registro);
+// Il genere di un record che ne ha uno (Tipo, o Ruolo di individui e famiglie); 0 se non c'è.
+int GenereDi(ado::Connection &connessione, const QString &codice);
 // L'etichetta di un genere nella colonna data di Traduzioni; vuota se non c'è.
 QString EtichettaTraduzione(ado::Connection &connessione, const QString &colonna, int genere);
 // Vero se il codice è di un record che c'è.

@@ -6,10 +6,13 @@
 #include "app/fmGuida.h"
 #include "app/fmLogin.h"
 #include "app/MDITras.h"
+#include "atti/fmScheda.h"
 #include "browser/fmVisualizza.h"
 #include "contesto/contesto.h"
 #include "contesto/finestre.h"
 #include "db/connessioni.h"
+#include "db/generi.h"
+#include "db/registro_atti.h"
 #include "platform/elaboratore/finestra_ortografia.h"
 #include "platform/finestre/avanzamento.h"
 #include "platform/finestre/messaggi.h"
@@ -193,6 +196,31 @@ void elenchi(MDITras &principale, ProprietaTabella elenco)
     }
 }
 
+// Le pagine: un atto per ogni tipo di registro, e uno nuovo.
+void schede(QWidget *sopra, const QString &archivio)
+{
+    const auto pagina = [&](const QString &nome, const QString &registro, const QString &voce) {
+        ProprietaScheda proprieta;
+        proprieta.Percorso = archivio;
+        proprieta.RegistroLocale = registro;
+        proprieta.VoceLocale = voce;
+        fmScheda scheda(proprieta, sopra);
+        scheda.Form_Load();
+        scheda.setWindowFlag(Qt::Window);
+        scheda.resize(1260, 690);
+        scheda.show();
+        fotografa(scheda, u"fmScheda "_s + nome);
+    };
+    for (const int tipo : {RegistroBattesimi, RegistroMatrimoni, RegistroMorti}) {
+        ado::Recordset atti;
+        atti.Open(attiDiTipo(tipo), connessione(), ado::adLockReadOnly);
+        if (atti.Bof())
+            continue;
+        pagina(QString::number(tipo), atti.Testo(u"Registro"_s), atti.Testo(u"Codice"_s));
+        pagina(QString::number(tipo) + u" nuova"_s, atti.Testo(u"Registro"_s), {});
+    }
+}
+
 void finestre(const QString &archivio, const QString &guida)
 {
     MDITras principale;
@@ -207,6 +235,7 @@ void finestre(const QString &archivio, const QString &guida)
     elenchi(principale, elenco);
     editori(&principale);
     dialoghi(&principale);
+    schede(&principale, archivio);
     fmGuida manuale(guida, &principale);
     manuale.vai(u"htm/inizio.htm"_s);
     manuale.show();
@@ -254,8 +283,8 @@ int main(int argc, char **argv)
     if (argomenti.size() < 4) {
         QTextStream(stderr)
             << "Usage: provini ARCHIVE.tvd GUIDE-FOLDER SHEET.png [light|dark] [POINTS]\n"
-               "Writes a sheet with a picture of every window. QT_SCALE_FACTOR gives the "
-               "density.\n";
+               "Writes a sheet with a picture of every window, and each by itself into the folder "
+               "PROVINI where that is set. QT_SCALE_FACTOR gives the density.\n";
         return 2;
     }
     if (argomenti.value(4) == u"dark"_s)
@@ -271,6 +300,11 @@ int main(int argc, char **argv)
     } catch (const ado::Errore &errore) {
         QTextStream(stderr) << errore.testo() << '\n';
         return 1;
+    }
+    const QString cartella = qEnvironmentVariable("PROVINI");
+    for (const Provino &provino : provini()) {
+        if (!cartella.isEmpty())
+            provino.immagine.save(cartella + u'/' + provino.nome + u".png"_s);
     }
     return foglio().save(argomenti.at(3)) ? 0 : 1;
 }

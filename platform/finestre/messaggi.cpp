@@ -56,6 +56,20 @@ bool avverte(QWidget *sopra, const QString &testo)
                   QMessageBox::Cancel, QMessageBox::Cancel) == QMessageBox::Retry;
 }
 
+Scelta salva(QWidget *sopra, const QString &testo)
+{
+    switch (mostra(sopra, testo, QMessageBox::Question,
+                   QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel,
+                   QMessageBox::Save, QMessageBox::Cancel)) {
+    case QMessageBox::Save:
+        return Salva;
+    case QMessageBox::Discard:
+        return Abbandona;
+    default:
+        return Annulla;
+    }
+}
+
 void riferisceErrore(QWidget *sopra, const QString &motivo)
 {
     avvisa(sopra, QStringLiteral("Operazione non riuscita:\n") + motivo);

@@ -18,6 +18,9 @@ enum class Domanda { Semplice, ColSegno, PropostoNo };
 bool chiede(QWidget *sopra, const QString &testo, Domanda domanda = Domanda::Semplice);
 // Un avvertimento grave con "Riprova" e "Annulla"; "Annulla" è il predefinito. Vero se si procede.
 bool avverte(QWidget *sopra, const QString &testo);
+// Una domanda con "Salva", "Non salvare" e "Annulla"; chiudere è "Annulla".
+enum Scelta { Salva, Abbandona, Annulla };
+Scelta salva(QWidget *sopra, const QString &testo);
 // Il messaggio di un'operazione che il motore ha rifiutato.
 void riferisceErrore(QWidget *sopra, const QString &motivo);
 

@@ -1,0 +1,111 @@
+#include "app/schede.h"
+
+#include "browser/fmTabella.h"
+#include "db/connessioni.h"
+#include "db/registro_atti.h"
+#include "platform/finestre/messaggi.h"
+
+#include <QMdiSubWindow>
+
+#include <algorithm>
+
+using namespace modTarvola;
+
+Schede::Schede(QMdiArea *area, std::function<void(QMdiSubWindow *)> colloca,
+               std::function<void(const fmScheda &, const QString &)> apreRecord)
+    : m_area(area), m_colloca(std::move(colloca)), m_apreRecord(std::move(apreRecord))
+{
+}
+
+std::vector<ComandoElenco> Schede::comandi(const GenereElenco &genere)
+{
+    const auto conRighe = [](const fmTabella &elenco) { return !elenco.vuota(); };
+    const QString icona = QStringLiteral(":/icone/scheda.svg");
+    switch (genere.livello) {
+    case Livello::Archivio:
+        return {};
+    case Livello::Registro:
+        return {{QObject::tr("Trascrivi"), icona, Qt::Key_F4, true,
+                 [this](fmTabella &elenco) { apreDa(elenco, elenco.codiceCorrente(), {}); },
+                 conRighe}};
+    case Livello::Voce:
+        return {
+            {QObject::tr("Scheda"), icona, Qt::Key_F4, true,
+             [this](fmTabella &elenco) { apreDa(elenco, {}, elenco.codiceCorrente()); }, conRighe},
+            {QObject::tr("Nuova scheda"), icona, Qt::SHIFT | Qt::Key_F4, false,
+             [this](fmTabella &elenco) {
+                 QString registro = elenco.proprieta.RegistroLocale;
+                 if (registro.isEmpty())
+                     registro = elenco.campoCorrente(QStringLiteral("Registro")).toString();
+                 if (registro.isEmpty())
+                     messaggi::avvisa(&elenco, QObject::tr("Una voce sta in un registro: scegliere "
+                                                           "prima il registro nel suo elenco"));
+                 else
+                     apreDa(elenco, registro, {});
+             }}};
+    case Livello::Dipendente:
+        break;
+    }
+    return {{QObject::tr("Scheda dell'atto"), icona, Qt::Key_F4, true,
+             [this](fmTabella &elenco) {
+                 const QString atto = attoDi(connessione(), elenco.codiceCorrente());
+                 if (atto.isEmpty())
+                     messaggi::avvisa(&elenco, QObject::tr("Questa riga non è di nessun atto"));
+                 else
+                     apreDa(elenco, {}, atto);
+             },
+             conRighe}};
+}
+
+void Schede::apreDa(fmTabella &elenco, const QString &registro, const QString &voce)
+{
+    ProprietaScheda nuova;
+    nuova.Percorso = elenco.proprieta.Percorso;
+    nuova.ConOperatore = elenco.proprieta.ConOperatore;
+    nuova.RegistroLocale = registro;
+    nuova.VoceLocale = voce;
+    apre(nuova);
+}
+
+void Schede::apre(const ProprietaScheda &proprieta)
+{
+    const QList<fmScheda *> tutte = aperte();
+    const auto gia = std::find_if(tutte.begin(), tutte.end(), [&](const fmScheda *una) {
+        return !proprieta.VoceLocale.isEmpty() &&
+               una->proprieta.VoceLocale.compare(proprieta.VoceLocale, Qt::CaseInsensitive) == 0 &&
+               una->usa(&connessione());
+    });
+    if (gia != tutte.end()) {
+        m_area->setActiveSubWindow(qobject_cast<QMdiSubWindow *>((*gia)->parentWidget()));
+        return;
+    }
+    auto scheda = std::make_unique<fmScheda>(proprieta, m_area->window());
+    scheda->apreRecord = [this, pagina = scheda.get()](const QString &codice) {
+        m_apreRecord(*pagina, codice);
+    };
+    scheda->Form_Load();
+    QMdiSubWindow *finestra = m_area->addSubWindow(scheda.release());
+    finestra->setAttribute(Qt::WA_DeleteOnClose);
+    finestra->setWindowIcon(finestra->widget()->windowIcon());
+    m_colloca(finestra);
+    qobject_cast<fmScheda *>(finestra->widget())->comincia();
+}
+
+QList<fmScheda *> Schede::aperte() const
+{
+    QList<fmScheda *> tutte;
+    const auto finestre = m_area->subWindowList();
+    for (const QMdiSubWindow *finestra : finestre) {
+        if (auto *scheda = qobject_cast<fmScheda *>(finestra->widget()))
+            tutte.append(scheda);
+    }
+    return tutte;
+}
+
+bool Schede::possonoChiudersi(const ado::Connection *connessione) const
+{
+    const QList<fmScheda *> tutte = aperte();
+    return std::all_of(tutte.begin(), tutte.end(), [&](fmScheda *una) {
+        return (connessione != nullptr && !una->usa(connessione)) || una->puoChiudersi();
+    });
+}

@@ -1,0 +1,121 @@
+#include "atti/campo.h"
+
+#include "atti/caselle_pagina.h"
+#include "db/tabelle.h"
+#include "editors/casella_genere.h"
+
+#include <QLabel>
+#include <QLineEdit>
+
+using namespace modTarvola;
+
+namespace
+{
+
+Casella *nuova(const QString &tabella, const QString &campo, QWidget *sopra)
+{
+    const DescrizioneCampo sua = campoDi(tabella, campo);
+    switch (sua.formato) {
+    case catalogo::Formato::Data:
+    case catalogo::Formato::DataEstesa:
+        return new CasellaGiorno(sua, sopra);
+    case catalogo::Formato::Ora:
+        return new CasellaOraBreve(sua, sopra);
+    case catalogo::Formato::Scelta:
+        return new CasellaLettera(sua, sopra);
+    default:
+        return nuovaCasella(sua, sopra);
+    }
+}
+
+} // namespace
+
+Campo::Campo(scheda::Indirizzo dato, const QString &tabella, const QString &chi, QWidget *sopra)
+    : QObject(sopra),
+      dove(std::move(dato)),
+      m_casella(nuova(tabella, dove.campo, sopra)),
+      m_didascalia(new QLabel(m_casella->descrizione().etichetta, sopra))
+{
+    m_didascalia->setTextFormat(Qt::PlainText);
+    m_didascalia->setBuddy(fuoco());
+    m_didascalia->setForegroundRole(QPalette::PlaceholderText);
+    chiama(chi);
+    connect(m_casella, &Casella::cambiata, this, [this] {
+        segna({});
+        passa(Scritto);
+        emit cambiato();
+    });
+}
+
+void Campo::chiama(const QString &chi)
+{
+    m_nome = chi + QStringLiteral(": ") + m_casella->descrizione().etichetta;
+    m_casella->chiama(m_nome);
+}
+
+QString Campo::testo() const
+{
+    const auto *riga = qobject_cast<const QLineEdit *>(fuoco());
+    return riga == nullptr ? QString() : riga->text();
+}
+
+void Campo::mostra(const QVariant &valore)
+{
+    m_nelRecord = valore;
+    m_casella->mostra(valore);
+    segna({});
+    passa(Mostrato);
+}
+
+void Campo::propone(const QVariant &valore)
+{
+    if (m_stato == Scritto || (m_stato == Mostrato && !vuoto()) ||
+        valore.toString().trimmed().isEmpty())
+        return;
+    m_casella->mostra(valore);
+    passa(Proposto);
+}
+
+void Campo::ritira()
+{
+    if (m_stato == Proposto)
+        mostra(m_nelRecord);
+}
+
+void Campo::scrive(const QVariant &valore)
+{
+    m_casella->mostra(valore);
+    segna({});
+    passa(Scritto);
+    emit cambiato();
+}
+
+// Il colore e il carattere di una proposta sono quelli di ciò che non è ancora scritto.
+void Campo::passa(Stato stato)
+{
+    m_stato = stato;
+    QWidget *parte = fuoco();
+    QFont carattere = parte->font();
+    carattere.setItalic(stato == Proposto);
+    parte->setFont(carattere);
+    QPalette colori = fuoco()->parentWidget()->palette();
+    if (stato == Proposto)
+        colori.setColor(QPalette::Text, colori.color(QPalette::PlaceholderText));
+    parte->setPalette(colori);
+    if (m_motivo.isEmpty())
+        parte->setAccessibleDescription(stato == Proposto ? tr("proposta, non ancora scritta")
+                                                          : QString());
+}
+
+void Campo::segna(const QString &motivo)
+{
+    if (motivo == m_motivo)
+        return;
+    m_motivo = motivo;
+    fuoco()->setAccessibleDescription(motivo);
+    fuoco()->setToolTip(motivo.toHtmlEscaped());
+    fuoco()->setProperty("rifiutata", !motivo.isEmpty());
+    fuoco()->setStyleSheet(motivo.isEmpty()
+                               ? QString()
+                               : QStringLiteral("border: 1px solid #c0392b; border-radius: 2px;"));
+}

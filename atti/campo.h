@@ -1,0 +1,61 @@
+#pragma once
+
+#include "db/scheda_atto.h"
+#include "editors/casella.h"
+
+class QLabel;
+
+// Una casella della pagina con la sua didascalia: sa dove sta nell'atto, e se ciò che mostra è
+// stato scritto o soltanto proposto. Una proposta si distingue da ciò che è scritto, la prima
+// lettera la conferma o la cambia, e chi non vede la sente dire.
+class Campo : public QObject
+{
+    Q_OBJECT
+
+public:
+    // `tabella` è quella della colonna; `chi` il posto come si dice ("Padrino/Madrina 2").
+    Campo(modTarvola::scheda::Indirizzo dove, const QString &tabella, const QString &chi,
+          QWidget *sopra);
+
+    modTarvola::scheda::Indirizzo dove;
+    modTarvola::scheda::Uso uso = modTarvola::scheda::Uso::Mostrata;
+
+    Casella *casella() const { return m_casella; }
+    QLabel *didascalia() const { return m_didascalia; }
+    QWidget *fuoco() const { return m_casella->parte(); }
+    // Come la casella si chiama per chi la sente: "Padre: Cognome".
+    const QString &nome() const { return m_nome; }
+    void chiama(const QString &chi);
+
+    // Mostra un valore dell'atto; nessuno l'ha toccato.
+    void mostra(const QVariant &valore);
+    // Mette un valore che si registrerà se nessuno lo cambia. Non tocca ciò che è stato scritto.
+    void propone(const QVariant &valore);
+    // Toglie la proposta, se c'è.
+    void ritira();
+    // Mette un valore come se lo avesse scritto chi trascrive.
+    void scrive(const QVariant &valore);
+
+    bool proposto() const { return m_stato == Proposto; }
+    bool scritto() const { return m_stato == Scritto; }
+    bool vuoto() const { return m_casella->vuota(); }
+    QVariant valore() const { return m_casella->valore(); }
+    QString testo() const;
+    // Segna la casella col motivo per cui non va, o toglie il segno.
+    void segna(const QString &motivo);
+
+signals:
+    // Chi trascrive ha cambiato la casella.
+    void cambiato();
+
+private:
+    enum Stato { Mostrato, Proposto, Scritto };
+    void passa(Stato stato);
+
+    Casella *m_casella;
+    QLabel *m_didascalia;
+    QString m_nome;
+    QString m_motivo;
+    QVariant m_nelRecord;
+    Stato m_stato = Mostrato;
+};

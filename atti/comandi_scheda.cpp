@@ -1,0 +1,185 @@
+#include "atti/fmScheda.h"
+#include "atti/pagina.h"
+#include "contesto/contesto.h"
+#include "db/altro_in_atto.h"
+#include "db/connessioni.h"
+#include "editors/icone_generi.h"
+#include "platform/finestre/messaggi.h"
+#include "platform/finestre/tasti.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QListWidget>
+#include <QMenu>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+// La testa della pagina, il suo menu e i comandi che agiscono su una casella o una persona.
+
+using namespace modTarvola;
+using scheda::Come;
+using scheda::SchedaAtto;
+
+void fmScheda::creaMenu()
+{
+    m_menu = new QMenu(tr("&Scheda"), this);
+    m_menu->setObjectName(QStringLiteral("SchedaItem"));
+    m_barra = new QToolBar(this);
+    m_barra->setObjectName(QStringLiteral("BarraScheda"));
+    tasti::chiama(m_barra, tr("Comandi della scheda"));
+    struct Voce {
+        QString nome;
+        QKeySequence tasto;
+        bool inBarra;
+        std::function<void()> compie;
+    };
+    const Voce voci[] = {
+        {tr("&Salva"), Qt::CTRL | Qt::Key_S, true, [this] { salva(); }},
+        {tr("Salva e &nuovo atto"), Qt::CTRL | Qt::Key_Return, true, [this] { salvaENuovo(); }},
+        {tr("Nuovo &atto"), Qt::CTRL | Qt::Key_N, false, [this] { nuovo(); }},
+        {},
+        {tr("Atto &precedente"), Qt::Key_F7, true, [this] { vicino(false); }},
+        {tr("Atto s&uccessivo"), Qt::Key_F8, true, [this] { vicino(true); }},
+        {},
+        {tr("Come nell'atto prima: questa &casella"), Qt::Key_F2, false,
+         [this] { comeNellAttoPrima(false); }},
+        {tr("Come nell'atto prima: questa p&ersona"), Qt::SHIFT | Qt::Key_F2, false,
+         [this] { comeNellAttoPrima(true); }},
+        {tr("Un'altra pe&rsona"), Qt::Key_F3, false, [this] { aggiungePersona(); }},
+    };
+    for (const Voce &voce : voci) {
+        if (voce.nome.isEmpty()) {
+            m_menu->addSeparator();
+            continue;
+        }
+        QAction *azione = m_menu->addAction(voce.nome);
+        azione->setShortcut(voce.tasto);
+        azione->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+        azione->setToolTip(tasti::conTasto(QString(voce.nome).remove(u'&'), voce.tasto));
+        connect(azione, &QAction::triggered, this, voce.compie);
+        addAction(azione);
+        if (voce.inBarra)
+            m_barra->addAction(azione);
+    }
+}
+
+void fmScheda::creaTesta()
+{
+    auto *testa = new QWidget(this);
+    auto *riga = new QHBoxLayout(testa);
+    m_titolo = new QLabel(testa);
+    m_titolo->setTextFormat(Qt::PlainText);
+    QFont carattere = m_titolo->font();
+    carattere.setPointSizeF(carattere.pointSizeF() * 1.25);
+    m_titolo->setFont(carattere);
+    riga->setContentsMargins(fontMetrics().averageCharWidth() * 2, 0, 0, 0);
+    riga->addWidget(m_titolo, 1);
+    riga->addWidget(m_barra);
+    layout()->addWidget(testa);
+}
+
+void fmScheda::aggiornaTesta()
+{
+    const auto valore = [this](const char *campo) {
+        const Campo *suo =
+            m_pagina->campo({QStringLiteral("voce"), 0, 0, QString::fromUtf8(campo)});
+        return suo == nullptr ? QString() : suo->testo();
+    };
+    QString titolo = m_titoloRegistro;
+    const QString numero = valore("CodiceVoce");
+    const QString volume = valore("Volume");
+    if (!volume.isEmpty())
+        titolo += tr(" · volume %1").arg(volume);
+    titolo += proprieta.VoceLocale.isEmpty() ? tr(" · nuovo atto") : tr(" · atto");
+    if (!numero.isEmpty())
+        titolo += u' ' + numero;
+    m_titolo->setText(titolo);
+    setWindowTitle(tr("Scheda File %1 Registro %2 Voce %3")
+                       .arg(proprieta.Percorso, proprieta.RegistroLocale, proprieta.VoceLocale)
+                       .trimmed() +
+                   (daRegistrare() ? QStringLiteral(" *") : QString()));
+}
+
+// Ciò che nell'atto non ha una casella: Invio, o due clic, lo aprono nel suo editore.
+void fmScheda::creaAltro()
+{
+    m_piede = new QWidget(this);
+    m_altro = new QListWidget(m_piede);
+    m_altro->setObjectName(QStringLiteral("Altro"));
+    auto *etichetta = new QLabel(tr("A&ltro"), m_piede);
+    etichetta->setBuddy(m_altro);
+    m_altro->setAccessibleName(tr("Altro in questo atto"));
+    const int lettera = fontMetrics().averageCharWidth();
+    etichetta->setMinimumWidth(lettera * 20);
+    etichetta->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+    m_altro->setFlow(QListView::LeftToRight);
+    m_altro->setWrapping(true);
+    m_altro->setResizeMode(QListView::Adjust);
+    m_altro->setSpacing(2);
+    m_altro->setTabKeyNavigation(false);
+    m_altro->setFixedHeight(fontMetrics().height() * 2 + lettera);
+    auto *riga = new QHBoxLayout(m_piede);
+    riga->setContentsMargins(lettera * 2, 0, lettera * 2, lettera);
+    riga->setSpacing(lettera * 2);
+    riga->addWidget(etichetta);
+    riga->addWidget(m_altro, 1);
+    layout()->addWidget(m_piede);
+    connect(m_altro, &QListWidget::itemActivated, this, [this](const QListWidgetItem *scelto) {
+        const QString codice = scelto->data(Qt::UserRole).toString();
+        esegue([this, codice] {
+            if (apreRecord && puoChiudersi()) {
+                apreRecord(codice);
+                apre(proprieta.VoceLocale);
+            }
+        });
+    });
+}
+
+void fmScheda::aggiornaAltro()
+{
+    m_altro->clear();
+    if (!m_prima.codice.isEmpty()) {
+        const auto altri =
+            altroInAtto(*m_connessione, contesto().ColonnaLingua, SchedaAtto(*m_scheda, m_prima));
+        for (const AltroRecord &uno : altri) {
+            auto *voce = new QListWidgetItem(iconaDelGenere(uno.genere), uno.testo, m_altro);
+            voce->setData(Qt::UserRole, uno.codice);
+        }
+    }
+    m_piede->setVisible(m_altro->count() > 0);
+}
+
+// Riprende dall'atto che precede il valore della casella, o tutta la persona.
+void fmScheda::comeNellAttoPrima(bool tuttaLaPersona)
+{
+    Campo *qui = m_pagina->campoCorrente();
+    if (qui == nullptr || m_precedente.codice.isEmpty())
+        return;
+    const SchedaAtto prima(*m_scheda, m_precedente);
+    for (RigaPagina *riga : m_pagina->righe()) {
+        const bool sua = tuttaLaPersona && riga->riga().posto == qui->dove.posto;
+        if (riga->riga().evento != qui->dove.evento && !sua)
+            continue;
+        for (Campo *campo : riga->campi()) {
+            if (campo != qui && (!sua || campo->dove.quale != qui->dove.quale ||
+                                 campo->dove.evento != qui->dove.evento))
+                continue;
+            const QVariant valore = prima.valore(campo->dove);
+            if (!valore.toString().isEmpty())
+                campo->scrive(valore);
+        }
+    }
+}
+
+void fmScheda::aggiungePersona()
+{
+    const Campo *qui = m_pagina->campoCorrente();
+    QString posto = QStringLiteral("altre");
+    if (qui != nullptr && m_scheda->posto(qui->dove.posto)->come == Come::Elenco)
+        posto = qui->dove.posto;
+    RigaPagina *riga = m_pagina->aggiungeRiga(posto);
+    if (riga == nullptr)
+        return;
+    riga->campo(QStringLiteral("Nome"))->casella()->riprende();
+    m_pagina->ensureWidgetVisible(riga);
+}

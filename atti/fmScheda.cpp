@@ -1,0 +1,259 @@
+#include "atti/fmScheda.h"
+
+#include "atti/pagina.h"
+#include "atti/proposte.h"
+#include "contesto/contesto.h"
+#include "db/codici.h"
+#include "db/collegamenti.h"
+#include "db/connessioni.h"
+#include "db/generi.h"
+#include "db/registro_atti.h"
+#include "editors/icone_generi.h"
+#include "platform/finestre/messaggi.h"
+#include "platform/motore/recordset.h"
+
+#include <QCloseEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+using namespace modTarvola;
+using scheda::SchedaAtto;
+
+namespace
+{
+
+const QString campoData = QStringLiteral("Data");
+
+// Le persone che si possono aggiungere a una voce di quel genere, con la loro etichetta.
+std::vector<std::pair<int, QString>> ruoliOfferti(ado::Connection &connessione, int categoria)
+{
+    std::vector<std::pair<int, QString>> ruoli;
+    ado::Recordset generi;
+    generi.Open(generiInseribili(categoria, contesto().ColonnaLingua), connessione,
+                ado::adLockReadOnly);
+    for (; !generi.Eof(); generi.MoveNext()) {
+        const int genere = generi.Campo(0).toInt();
+        if (eIndividuo(genere))
+            ruoli.emplace_back(genere, generi.Campo(2).toString());
+    }
+    return ruoli;
+}
+
+} // namespace
+
+fmScheda::fmScheda(ProprietaScheda dalle, QWidget *sopra)
+    : QWidget(sopra), proprieta(std::move(dalle))
+{
+    setObjectName(QStringLiteral("fmScheda"));
+    setWindowIcon(iconaDellaTabella(QStringLiteral("Voci")));
+    auto *colonna = new QVBoxLayout(this);
+    colonna->setContentsMargins({});
+    colonna->setSpacing(0);
+    creaMenu();
+    creaTesta();
+}
+
+void fmScheda::Form_Load()
+{
+    m_connessione = &connessione();
+    const auto letto = proprieta.VoceLocale.isEmpty()
+                           ? nuovoAtto(*m_connessione, proprieta.RegistroLocale)
+                           : leggeAtto(*m_connessione, proprieta.VoceLocale);
+    if (!letto)
+        throw ado::Errore(ado::Causa::Altro,
+                          QStringLiteral("il record %1 non esiste più").arg(proprieta.VoceLocale));
+    proprieta.RegistroLocale = letto->registro;
+    m_titoloRegistro = titoloDiRegistro(*m_connessione, letto->registro);
+    m_scheda = scheda::diTipo(letto->tipo);
+    if (m_scheda == nullptr)
+        throw ado::Errore(ado::Causa::Altro,
+                          QStringLiteral("il tipo di questo registro non ha una pagina"));
+    m_pagina = new Pagina(*m_scheda, ruoliOfferti(*m_connessione, m_scheda->categoria), this);
+    m_pagina->setSolaLettura(proprieta.TipoLock == ado::adLockReadOnly);
+    connect(m_pagina, &Pagina::cambiata, this, &fmScheda::deriva);
+    layout()->addWidget(m_pagina);
+    creaAltro();
+    setFocusProxy(m_pagina);
+    mostra(*letto);
+}
+
+// Mostra un atto al posto di quello di prima; di uno nuovo propone ciò che si sa già.
+void fmScheda::mostra(const Atto &atto)
+{
+    m_prima = atto;
+    proprieta.VoceLocale = atto.codice;
+    const QString prima = attoAccanto(*m_connessione, proprieta.RegistroLocale, atto.codice, false);
+    m_precedente = prima.isEmpty() ? Atto{} : leggeAtto(*m_connessione, prima).value_or(Atto{});
+    m_pagina->conta(testoDi(m_precedente.campi, campoData));
+    m_pagina->mostra(SchedaAtto(*m_scheda, atto));
+    if (atto.codice.isEmpty())
+        proponeNuovo();
+    aggiornaAltro();
+    aggiornaTesta();
+    m_pagina->comincia();
+    emit passata();
+}
+
+void fmScheda::proponeNuovo()
+{
+    for (const auto &[dove, valore] : proposte::diUnAttoNuovo(*m_scheda, m_precedente)) {
+        if (Campo *campo = m_pagina->campo(dove))
+            campo->propone(valore);
+    }
+}
+
+// Da ciò che si scrive viene altro: il cognome del padre dà quello del figlio.
+void fmScheda::deriva(Campo *cambiato)
+{
+    aggiornaTesta();
+    if (cambiato == nullptr || !m_prima.codice.isEmpty())
+        return;
+    for (const scheda::Indirizzo &dove : proposte::derivate(*m_scheda, cambiato->dove)) {
+        Campo *campo = m_pagina->campo(dove);
+        if (campo == nullptr)
+            continue;
+        campo->ritira();
+        campo->propone(cambiato->valore());
+    }
+}
+
+void fmScheda::comincia()
+{
+    m_pagina->comincia();
+}
+
+bool fmScheda::daRegistrare() const
+{
+    return m_pagina != nullptr && m_pagina->toccata();
+}
+
+bool fmScheda::salva()
+{
+    bool riuscito = false;
+    esegue([&] { riuscito = registra(); });
+    return riuscito;
+}
+
+bool fmScheda::registra()
+{
+    if (proprieta.TipoLock == ado::adLockReadOnly)
+        return true;
+    Campo *quale = nullptr;
+    if (const QString motivo = m_pagina->rifiuto(quale); !motivo.isEmpty()) {
+        messaggi::avvisa(this, motivo);
+        m_pagina->segna(quale, motivo);
+        return false;
+    }
+    SchedaAtto scritto(*m_scheda, m_prima);
+    m_pagina->raccoglie(scritto);
+    SchedaAtto::Pronto pronto = scritto.pronto();
+    if (!pronto.motivo.isEmpty()) {
+        messaggi::avvisa(this, pronto.motivo);
+        segnaCasella(pronto.dove, pronto.motivo);
+        return false;
+    }
+    if (!m_prima.codice.isEmpty() && pronto.atto == m_prima)
+        return true;
+    const EsitoAtto esito =
+        scriveAtto(*m_connessione, proprieta.ConOperatore, m_prima, pronto.atto);
+    if (esito.che == EsitoAtto::Rifiutato) {
+        messaggi::avvisa(this, esito.motivo);
+        for (RigaPagina *riga : m_pagina->righe()) {
+            const QString &posto = riga->riga().posto;
+            const int sua = esito.persona == 0 ? 0 : scritto.persona(posto);
+            if (sua == esito.persona && !riga->campi().empty()) {
+                m_pagina->segna(riga->campi().front(), esito.motivo);
+                break;
+            }
+        }
+        return false;
+    }
+    if (esito.che == EsitoAtto::Cambiato)
+        return concorda(esito.nelFile);
+    contesto().VoceCorrente = pronto.atto.codice;
+    // Riletto dal file: da qui in poi è ciò che c'è.
+    m_prima = leggeAtto(*m_connessione, pronto.atto.codice).value_or(pronto.atto);
+    proprieta.VoceLocale = m_prima.codice;
+    return true;
+}
+
+void fmScheda::segnaCasella(const scheda::Indirizzo &dove, const QString &motivo)
+{
+    if (Campo *campo = m_pagina->campo(dove))
+        m_pagina->segna(campo, motivo);
+}
+
+void fmScheda::salvaENuovo()
+{
+    esegue([this] {
+        if (registra())
+            mostra(nuovoAtto(*m_connessione, proprieta.RegistroLocale));
+    });
+}
+
+void fmScheda::nuovo()
+{
+    esegue([this] {
+        if (puoChiudersi())
+            mostra(nuovoAtto(*m_connessione, proprieta.RegistroLocale));
+    });
+}
+
+void fmScheda::vicino(bool segue)
+{
+    esegue([this, segue] {
+        const QString altro =
+            attoAccanto(*m_connessione, proprieta.RegistroLocale, proprieta.VoceLocale, segue);
+        if (!altro.isEmpty() && puoChiudersi())
+            apre(altro);
+    });
+}
+
+void fmScheda::apre(const QString &voce)
+{
+    const auto atto = leggeAtto(*m_connessione, voce);
+    if (!atto)
+        throw ado::Errore(ado::Causa::Altro,
+                          QStringLiteral("il record %1 non esiste più").arg(voce));
+    mostra(*atto);
+}
+
+bool fmScheda::puoChiudersi()
+{
+    if (!daRegistrare())
+        return true;
+    switch (messaggi::salva(this, tr("L'atto ha modifiche non salvate. Salvarle?"))) {
+    case messaggi::Salva:
+        return salva();
+    case messaggi::Abbandona:
+        return true;
+    default:
+        return false;
+    }
+}
+
+void fmScheda::closeEvent(QCloseEvent *evento)
+{
+    evento->setAccepted(puoChiudersi());
+}
+
+void fmScheda::Form_Activate()
+{
+    Contesto &ora = contesto();
+    ora.PercorsoCorrente = proprieta.Percorso;
+    ora.RegistroCorrente = proprieta.RegistroLocale;
+    ora.TipoRegistroCorrente = m_scheda->tipo;
+    ora.VoceCorrente = proprieta.VoceLocale;
+}
+
+// Ogni comando comincia rendendo corrente il file della pagina, come in un elenco.
+void fmScheda::esegue(const std::function<void()> &comando)
+{
+    messaggi::protetto(this, [&] {
+        ApriArchivio(proprieta.Percorso);
+        comando();
+        aggiornaTesta();
+    });
+}

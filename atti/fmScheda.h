@@ -1,0 +1,96 @@
+#pragma once
+
+#include "db/scheda_atto.h"
+
+#include <QWidget>
+
+#include <functional>
+
+class Pagina;
+class Campo;
+class QLabel;
+class QMenu;
+class QListWidget;
+class QToolBar;
+
+// Le proprietà che chi apre una pagina le dà prima di mostrarla.
+struct ProprietaScheda {
+    QString Percorso;
+    QString ConOperatore;
+    QString RegistroLocale; // di un atto nuovo; di uno che c'è lo dice l'atto
+    QString VoceLocale;     // vuota: un atto nuovo
+    int TipoLock = 3;
+};
+
+// La pagina di un atto: lo mostra, lo fa scrivere dall'alto in basso, lo registra intero.
+class fmScheda : public QWidget
+{
+    Q_OBJECT
+
+public:
+    fmScheda(ProprietaScheda dalle, QWidget *sopra);
+
+    ProprietaScheda proprieta;
+    // Apre un record nell'editore suo.
+    std::function<void(const QString &codice)> apreRecord;
+
+    // Legge l'atto, o ne comincia uno, sulla connessione corrente; lancia ado::Errore se non si
+    // legge, o se il registro non ha una pagina.
+    void Form_Load();
+    // Rimette come correnti il file, il registro e l'atto di questa pagina.
+    void Form_Activate();
+    // I menu della pagina, nell'ordine della barra.
+    QList<QMenu *> menu() const { return {m_menu}; }
+    // Vero se la pagina lavora sulla connessione data.
+    bool usa(const ado::Connection *connessione) const { return m_connessione == connessione; }
+    // Se c'è qualcosa di scritto chiede che cosa farne; falso se la pagina deve restare.
+    bool puoChiudersi();
+    // Vero se vi è qualcosa di scritto e non registrato.
+    bool daRegistrare() const;
+
+    // Registra l'atto. Falso se non si è potuto: la pagina mostra perché.
+    bool salva();
+    void salvaENuovo();
+    void nuovo();
+    void vicino(bool segue);
+    // Porta la tastiera nella prima casella da scrivere.
+    void comincia();
+    Pagina *pagina() const { return m_pagina; }
+
+signals:
+    // Nella pagina si è passati a un altro atto, o l'atto è stato registrato.
+    void passata();
+
+protected:
+    void closeEvent(QCloseEvent *evento) override;
+
+private:
+    void creaMenu();
+    void creaTesta();
+    void mostra(const modTarvola::Atto &atto);
+    void apre(const QString &voce);
+    void proponeNuovo();
+    void deriva(Campo *cambiato);
+    void comeNellAttoPrima(bool tuttaLaPersona);
+    void aggiungePersona();
+    bool registra();
+    bool concorda(const std::optional<modTarvola::Atto> &nelFile);
+    void ricomincia();
+    void segnaCasella(const modTarvola::scheda::Indirizzo &dove, const QString &motivo);
+    void aggiornaTesta();
+    void aggiornaAltro();
+    void creaAltro();
+    void esegue(const std::function<void()> &comando);
+
+    ado::Connection *m_connessione = nullptr;
+    const modTarvola::scheda::Scheda *m_scheda = nullptr;
+    modTarvola::Atto m_prima;      // l'atto com'è nel file
+    modTarvola::Atto m_precedente; // quello che nel registro viene prima
+    QString m_titoloRegistro;
+    Pagina *m_pagina = nullptr;
+    QLabel *m_titolo = nullptr;
+    QToolBar *m_barra = nullptr;
+    QWidget *m_piede = nullptr;
+    QListWidget *m_altro = nullptr;
+    QMenu *m_menu = nullptr;
+};

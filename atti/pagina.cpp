@@ -1,0 +1,390 @@
+#include "atti/pagina.h"
+
+#include "atti/caselle_pagina.h"
+#include "atti/completamento.h"
+#include "db/generi.h"
+
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+using namespace modTarvola;
+using scheda::Come;
+using scheda::Uso;
+
+namespace
+{
+
+const QString campoData = QStringLiteral("Data");
+const QString campoOra = QStringLiteral("Ora");
+const QString campoTesto = QStringLiteral("Campolungo");
+constexpr int righeDelTesto = 7;
+constexpr int righeDellaNota = 2;
+
+QString tabellaDi(const scheda::Posto &posto, int evento)
+{
+    if (evento != 0)
+        return QStringLiteral("Eventi");
+    return posto.come == Come::Voce ? QStringLiteral("Voci") : QStringLiteral("Individui");
+}
+
+// L'etichetta dell'evento sotto quella di chi lo vive.
+const char *nomeEvento(int evento)
+{
+    switch (evento) {
+    case Nascita:
+        return "Nascita";
+    case Battesimo:
+        return "Battesimo";
+    case Morte:
+        return "Morte";
+    case Sepoltura:
+        return "Sepoltura";
+    case 18:
+        return "Matrimonio";
+    case 19:
+        return "Pubblicazioni";
+    default:
+        return "Evento";
+    }
+}
+
+} // namespace
+
+Pagina::Pagina(const scheda::Scheda &scheda, std::vector<std::pair<int, QString>> ruoli,
+               QWidget *sopra)
+    : QScrollArea(sopra), m_scheda(scheda), m_ruoli(std::move(ruoli))
+{
+    setWidgetResizable(true);
+    setFrameShape(QFrame::NoFrame);
+    auto *foglio = new QWidget(this);
+    m_colonna = new QVBoxLayout(foglio);
+    const int lettera = fontMetrics().averageCharWidth();
+    m_colonna->setContentsMargins(lettera * 2, lettera, lettera * 2, lettera);
+    m_colonna->setSpacing(lettera / 2);
+    for (const scheda::Riga &riga : m_scheda.righe) {
+        const scheda::Posto &suo = posto(riga.posto);
+        if (suo.come != Come::Testo) {
+            nuovaRiga(riga, static_cast<qsizetype>(m_righe.size()));
+            continue;
+        }
+        const bool nota = suo.ruolo == Nota;
+        auto *testo =
+            new TestoPagina(suo.nome, suo.etichetta, nota ? righeDellaNota : righeDelTesto, foglio);
+        testo->uso = riga.caselle.first().uso;
+        testo->testo()->installEventFilter(this);
+        connect(testo, &TestoPagina::cambiato, this, [this] { emit cambiata(nullptr); });
+        m_colonna->addWidget(testo, nota ? 0 : 1);
+        m_testi.push_back(testo);
+    }
+    setWidget(foglio);
+}
+
+const scheda::Posto &Pagina::posto(const QString &nome) const
+{
+    return *m_scheda.posto(nome);
+}
+
+bool Pagina::eElenco(const QString &nome) const
+{
+    return posto(nome).come == Come::Elenco || posto(nome).come == Come::Altre;
+}
+
+RigaPagina *Pagina::nuovaRiga(const scheda::Riga &riga, qsizetype dove)
+{
+    const scheda::Posto &suo = posto(riga.posto);
+    auto *nuova = new RigaPagina(riga, tabellaDi(suo, riga.evento), riga.evento != 0, widget());
+    connect(nuova, &RigaPagina::cambiata, this, &Pagina::dopoCambio);
+    connect(nuova, &RigaPagina::nata, this,
+            [this, nuova](Campo *campo) { accoglie(nuova, campo); });
+    if (suo.come == Come::Altre)
+        nuova->offreRuoli(m_ruoli);
+    nuova->chiama(riga.evento == 0 ? suo.etichetta : tr(nomeEvento(riga.evento)), 0);
+    for (Campo *campo : nuova->campi())
+        accoglie(nuova, campo);
+    m_righe.insert(m_righe.begin() + dove, nuova);
+    m_colonna->insertWidget(static_cast<int>(dove), nuova);
+    return nuova;
+}
+
+// Una casella appena nata: da dove conta i giorni, come si usa, chi ne guarda i tasti.
+void Pagina::accoglie(RigaPagina *riga, Campo *campo)
+{
+    if (auto *giorno = qobject_cast<CasellaGiorno *>(campo->casella()))
+        giorno->conta([this, riga, campo] { return giornoPer(riga, campo); });
+    if (auto *ora = qobject_cast<CasellaOraBreve *>(campo->casella()))
+        ora->segue([riga] { return riga->campo(campoData)->valore().toString(); });
+    if (m_uso)
+        campo->uso = m_uso(campo->dove, campo->uso);
+    if (m_solaLettura)
+        campo->casella()->setSolaLettura(true);
+    campo->fuoco()->removeEventFilter(this);
+    campo->fuoco()->installEventFilter(this);
+}
+
+// Il giorno dell'atto si conta da quello dell'atto prima, gli altri dal giorno dell'atto.
+QString Pagina::giornoPer(const RigaPagina *riga, const Campo *campo) const
+{
+    if (posto(riga->riga().posto).come == Come::Voce)
+        return m_riferimento;
+    for (RigaPagina *altra : m_righe) {
+        if (posto(altra->riga().posto).come != Come::Voce)
+            continue;
+        const Campo *suo = altra->campo(campoData);
+        if (suo != campo && suo->valore().isValid())
+            return suo->valore().toString();
+    }
+    return m_riferimento;
+}
+
+// Un elenco ha una riga per persona e, in fondo, una vuota per chi manca ancora.
+void Pagina::adattaElenco(const scheda::Posto &suo, int quante)
+{
+    std::vector<RigaPagina *> sue;
+    for (RigaPagina *riga : m_righe) {
+        if (riga->riga().posto == suo.nome)
+            sue.push_back(riga);
+    }
+    const auto ultima = std::find(m_righe.begin(), m_righe.end(), sue.back()) - m_righe.begin();
+    const scheda::Riga modello = sue.front()->riga();
+    for (auto mancano = quante + 1 - static_cast<int>(sue.size()); mancano > 0; --mancano)
+        nuovaRiga(modello, ultima + 1);
+    for (auto avanzano = static_cast<int>(sue.size()) - quante - 1; avanzano > 0; --avanzano) {
+        m_righe.erase(std::find(m_righe.begin(), m_righe.end(), sue.back()));
+        delete sue.back();
+        sue.pop_back();
+    }
+    rinomina(suo.nome);
+}
+
+void Pagina::rinomina(const QString &nome)
+{
+    int quale = 0;
+    for (RigaPagina *riga : m_righe) {
+        if (riga->riga().posto == nome) {
+            riga->chiama(QStringLiteral("%1 %2").arg(posto(nome).etichetta).arg(quale + 1), quale);
+            ++quale;
+        }
+    }
+}
+
+void Pagina::mostra(const scheda::SchedaAtto &atto)
+{
+    m_riempie = true;
+    for (const scheda::Posto &suo : m_scheda.posti) {
+        if (eElenco(suo.nome))
+            adattaElenco(suo, atto.quante(suo.nome));
+    }
+    for (RigaPagina *riga : m_righe)
+        riempie(riga, atto);
+    for (TestoPagina *testo : m_testi)
+        testo->mostra(atto.valore({testo->posto(), 0, 0, campoTesto}).toString());
+    m_riempie = false;
+}
+
+void Pagina::riempie(RigaPagina *riga, const scheda::SchedaAtto &atto)
+{
+    const QString &nome = riga->riga().posto;
+    const int quale = riga->campi().empty() ? 0 : riga->campi().front()->dove.quale;
+    riga->chiave = eElenco(nome) ? atto.persona(nome, quale) : 0;
+    for (const scheda::Casella &casella : riga->riga().caselle) {
+        const QVariant valore = atto.valore({nome, quale, riga->riga().evento, casella.campo});
+        const bool nata =
+            std::any_of(riga->campi().begin(), riga->campi().end(),
+                        [&](const Campo *uno) { return uno->dove.campo == casella.campo; });
+        if (!nata && valore.toString().isEmpty())
+            continue;
+        Campo *campo = riga->campo(casella.campo);
+        const bool ruoloNuovo =
+            casella.campo == QStringLiteral("Ruolo") && !valore.isValid() && !m_ruoli.empty();
+        campo->mostra(ruoloNuovo ? QVariant(posto(nome).ruolo) : valore);
+    }
+    riga->rivede();
+}
+
+void Pagina::raccoglie(scheda::SchedaAtto &atto) const
+{
+    for (const RigaPagina *riga : m_righe)
+        raccoglie(riga, atto);
+    for (const TestoPagina *testo : m_testi) {
+        if (testo->scritto())
+            atto.assegna({testo->posto(), 0, 0, campoTesto}, testo->valore());
+    }
+}
+
+void Pagina::raccoglie(const RigaPagina *riga, scheda::SchedaAtto &atto) const
+{
+    const bool elenco = eElenco(riga->riga().posto);
+    int chiave = riga->chiave;
+    const Campo *giorni = nullptr;
+    for (const Campo *campo : riga->campi()) {
+        if (campo->dove.campo == campoData)
+            giorni = campo;
+        if (!campo->scritto() && !campo->proposto())
+            continue;
+        if (!elenco) {
+            atto.assegna(campo->dove, campo->valore());
+            continue;
+        }
+        // Una riga nuova rimasta senza nulla di scritto non è di nessuno.
+        if (chiave == 0 && riga->vuota())
+            return;
+        if (chiave == 0)
+            chiave = atto.aggiunge(riga->riga().posto);
+        if (campo->dove.campo != QStringLiteral("Ruolo") || campo->valore().isValid())
+            atto.assegna(chiave, campo->dove.campo, campo->valore());
+    }
+    // L'ora sta nel giorno del suo evento, e lo segue quando il giorno si corregge.
+    if (elenco || giorni == nullptr)
+        return;
+    const scheda::Indirizzo dove{giorni->dove.posto, 0, giorni->dove.evento, campoOra};
+    const QString ora = atto.valore(dove).toString();
+    const QString giorno = giorni->valore().toString().left(10);
+    const bool toccati =
+        std::any_of(riga->campi().begin(), riga->campi().end(), [](const Campo *uno) {
+            return (uno->dove.campo == campoData || uno->dove.campo == campoOra) &&
+                   (uno->scritto() || uno->proposto());
+        });
+    if (toccati && ora.size() > 11 && !giorno.isEmpty())
+        atto.assegna(dove, giorno + ora.mid(10));
+}
+
+bool Pagina::toccata() const
+{
+    const auto scritto = [](const auto *cosa) { return cosa->scritto(); };
+    return std::any_of(m_testi.begin(), m_testi.end(), scritto) ||
+           std::any_of(m_righe.begin(), m_righe.end(), [&](const RigaPagina *riga) {
+               return std::any_of(riga->campi().begin(), riga->campi().end(), scritto);
+           });
+}
+
+QString Pagina::rifiuto(Campo *&quale) const
+{
+    for (const RigaPagina *riga : m_righe) {
+        for (Campo *campo : riga->campi()) {
+            const QString motivo = campo->casella()->rifiuto();
+            if (!motivo.isEmpty()) {
+                quale = campo;
+                return motivo;
+            }
+        }
+    }
+    return {};
+}
+
+void Pagina::segna(Campo *campo, const QString &motivo)
+{
+    campo->segna(motivo);
+    if (motivo.isEmpty())
+        return;
+    campo->fuoco()->show();
+    campo->didascalia()->show();
+    ensureWidgetVisible(campo->fuoco());
+    campo->casella()->riprende();
+}
+
+std::vector<Campo *> Pagina::campi() const
+{
+    std::vector<Campo *> visibili;
+    for (const RigaPagina *riga : m_righe) {
+        for (Campo *campo : riga->campi()) {
+            if (campo->fuoco()->isVisibleTo(this))
+                visibili.push_back(campo);
+        }
+    }
+    return visibili;
+}
+
+Campo *Pagina::campo(const scheda::Indirizzo &dove)
+{
+    for (RigaPagina *riga : m_righe) {
+        const bool suo = riga->riga().posto == dove.posto && riga->riga().evento == dove.evento &&
+                         (riga->campi().empty() || riga->campi().front()->dove.quale == dove.quale);
+        if (suo)
+            return riga->campo(dove.campo);
+    }
+    return nullptr;
+}
+
+Campo *Pagina::campoCorrente() const
+{
+    for (const RigaPagina *riga : m_righe) {
+        for (Campo *campo : riga->campi()) {
+            if (campo->fuoco()->hasFocus())
+                return campo;
+        }
+    }
+    return nullptr;
+}
+
+TestoPagina *Pagina::testo(const QString &nome) const
+{
+    const auto suo = std::find_if(m_testi.begin(), m_testi.end(),
+                                  [&](const TestoPagina *uno) { return uno->posto() == nome; });
+    return suo == m_testi.end() ? nullptr : *suo;
+}
+
+RigaPagina *Pagina::aggiungeRiga(const QString &nome)
+{
+    int quante = 0;
+    RigaPagina *ultima = nullptr;
+    for (RigaPagina *riga : m_righe) {
+        if (riga->riga().posto == nome) {
+            ultima = riga;
+            ++quante;
+        }
+    }
+    if (ultima == nullptr || (ultima->chiave == 0 && ultima->vuota()))
+        return ultima;
+    const auto dove = std::find(m_righe.begin(), m_righe.end(), ultima) - m_righe.begin() + 1;
+    RigaPagina *nuova = nuovaRiga(ultima->riga(), dove);
+    rinomina(nome);
+    if (posto(nome).come == Come::Altre)
+        nuova->campo(QStringLiteral("Ruolo"))->mostra(posto(nome).ruolo);
+    nuova->rivede();
+    return nuova;
+}
+
+void Pagina::usa(const std::function<Uso(const scheda::Indirizzo &, Uso)> &scelta)
+{
+    m_uso = scelta;
+    for (RigaPagina *riga : m_righe) {
+        for (const scheda::Casella &casella : riga->riga().caselle) {
+            const scheda::Indirizzo dove{riga->riga().posto, 0, riga->riga().evento, casella.campo};
+            const Uso uso = scelta(dove, casella.uso);
+            const bool nata =
+                std::any_of(riga->campi().begin(), riga->campi().end(),
+                            [&](const Campo *uno) { return uno->dove.campo == casella.campo; });
+            if (nata || uso != Uso::Nascosta)
+                riga->campo(casella.campo)->uso = uso;
+        }
+        riga->rivede();
+    }
+}
+
+void Pagina::setSolaLettura(bool sola)
+{
+    m_solaLettura = sola;
+    for (RigaPagina *riga : m_righe) {
+        for (Campo *campo : riga->campi())
+            campo->casella()->setSolaLettura(sola);
+    }
+    for (TestoPagina *testo : m_testi)
+        testo->testo()->setReadOnly(sola);
+}
+
+Completamento *Pagina::completa(std::function<QStringList(const Campo &)> cerca)
+{
+    m_completamento = new Completamento(std::move(cerca), this);
+    return m_completamento;
+}
+
+void Pagina::dopoCambio(Campo *campo)
+{
+    if (m_completamento != nullptr && campo->fuoco()->hasFocus())
+        m_completamento->segue(campo);
+    if (!m_riempie && eElenco(campo->dove.posto))
+        aggiungeRiga(campo->dove.posto);
+    emit cambiata(campo);
+}

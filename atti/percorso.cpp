@@ -1,0 +1,115 @@
+#include "atti/completamento.h"
+#include "atti/pagina.h"
+
+#include <QKeyEvent>
+
+#include <algorithm>
+
+// Come la tastiera percorre la pagina: il tabulatore va alla prossima casella da scrivere, le
+// frecce a quella accanto qualunque sia.
+
+using namespace modTarvola;
+using scheda::Come;
+using scheda::Uso;
+
+namespace
+{
+
+// Le persone che un atto può non avere: lasciata vuota la prima casella, si passa oltre.
+bool puoMancare(Come come)
+{
+    return come == Come::Genitore || come == Come::Coniuge || come == Come::Elenco ||
+           come == Come::Altre;
+}
+
+} // namespace
+
+// Le caselle e i testi dove la tastiera si ferma, nell'ordine della pagina.
+QList<QWidget *> Pagina::percorso(bool anchePassate) const
+{
+    const QWidget *qui = focusWidget();
+    QList<QWidget *> soste;
+    for (const RigaPagina *riga : m_righe) {
+        const Come come = posto(riga->riga().posto).come;
+        const bool assente =
+            puoMancare(come) && riga->chiave == 0 && riga->riga().evento == 0 && riga->vuota();
+        bool prima = true;
+        for (const Campo *campo : riga->campi()) {
+            if (!campo->fuoco()->isVisibleTo(this))
+                continue;
+            const bool saltata =
+                campo->uso == Uso::Saltata || campo->proposto() || (assente && !prima);
+            if (campo->uso != Uso::Saltata)
+                prima = false;
+            if (anchePassate || !saltata || campo->fuoco() == qui)
+                soste.append(campo->fuoco());
+        }
+    }
+    for (const TestoPagina *testo : m_testi) {
+        if (anchePassate || testo->uso == Uso::Mostrata || testo->testo() == qui)
+            soste.append(testo->testo());
+    }
+    return soste;
+}
+
+bool Pagina::avanza(bool avanti, bool anchePassate)
+{
+    const QList<QWidget *> soste = percorso(anchePassate);
+    const auto qui = soste.indexOf(focusWidget());
+    const auto altra = qui < 0 ? 0 : qui + (avanti ? 1 : -1);
+    if (altra < 0 || altra >= soste.size())
+        return false;
+    QWidget *arrivo = soste.at(altra);
+    arrivo->setFocus(avanti ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    ensureWidgetVisible(arrivo);
+    return true;
+}
+
+void Pagina::comincia()
+{
+    const QList<QWidget *> soste = percorso(false);
+    if (soste.isEmpty())
+        return;
+    soste.first()->setFocus(Qt::TabFocusReason);
+    ensureWidgetVisible(soste.first());
+}
+
+bool Pagina::tasto(QWidget *parte, QKeyEvent *evento)
+{
+    bool avanti = false;
+    if (m_completamento != nullptr && m_completamento->tasto(evento, avanti)) {
+        if (avanti)
+            avanza(true, false);
+        return true;
+    }
+    const bool inTesto = qobject_cast<QPlainTextEdit *>(parte) != nullptr;
+    const auto modi = evento->modifiers() & ~Qt::KeypadModifier;
+    switch (evento->key()) {
+    case Qt::Key_Tab:
+        return modi == Qt::NoModifier && avanza(true, false);
+    case Qt::Key_Backtab:
+        return avanza(false, true);
+    case Qt::Key_Down:
+    case Qt::Key_Up:
+        return !inTesto && modi == Qt::NoModifier && !parte->inherits("QComboBox") &&
+               avanza(evento->key() == Qt::Key_Down, true);
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        return !inTesto && modi == Qt::NoModifier && avanza(true, false);
+    default:
+        return false;
+    }
+}
+
+bool Pagina::eventFilter(QObject *oggetto, QEvent *evento)
+{
+    auto *parte = qobject_cast<QWidget *>(oggetto);
+    if (evento->type() == QEvent::KeyPress && parte != nullptr &&
+        tasto(parte, static_cast<QKeyEvent *>(evento)))
+        return true;
+    if (evento->type() == QEvent::FocusIn)
+        emit entrata(campoCorrente());
+    if (evento->type() == QEvent::FocusOut && m_completamento != nullptr)
+        m_completamento->nasconde();
+    return QScrollArea::eventFilter(oggetto, evento);
+}

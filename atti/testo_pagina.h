@@ -1,0 +1,35 @@
+#pragma once
+
+#include "db/scheda.h"
+
+#include <QPlainTextEdit>
+
+class QLabel;
+
+// Un testo lungo della pagina, con la sua etichetta.
+class TestoPagina : public QWidget
+{
+    Q_OBJECT
+
+public:
+    // `righe` è quanto è alto almeno.
+    TestoPagina(const QString &posto, const QString &etichetta, int righe, QWidget *sopra);
+
+    const QString &posto() const { return m_posto; }
+    QPlainTextEdit *testo() const { return m_testo; }
+    modTarvola::scheda::Uso uso = modTarvola::scheda::Uso::Mostrata;
+
+    void mostra(const QString &testo);
+    // Vero se chi trascrive lo ha cambiato.
+    bool scritto() const { return m_scritto; }
+    void segnaScritto() { m_scritto = true; }
+    QString valore() const { return m_testo->toPlainText(); }
+
+signals:
+    void cambiato();
+
+private:
+    QString m_posto;
+    QPlainTextEdit *m_testo;
+    bool m_scritto = false;
+};
