@@ -4,13 +4,10 @@
 #include "db/codici.h"
 #include "db/connessioni.h"
 #include "db/descrizioni.h"
-#include "editors/eliminazione.h"
 #include "editors/icone_generi.h"
 #include "platform/finestre/messaggi.h"
 #include "platform/finestre/tasti.h"
 #include "platform/lingua/italiano.h"
-#include "texts/allegati.h"
-#include "texts/testi.h"
 
 #include <QGridLayout>
 #include <QGroupBox>
@@ -243,145 +240,6 @@ QString fmEditor::nomeDelRecord() const
     if (parti.isEmpty())
         parti = {windowTitle(), adoDettagli.Testo(QStringLiteral("Codice"))};
     return parti.join(u' ');
-}
-
-void fmEditor::nuovo()
-{
-    if (casellaInSospeso())
-        return;
-    const auto genere = pannello->genereScelto();
-    if (!genere) {
-        messaggi::avvisa(this, QStringLiteral("Selezionare una voce"));
-        return;
-    }
-    const QString motivo = rifiutoNuovo(genere->Tag);
-    if (!motivo.isEmpty()) {
-        messaggi::avvisa(this, motivo);
-        return;
-    }
-    if (codice().isEmpty() && !solaLettura() && !SalvaDettagli()) {
-        contesto().SalvataggioRifiutato = false;
-        return;
-    }
-    // Può essere stato eliminato da una finestra aperta su questa.
-    if (!esiste(connessione(), codice()))
-        throw ado::Errore(ado::Causa::Altro,
-                          QStringLiteral("il record %1 non esiste più").arg(codice()));
-    const std::vector<Elemento> prima = pannello->collegamenti();
-    if (nuovoProprio(*genere) || nuovoComune(*genere)) {
-        CaricaCollegamenti();
-        pannello->sceglieNuovo(prima);
-    }
-}
-
-bool fmEditor::nuovoComune(const Elemento &genere)
-{
-    const auto &generi = m_descrizione.generi;
-    if (std::find(generi.begin(), generi.end(), genere.Tag) == generi.end())
-        return false;
-    switch (genere.Tag) {
-    case Nota:
-    case TestoRiportato:
-        NuovoTesto(this, codice(), genere.Tag, genere.Text);
-        return true;
-    case FileAllegato:
-        return NuovoAllegato(this, codice(), genere.Tag);
-    default:
-        apreRecapito(genere.Tag, {}, genere.Text);
-        return true;
-    }
-}
-
-void fmEditor::apri()
-{
-    if (casellaInSospeso())
-        return;
-    const auto collegamento = pannello->collegamentoScelto();
-    if (!collegamento)
-        return;
-    if (apriProprio(*collegamento) || apriComune(*collegamento))
-        CaricaCollegamenti();
-}
-
-// Falso quando l'elenco non va riletto.
-bool fmEditor::apriComune(const Elemento &collegamento)
-{
-    switch (collegamento.Tag) {
-    case Nota:
-    case TestoRiportato:
-        return ApriTesto(this, collegamento.Key, proprieta.TipoLock, collegamento.Text);
-    case FileAllegato:
-        ApriAllegato(this, collegamento.Key);
-        return true;
-    case Contatto:
-    case Trascrittore:
-    case Indirizzo:
-    case Recapito:
-        apreRecapito(collegamento.Tag, collegamento.Key, collegamento.Text);
-        return true;
-    default:
-        return false;
-    }
-}
-
-// Operatori, indirizzi e recapiti: nuovi quando il codice è vuoto.
-void fmEditor::apreRecapito(int genere, const QString &suo, const QString &didascalia)
-{
-    const QString nome = genere == Indirizzo  ? QStringLiteral("fmLuogo")
-                         : genere == Recapito ? QStringLiteral("fmRecapito")
-                                              : QStringLiteral("fmOperatore");
-    apreFiglio(nome, didascalia, [&](FinestraEditor &figlia) {
-        figlia.proprieta.VoceLocale = codice();
-        switch (genere) {
-        case Indirizzo:
-            figlia.proprieta.LuogoLocale = suo;
-            break;
-        case Recapito:
-            figlia.proprieta.RecapitoLocale = suo;
-            break;
-        default:
-            figlia.proprieta.OperatoreLocale = suo;
-            figlia.proprieta.TipoOperatore = genere;
-            // Il trascrittore si guarda soltanto: i suoi dati li cambia lui, entrando.
-            if (genere == Trascrittore)
-                figlia.proprieta.TipoLock = ado::adLockReadOnly;
-        }
-    });
-}
-
-void fmEditor::elimina()
-{
-    if (casellaInSospeso())
-        return;
-    const auto collegamento = pannello->collegamentoScelto();
-    if (!collegamento)
-        return;
-    if (collegamento->Tag == Contatto || collegamento->Tag == Trascrittore)
-        EliminaLegame(this, collegamento->Key, codice(), proprieta.ConOperatore);
-    else
-        EliminaVoce(this, collegamento->Key, proprieta.ConOperatore);
-    CaricaCollegamenti();
-}
-
-std::unique_ptr<modTarvola::FinestraEditor>
-fmEditor::apreFiglio(const QString &nome, const QString &didascalia,
-                     const std::function<void(FinestraEditor &)> &imposta,
-                     const std::function<void(FinestraEditor &)> &caricato)
-{
-    auto figlia = NuovaFinestra(nome, this);
-    if (figlia == nullptr)
-        return {};
-    figlia->proprieta.Percorso = proprieta.Percorso;
-    figlia->proprieta.ConOperatore = proprieta.ConOperatore;
-    figlia->proprieta.TipoLock = proprieta.TipoLock;
-    imposta(*figlia);
-    const bool aperta = ApriFinestra(*figlia, didascalia, [&] {
-        if (caricato)
-            caricato(*figlia);
-    });
-    if (!aperta)
-        figlia.reset();
-    return figlia;
 }
 
 void fmEditor::controllaCasella(Casella &casella)
