@@ -30,8 +30,8 @@ void apreNelSuoEditore(QWidget *sopra, const ProprietaScheda &pagina, const QStr
 {
     struct Editore {
         QChar lettera;
-        const char *nome;
-        QString ProprietaFinestra::*codice;
+        const char *nome = nullptr;
+        QString ProprietaFinestra::*codice = nullptr;
     };
     static const Editore editori[] = {
         {u'I', "fmIndividuo", &ProprietaFinestra::IndividuoLocale},
