@@ -14,7 +14,7 @@ class Campo : public QObject
 
 public:
     // `tabella` è quella della colonna; `chi` il posto come si dice ("Padrino/Madrina 2").
-    Campo(modTarvola::scheda::Indirizzo dove, const QString &tabella, const QString &chi,
+    Campo(modTarvola::scheda::Indirizzo dato, const QString &tabella, const QString &chi,
           QWidget *sopra);
 
     modTarvola::scheda::Indirizzo dove;

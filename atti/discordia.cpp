@@ -62,10 +62,11 @@ Scelta chiede(QWidget *sopra, const QList<Casella> &caselle, bool esiste)
         auto *bottone = new QPushButton(nome, &finestra);
         bottone->setAutoDefault(false);
         bottone->setDefault(sua == Annulla);
-        QObject::connect(bottone, &QPushButton::clicked, &finestra, [&scelta, &finestra, sua] {
-            scelta = sua;
-            finestra.accept();
-        });
+        QObject::connect(bottone, &QPushButton::clicked, &finestra,
+                         [&scelta, &finestra, risposta = sua] {
+                             scelta = risposta;
+                             finestra.accept();
+                         });
         riga->addWidget(bottone);
     }
     colonna->addLayout(riga);
