@@ -22,11 +22,6 @@ bool avanti(qint64 /*fatto*/, qint64 /*totale*/)
     return true;
 }
 
-void esegue(const char *istruzione, const QVariantList &valori)
-{
-    connessione().Execute({QString::fromUtf8(istruzione), valori, {}});
-}
-
 } // namespace
 
 void apre(const Posto &posto)
@@ -57,12 +52,24 @@ QString salva(const Posto &posto, const QString &nome)
                                         {{QStringLiteral("Voce"), QStringLiteral("V1")},
                                          {QStringLiteral("Nome"), nome}}})
                                .codice;
-    // L'ora è sempre la stessa, perché due salvataggi uguali si possano confrontare.
-    esegue("UPDATE Individui SET Creazione = '2024-01-01 10:00:00', Modifica = NULL "
-           "WHERE Codice = ?",
-           {codice});
     lavoro.conferma();
     return codice;
+}
+
+void iscrive(const Posto &posto, const QString &nome)
+{
+    apre(posto);
+    const auto codiceIn = [](const char *tabella) {
+        return connessione()
+            .valore(
+                {QStringLiteral("SELECT max(Codice) FROM ") + QString::fromUtf8(tabella), {}, {}})
+            .toString();
+    };
+    Lavoro lavoro(connessione(), {}, QStringLiteral("O1"));
+    const Scritto scritto = lavoro.scrive(
+        {QStringLiteral("Individui"), codiceIn("Individui"), {{QStringLiteral("Nome"), nome}}});
+    lavoro.iscrive(modTarvola::Posto::Coniuge, scritto.codice, codiceIn("Famiglie"));
+    lavoro.conferma();
 }
 
 void elimina(const Posto &posto, const QString &voce)
