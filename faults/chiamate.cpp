@@ -34,6 +34,8 @@ const Lavoro tutti[] = {
      false},
     {"member", [](const lavori::Posto &posto) { lavori::iscrive(posto, QStringLiteral("x-3")); },
      false},
+    {"act", lavori::scriveAtto, false},
+    {"changed act", lavori::cambiaAtto, false},
     {"delete", [](const lavori::Posto &posto) { lavori::elimina(posto, QStringLiteral("V3")); },
      false},
     {"attach", [](const lavori::Posto &posto) { lavori::allega(posto, QStringLiteral("x-2")); },

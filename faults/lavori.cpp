@@ -1,8 +1,10 @@
 #include "faults/lavori.h"
 
+#include "db/atto.h"
 #include "db/binari.h"
 #include "db/connessioni.h"
 #include "db/custodia.h"
+#include "db/generi.h"
 #include "db/modello.h"
 #include "faults/campione.h"
 
@@ -70,6 +72,50 @@ void iscrive(const Posto &posto, const QString &nome)
         {QStringLiteral("Individui"), codiceIn("Individui"), {{QStringLiteral("Nome"), nome}}});
     lavoro.iscrive(modTarvola::Posto::Coniuge, scritto.codice, codiceIn("Famiglie"));
     lavoro.conferma();
+}
+
+namespace
+{
+
+void scrive(const Atto &prima, Atto &dopo)
+{
+    const EsitoAtto esito =
+        modTarvola::scriveAtto(connessione(), QStringLiteral("O1"), prima, dopo);
+    if (esito.che != EsitoAtto::Scritto)
+        throw ado::Errore(ado::Causa::Altro, QStringLiteral("atto non scritto: ") + esito.motivo);
+}
+
+} // namespace
+
+void scriveAtto(const Posto &posto)
+{
+    apre(posto);
+    // Come il primo dell'archivio, ma tutto ancora da scrivere.
+    Atto atto = leggeAtto(connessione(), QStringLiteral("V1")).value();
+    atto.codice.clear();
+    for (PersonaDiAtto &persona : atto.persone) {
+        persona.codice.clear();
+        for (EventoDiAtto &evento : persona.eventi)
+            evento.codice.clear();
+    }
+    for (FamigliaDiAtto &famiglia : atto.famiglie)
+        famiglia.codice.clear();
+    atto.testi = {{{}, TestoRiportato, QStringLiteral("x"), QString(20'000, u'à')}};
+    scrive({}, atto);
+}
+
+void cambiaAtto(const Posto &posto)
+{
+    apre(posto);
+    const Atto prima = leggeAtto(connessione(), QStringLiteral("V1")).value();
+    Atto dopo = prima;
+    dopo.campi.insert(QStringLiteral("Volume"), QStringLiteral("x"));
+    dopo.persone.first().campi.insert(QStringLiteral("Nome"), QStringLiteral("x"));
+    dopo.daEliminare.append(dopo.persone.takeLast().codice);
+    const int nuova = dopo.aggiunge(1);
+    dopo.persona(nuova)->campi.insert(QStringLiteral("Nome"), QStringLiteral("y"));
+    dopo.famiglie.first().figli = {nuova};
+    scrive(prima, dopo);
 }
 
 void elimina(const Posto &posto, const QString &voce)

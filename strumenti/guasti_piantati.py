@@ -47,6 +47,9 @@ CUSTODIA = [
     ("a save is two commits", "db/lavoro.cpp",
      "    if (siLegaAllOperatore(record, prima))\n", DUE_COMMIT
      + "    if (siLegaAllOperatore(record, prima))\n"),
+    ("an act is two commits", "db/atto_scrittura.cpp",
+     "            iscrive(Posto::Coniuge,", DUE_COMMIT.replace("m_connessione", "m_lavoro.connessione()")
+     + "            iscrive(Posto::Coniuge,"),
     ("a membership is a commit of its own", "db/lavoro.cpp",
      "    const bool coniuge = posto == Posto::Coniuge;\n",
      DUE_COMMIT + "    const bool coniuge = posto == Posto::Coniuge;\n"),
