@@ -1,4 +1,5 @@
 #include "db/connessioni.h"
+#include "db/tabelle.h"
 #include "faults/campione.h"
 #include "faults/inganni.h"
 #include "faults/lavori.h"
@@ -10,6 +11,8 @@
 
 #include <cerrno>
 #include <climits>
+#include <csignal>
+#include <unistd.h>
 
 namespace prove
 {
@@ -29,6 +32,10 @@ const Lavoro tutti[] = {
     {"open", [](const lavori::Posto &posto) { lavori::apre(posto); }, false},
     {"save", [](const lavori::Posto &posto) { lavori::salva(posto, QStringLiteral("x-1")); },
      false},
+    {"member", [](const lavori::Posto &posto) { lavori::iscrive(posto, QStringLiteral("x-3")); },
+     false},
+    {"act", lavori::scriveAtto, false},
+    {"changed act", lavori::cambiaAtto, false},
     {"delete", [](const lavori::Posto &posto) { lavori::elimina(posto, QStringLiteral("V3")); },
      false},
     {"attach", [](const lavori::Posto &posto) { lavori::allega(posto, QStringLiteral("x-2")); },
@@ -46,6 +53,7 @@ struct Disco {
     bool senzaLegami = false;
     bool cestinoAltrove = false;
     bool sbaglia = false; // scrive altro da ciò che gli si dice, e non lo dice
+    bool muore = false;   // a quella chiamata il programma è ucciso
 };
 
 // I file e il loro contenuto, anche quelli nascosti.
@@ -79,10 +87,23 @@ void rimette(const lavori::Posto &posto, const QMap<QString, QByteArray> &com_er
     }
 }
 
+// Senza le ore in cui i record nacquero e cambiarono: due salvataggi uguali hanno le loro.
 Righe righeDi(const QString &percorso)
 {
     modTarvola::ApriArchivio(percorso);
-    Righe righe = campione::istantanea(modTarvola::connessione());
+    Righe righe;
+    {
+        ado::Connection &archivio = modTarvola::connessione();
+        const ado::Transazione annullata(archivio);
+        for (const modTarvola::catalogo::Tabella &tabella : modTarvola::catalogo::tutte()) {
+            for (const auto &ora : {QStringLiteral("Creazione"), QStringLiteral("Modifica")}) {
+                if (tabella.colonna(ora) != nullptr)
+                    archivio.Execute(
+                        {QStringLiteral("UPDATE %1 SET %2 = ''").arg(tabella.nome, ora), {}, {}});
+            }
+        }
+        righe = campione::istantanea(archivio);
+    }
     lavori::chiude();
     return righe;
 }
@@ -96,6 +117,7 @@ struct Stato {
 
 struct Esito {
     bool riuscito = true;
+    bool ucciso = false;
     bool muto = false;          // fallito senza dire perché
     bool restaQualcosa = false; // ciò che doveva togliere non si è potuto togliere
     int chiamate = 0;
@@ -124,6 +146,13 @@ Stato prepara(const Giro &giro)
     return stato;
 }
 
+struct Conti {
+    int iniettati = 0;
+    int uccisi = 0;
+    int messaggi = 0;
+    int perdite = 0;
+};
+
 Esito compie(const Stato &stato, const Lavoro &lavoro, const Disco &disco, int quale, int errore)
 {
     rimette(stato.posto, stato.file);
@@ -132,6 +161,7 @@ Esito compie(const Stato &stato, const Lavoro &lavoro, const Disco &disco, int q
     piano.quale = disco.sbaglia ? -1 : quale;
     piano.falsa = !disco.sbaglia ? -1 : quale < 0 ? INT_MAX : quale;
     piano.errore = errore;
+    piano.muore = disco.muore;
     piano.dalliInPoi = disco.pieno;
     piano.soloScritture = disco.pieno;
     piano.senzaModi = disco.senzaModi;
@@ -153,6 +183,21 @@ Esito compie(const Stato &stato, const Lavoro &lavoro, const Disco &disco, int q
     esito.fallite = disco.sbaglia ? 1 : inganni::fallite();
     esito.senzaCorrente = inganni::perdutiSenzaCorrente();
     esito.restaQualcosa = inganni::fallitoIlTogliere();
+    return esito;
+}
+
+// Lo stesso in un programma a parte, che muore a quella chiamata.
+Esito muore(const Stato &stato, const Lavoro &lavoro, const Disco &disco, int quale, Conti &conti)
+{
+    const pid_t figlio = ::fork();
+    if (figlio == 0) {
+        compie(stato, lavoro, disco, quale, 0);
+        ::_exit(0);
+    }
+    Esito esito;
+    esito.riuscito = false;
+    esito.ucciso = true;
+    conti.perdite += finisceCosi(figlio, 0, SIGKILL);
     return esito;
 }
 
@@ -183,7 +228,7 @@ int verifica(const Stato &stato, const Lavoro &lavoro, const Esito &esito, const
     esige(!esito.muto, "un errore senza parole");
     esige(esito.senzaCorrente.isEmpty(),
           qPrintable(QStringLiteral("non era sul disco: ") + esito.senzaCorrente));
-    if (lavoro.suiFile && !esito.riuscito) {
+    if (lavoro.suiFile && !esito.riuscito && !esito.ucciso) {
         const auto quali = esito.restaQualcosa ? QDir::Filters() : QDir::Hidden;
         esige(contenuto(stato.posto.cartella, quali) == stato.file, "i file non sono più quelli");
     }
@@ -202,12 +247,6 @@ int verifica(const Stato &stato, const Lavoro &lavoro, const Esito &esito, const
     return perdite;
 }
 
-struct Conti {
-    int iniettati = 0;
-    int messaggi = 0;
-    int perdite = 0;
-};
-
 // Il lavoro prima riesce, poi fallisce in ciascuna delle sue chiamate, o in tante a caso.
 void fallisce(Giro &giro, const Stato &stato, const Lavoro &lavoro, const Disco &disco,
               Conti &conti)
@@ -222,13 +261,16 @@ void fallisce(Giro &giro, const Stato &stato, const Lavoro &lavoro, const Disco 
         ++conti.perdite;
     }
     constexpr int errori[] = {ENOSPC, EIO, EACCES};
-    const int volte = qMin(sano.chiamate, qMax(3, giro.giri));
+    const bool ciascuna = disco.muore && !lavoro.suiFile;
+    const int volte = ciascuna ? sano.chiamate : qMin(sano.chiamate, qMax(3, giro.giri));
     for (int i = 0; i < volte; ++i) {
         const int quale = volte == sano.chiamate ? i : giro.caso.bounded(sano.chiamate);
         const Esito esito =
-            compie(stato, lavoro, disco, quale, disco.pieno ? ENOSPC : errori[i % 3]);
+            disco.muore ? muore(stato, lavoro, disco, quale, conti)
+                        : compie(stato, lavoro, disco, quale, disco.pieno ? ENOSPC : errori[i % 3]);
         conti.iniettati += esito.fallite;
-        conti.messaggi += esito.riuscito ? 0 : 1;
+        conti.uccisi += esito.ucciso ? 1 : 0;
+        conti.messaggi += esito.riuscito || esito.ucciso ? 0 : 1;
         conti.perdite +=
             verifica(stato, lavoro, esito, nome + QStringLiteral(", chiamata %1").arg(quale));
     }
@@ -244,8 +286,13 @@ int falliscono(Giro &giro, std::initializer_list<Disco> dischi, bool soloSuiFile
                 fallisce(giro, stato, lavoro, disco, conti);
         }
     }
-    QTextStream(stdout) << dischi.begin()->nome << ": " << conti.iniettati << " calls failed, "
-                        << conti.messaggi << " ended in a message: lost " << conti.perdite << '\n';
+    QTextStream uscita(stdout);
+    uscita << dischi.begin()->nome << ": ";
+    if (conti.uccisi > 0)
+        uscita << conti.uccisi << " times";
+    else
+        uscita << conti.iniettati << " calls failed, " << conti.messaggi << " ended in a message";
+    uscita << ": lost " << conti.perdite << '\n';
     return conti.perdite;
 }
 
@@ -261,6 +308,8 @@ int chiamate(Giro &giro)
     perdite += falliscono(giro, {{"Cestino on another disk", false, 0, false, true}}, true);
     // Una copia scritta male non prende il posto di nulla.
     perdite += falliscono(giro, {{"disks that write wrong", false, 0, false, false, true}}, true);
+    // Un salvataggio è ucciso a ciascuna chiamata: o c'è per intero, o non c'è.
+    perdite += falliscono(giro, {{"killed at a call", false, 0, false, false, false, true}}, false);
     return perdite;
 }
 

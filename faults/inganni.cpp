@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <csignal>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
@@ -88,6 +89,8 @@ bool cade(Genere genere)
     const int mia = conto++;
     if (piano.quale < 0 || mia < piano.quale || (mia > piano.quale && !piano.dalliInPoi))
         return false;
+    if (piano.muore)
+        ::kill(::getpid(), SIGKILL);
     ++cadute;
     togliere = genere == Genere::Toglie;
     errno = piano.errore;

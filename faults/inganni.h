@@ -13,6 +13,7 @@ struct Piano {
     int quale = -1;          // il numero della chiamata che fallisce, da 0; negativo: nessuna
     int errore = 0;          // con quale errore
     bool dalliInPoi = false; // anche tutte quelle dopo
+    bool muore = false;      // non fallisce: lì il programma è ucciso
     bool soloScritture = false;
     bool solaLettura = false; // ogni chiamata che cambia qualcosa fallisce, come su un CD
     int senzaModi = 0;        // l'errore di un disco che non conosce i modi di renameat2

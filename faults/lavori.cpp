@@ -1,8 +1,10 @@
 #include "faults/lavori.h"
 
+#include "db/atto.h"
 #include "db/binari.h"
 #include "db/connessioni.h"
 #include "db/custodia.h"
+#include "db/generi.h"
 #include "db/modello.h"
 #include "faults/campione.h"
 
@@ -20,11 +22,6 @@ namespace
 bool avanti(qint64 /*fatto*/, qint64 /*totale*/)
 {
     return true;
-}
-
-void esegue(const char *istruzione, const QVariantList &valori)
-{
-    connessione().Execute({QString::fromUtf8(istruzione), valori, {}});
 }
 
 } // namespace
@@ -57,12 +54,68 @@ QString salva(const Posto &posto, const QString &nome)
                                         {{QStringLiteral("Voce"), QStringLiteral("V1")},
                                          {QStringLiteral("Nome"), nome}}})
                                .codice;
-    // L'ora è sempre la stessa, perché due salvataggi uguali si possano confrontare.
-    esegue("UPDATE Individui SET Creazione = '2024-01-01 10:00:00', Modifica = NULL "
-           "WHERE Codice = ?",
-           {codice});
     lavoro.conferma();
     return codice;
+}
+
+void iscrive(const Posto &posto, const QString &nome)
+{
+    apre(posto);
+    const auto codiceIn = [](const char *tabella) {
+        return connessione()
+            .valore(
+                {QStringLiteral("SELECT max(Codice) FROM ") + QString::fromUtf8(tabella), {}, {}})
+            .toString();
+    };
+    Lavoro lavoro(connessione(), {}, QStringLiteral("O1"));
+    const Scritto scritto = lavoro.scrive(
+        {QStringLiteral("Individui"), codiceIn("Individui"), {{QStringLiteral("Nome"), nome}}});
+    lavoro.iscrive(modTarvola::Posto::Coniuge, scritto.codice, codiceIn("Famiglie"));
+    lavoro.conferma();
+}
+
+namespace
+{
+
+void scrive(const Atto &prima, Atto &dopo)
+{
+    const EsitoAtto esito =
+        modTarvola::scriveAtto(connessione(), QStringLiteral("O1"), prima, dopo);
+    if (esito.che != EsitoAtto::Scritto)
+        throw ado::Errore(ado::Causa::Altro, QStringLiteral("atto non scritto: ") + esito.motivo);
+}
+
+} // namespace
+
+void scriveAtto(const Posto &posto)
+{
+    apre(posto);
+    // Come il primo dell'archivio, ma tutto ancora da scrivere.
+    Atto atto = leggeAtto(connessione(), QStringLiteral("V1")).value();
+    atto.codice.clear();
+    for (PersonaDiAtto &persona : atto.persone) {
+        persona.codice.clear();
+        for (EventoDiAtto &evento : persona.eventi)
+            evento.codice.clear();
+    }
+    for (FamigliaDiAtto &famiglia : atto.famiglie)
+        famiglia.codice.clear();
+    atto.testi = {{{}, TestoRiportato, QStringLiteral("x"), QString(20'000, u'à')}};
+    scrive({}, atto);
+}
+
+void cambiaAtto(const Posto &posto)
+{
+    apre(posto);
+    const Atto prima = leggeAtto(connessione(), QStringLiteral("V1")).value();
+    Atto dopo = prima;
+    dopo.campi.insert(QStringLiteral("Volume"), QStringLiteral("x"));
+    dopo.persone.first().campi.insert(QStringLiteral("Nome"), QStringLiteral("x"));
+    dopo.daEliminare.append(dopo.persone.takeLast().codice);
+    const int nuova = dopo.aggiunge(1);
+    dopo.persona(nuova)->campi.insert(QStringLiteral("Nome"), QStringLiteral("y"));
+    dopo.famiglie.first().figli = {nuova};
+    scrive(prima, dopo);
 }
 
 void elimina(const Posto &posto, const QString &voce)

@@ -20,6 +20,12 @@ struct Posto {
 // Ciascuno lancia ado::Errore se non riesce. L'archivio resta aperto dopo i primi, chiuso dopo gli
 // altri.
 QString salva(const Posto &posto, const QString &nome);
+// Cambia una persona e la mette in una coppia.
+void iscrive(const Posto &posto, const QString &nome);
+// Scrive un atto intero, con persone, famiglia, eventi e testi.
+void scriveAtto(const Posto &posto);
+// Di un atto cambia la voce e una persona, toglie l'altra e ne aggiunge una.
+void cambiaAtto(const Posto &posto);
 void elimina(const Posto &posto, const QString &voce);
 QString allega(const Posto &posto, const QString &nome);
 void compatta(const Posto &posto);

@@ -23,6 +23,12 @@ ALBERO = RADICE / "build/piantati"
 COSTRUITO = ALBERO / "build/lavoro"
 SECONDI = 600
 
+# Il salvataggio si spezza qui: ciò che è già scritto resta anche se il resto non riesce.
+DUE_COMMIT = (
+    "    m_connessione.Execute({QStringLiteral(\"COMMIT\"), {}, {}});\n"
+    "    m_connessione.Execute({QStringLiteral(\"BEGIN IMMEDIATE\"), {}, {}});\n"
+)
+
 # Nome, sorgente, ciò che dice, ciò che direbbe sbagliato.
 CUSTODIA = [
     ("a copy is not synced", "platform/disco/provvisorio.cpp",
@@ -38,11 +44,15 @@ CUSTODIA = [
      "PRAGMA synchronous = FULL", "PRAGMA synchronous = OFF"),
     ("the check of a copy is skipped", "platform/motore/jro.cpp",
      'if (esito != QStringLiteral("ok"))', 'if (esito.isNull())'),
-    ("a save is two commits", "faults/lavori.cpp",
-     "    CollegaOperatore(connessione(), QStringLiteral(\"O1\"), codice);\n"
-     "    transazione.conferma();\n",
-     "    transazione.conferma();\n"
-     "    CollegaOperatore(connessione(), QStringLiteral(\"O1\"), codice);\n"),
+    ("a save is two commits", "db/lavoro.cpp",
+     "    if (siLegaAllOperatore(record, prima))\n", DUE_COMMIT
+     + "    if (siLegaAllOperatore(record, prima))\n"),
+    ("an act is two commits", "db/atto_scrittura.cpp",
+     "            iscrive(Posto::Coniuge,", DUE_COMMIT.replace("m_connessione", "m_lavoro.connessione()")
+     + "            iscrive(Posto::Coniuge,"),
+    ("a membership is a commit of its own", "db/lavoro.cpp",
+     "    const bool coniuge = posto == Posto::Coniuge;\n",
+     DUE_COMMIT + "    const bool coniuge = posto == Posto::Coniuge;\n"),
     ("a journal is left at restore", "db/custodia.cpp",
      "    togliGiornale(arrivo);\n    nuovo.prendeIlPosto(suo, soloSeLibera);\n}\n\nvoid scosta",
      "    nuovo.prendeIlPosto(suo, soloSeLibera);\n}\n\nvoid scosta"),
@@ -73,9 +83,9 @@ STANZE = [
     ("swapped columns of the operator's link", "db/codici.cpp",
      "{operatore, record}", "{record, operatore}", "tst_editori"),
     ("a transaction is not rolled back", "platform/motore/transazione.cpp",
-     'QStringLiteral("ROLLBACK")', 'QStringLiteral("COMMIT")', "tst_dati"),
+     '"ROLLBACK TO passo" : "ROLLBACK"', '"ROLLBACK TO passo" : "COMMIT"', "tst_lavoro"),
     ("a transaction is not exclusive", "platform/motore/transazione.cpp",
-     'QStringLiteral("BEGIN IMMEDIATE")', 'QStringLiteral("BEGIN")', "tst_dati"),
+     : "BEGIN IMMEDIATE"', ': "BEGIN"', "tst_lavoro"),
     ("one spouse is enough", "db/famiglie.cpp",
      "return principale && coniuge;", "return principale || coniuge;", "tst_famiglie"),
     ("a member twice in a couple", "db/famiglie.cpp",

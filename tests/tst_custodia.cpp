@@ -1,5 +1,6 @@
 #include "db/versioni.h"
 #include "platform/disco/shell.h"
+#include "platform/motore/jro.h"
 #include "prova_custodia.h"
 
 #include <optional>
@@ -185,6 +186,23 @@ private slots:
         QVERIFY(QFileInfo(legame).isSymLink());
         QVERIFY(QFileInfo(m_percorso).size() < m_sano.size());
         QCOMPARE(righeDi(m_percorso), m_prima);
+    }
+
+    // Una copia è confrontata tabella per tabella, riga per riga.
+    void riconosceUnaCopiaDiversa()
+    {
+        const QString altra = accanto(u"altra.tvd"_s);
+        copiaArchivio(m_percorso, altra, avanti);
+        Aparte origine(m_percorso);
+        Aparte copia(altra);
+        jro::confronta(origine, copia, avanti);
+        for (const QString &guasto :
+             {u"CREATE TABLE Altra (a)"_s, u"DROP TABLE Luoghi"_s, u"DELETE FROM Eventi"_s}) {
+            const ado::Transazione annullata(copia);
+            copia.esegui(guasto);
+            QCOMPARE(errore([&] { jro::confronta(origine, copia, avanti); }).causa(),
+                     ado::Causa::Danneggiato);
+        }
     }
 
     // Ciò che un programma ucciso ha lasciato si toglie, o va nel Cestino se è un archivio intero.

@@ -73,6 +73,10 @@ private slots:
     {
         {
             Lavoro fuori(connessione(), u"Atto"_s);
+            // Da qui nessun altro scrive, anche se ancora non c'è nulla di scritto.
+            QCOMPARE(
+                errore([&] { Aparte(archivio->percorso()).esegui(u"BEGIN IMMEDIATE"_s); }).causa(),
+                Causa::Occupato);
             fuori.scrive(persona(u"Ada"_s));
             {
                 Lavoro perso(connessione());
