@@ -1,13 +1,31 @@
 #!/usr/bin/env bash
 # Usage: ./bench.sh [INDIVIDUALS [TIMES]]
+#        ./bench.sh --fatica SERIES.json
 # Makes an archive of 1,000,000 individuals (or as many as said) once, and measures the program
 # on it against the least work the engine can do, TIMES (5) times in turn; then a back-up and a
 # compaction, a large file attached and the conversion of the earlier format, in proportion.
 # One line a figure: name, median, floor's median, ratio, goal, ok or short. Status 1 where one
 # falls short.
+# With --fatica: writes the acts of a series on the page of the act, by keys alone and without a
+# display, and says how many keys an act costs and where they went. Status 1 where a row of the new
+# archive is not what the series says.
 set -euo pipefail
 
+serie=
+if [ "${1:-}" = --fatica ]; then
+    serie=$(realpath -e -- "${2:?the file of a series}")
+fi
 cd "$(dirname "${BASH_SOURCE[0]}")"
+if [ -n "$serie" ]; then
+    strumenti/prepara.sh build use
+    cmake --preset rilascio >&2
+    cmake --build --preset rilascio --target fatica >&2
+    impostazioni=$(mktemp -d)
+    trap 'rm -rf "$impostazioni"' EXIT
+    QT_QPA_PLATFORM=offscreen XDG_CONFIG_HOME=$impostazioni LANG=it_IT.UTF-8 LC_ALL=C.UTF-8 \
+        build/rilascio/bench/fatica "$serie"
+    exit
+fi
 individui=${1:-1000000}
 volte=${2:-5}
 

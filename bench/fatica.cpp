@@ -1,0 +1,195 @@
+// Quanti tasti costa una serie d'atti scritta sulla pagina della finestra vera, coi soli tasti, in
+// un archivio nuovo; e se ciò che vi resta è ciò che la serie dice.
+//   fatica SERIE.json
+
+#include "app/avvio.h"
+#include "app/MDITras.h"
+#include "bench/righe_atti.h"
+#include "bench/serie.h"
+#include "bench/trascrittore.h"
+#include "contesto/contesto.h"
+#include "db/connessioni.h"
+#include "db/modello.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QMdiArea>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <cstdio>
+#include <cstdlib>
+
+using namespace modTarvola;
+
+namespace
+{
+
+constexpr int primoContato = 11;
+
+void dice(const QString &riga)
+{
+    std::printf("%s\n", qUtf8Printable(riga));
+    std::fflush(stdout);
+}
+
+// Un archivio con un registro solo, del tipo della serie.
+void creaArchivio(const QString &percorso, int tipo)
+{
+    creaModello(percorso);
+    ado::Connection connessione;
+    connessione.Open(stringaDiConnessione(percorso));
+    connessione.Execute(
+        {QStringLiteral("INSERT INTO Archivi (Codice, Nome) VALUES ('A1', 'Parrocchia')"), {}, {}});
+    connessione.Execute({QStringLiteral("INSERT INTO Registri (Codice, Archivio, Tipo, Titolo) "
+                                        "VALUES ('R1', 'A1', ?, 'Registro')"),
+                         {tipo},
+                         {}});
+}
+
+// Una domanda a cui i tasti della serie non rispondono ferma tutto: si dice quale.
+void sorveglia()
+{
+    auto *orologio = new QTimer(qApp);
+    QObject::connect(orologio, &QTimer::timeout, qApp, [] {
+        const QWidget *sopra = QApplication::activeModalWidget();
+        if (sopra == nullptr)
+            return;
+        dice(QStringLiteral("La finestra domanda: ") + sopra->windowTitle());
+        const auto scritte = sopra->findChildren<QLabel *>();
+        for (const QLabel *una : scritte)
+            dice(una->text());
+        std::_Exit(1);
+    });
+    orologio->start(200);
+}
+
+int confronta(const serie::Serie &serie, const QList<QStringList> &scritti)
+{
+    int diverse = 0;
+    for (qsizetype i = 0; i < std::max(serie.atti.size(), scritti.size()); ++i) {
+        const QStringList attese = serie.atti.value(i).righe;
+        const QStringList righe = scritti.value(i);
+        for (const QString &una : attese) {
+            if (attese.count(una) != righe.count(una) && ++diverse > 0)
+                dice(QStringLiteral("atto %1 manca: %2").arg(i + 1).arg(una));
+        }
+        for (const QString &una : righe) {
+            if (!attese.contains(una) && ++diverse > 0)
+                dice(QStringLiteral("atto %1 di troppo: %2").arg(i + 1).arg(una));
+        }
+    }
+    return diverse;
+}
+
+QString media(int somma, qsizetype atti)
+{
+    return QString::number(static_cast<double>(somma) / static_cast<double>(atti), 'f', 1);
+}
+
+void riassume(const QList<Trascrittore::Conto> &conti, const serie::Serie &serie)
+{
+    std::array<int, Trascrittore::Specie_quante> somme{};
+    QMap<QString, int> caselle;
+    int totale = 0;
+    int lettere = 0;
+    const qsizetype primo = std::min<qsizetype>(primoContato, conti.size()) - 1;
+    const qsizetype quanti = conti.size() - primo;
+    for (qsizetype i = primo; i < conti.size(); ++i) {
+        for (size_t s = 0; s < somme.size(); ++s)
+            somme.at(s) += conti.at(i).tasti.at(s);
+        for (const auto &[nome, tasti] : conti.at(i).caselle.toStdMap())
+            caselle[nome] += tasti;
+        totale += conti.at(i).totale();
+        lettere += static_cast<int>(serie.atti.at(i).testo.size());
+    }
+    QList<QPair<int, QString>> care;
+    for (const auto &[nome, tasti] : caselle.toStdMap())
+        care.append({tasti, nome});
+    std::sort(care.rbegin(), care.rend());
+    for (const auto &[tasti, nome] : std::as_const(care))
+        dice(QStringLiteral("%1  %2").arg(media(tasti, quanti), 6).arg(nome));
+    dice(QStringLiteral("battuti %1, presi %2, Tab e frecce %3, comandi %4, testo %5")
+             .arg(media(somme[Trascrittore::Battuti], quanti),
+                  media(somme[Trascrittore::Presi], quanti),
+                  media(somme[Trascrittore::Passi], quanti),
+                  media(somme[Trascrittore::Comandi], quanti),
+                  media(somme[Trascrittore::Testo], quanti)));
+    const int testo = somme[Trascrittore::Testo];
+    dice(QStringLiteral("tasti per atto: caselle %1 testo %2 totale %3 (atti %4-%5, testo %6 "
+                        "lettere)")
+             .arg(media(totale - testo, quanti), media(testo, quanti), media(totale, quanti))
+             .arg(primo + 1)
+             .arg(conti.size())
+             .arg(media(lettere, quanti)));
+}
+
+// Apre la pagina di un atto nuovo dall'elenco dei registri.
+QWidget *aprePagina(MDITras &principale, const QString &percorso)
+{
+    ApriArchivio(percorso);
+    contesto().PercorsoCorrente = percorso;
+    ProprietaTabella registri;
+    registri.TipoTabella = QStringLiteral("Registri");
+    registri.Percorso = percorso;
+    registri.Ordinamento = 7;
+    fmTabella *elenco = principale.apre(registri);
+    QApplication::processEvents();
+    const auto comandi = elenco->findChildren<QAction *>();
+    for (QAction *uno : comandi) {
+        if (uno->text().remove(u'&').startsWith(QStringLiteral("Trascrivi"))) {
+            uno->trigger();
+            break;
+        }
+    }
+    QApplication::processEvents();
+    return principale.findChild<QWidget *>(QStringLiteral("fmScheda"));
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication applicazione(argc, argv);
+    if (argc < 2) {
+        std::fprintf(stderr, "uso: fatica SERIE.json\n");
+        return 2;
+    }
+    QString motivo;
+    const auto serie = serie::legge(QString::fromLocal8Bit(argv[1]), motivo);
+    if (!serie) {
+        std::fprintf(stderr, "%s: %s\n", argv[1], qUtf8Printable(motivo));
+        return 2;
+    }
+    const QTemporaryDir cartella;
+    const QString percorso = cartella.filePath(QStringLiteral("fatica.tvd"));
+    preparaApplicazione(applicazione);
+    creaArchivio(percorso, serie->tipo);
+    sorveglia();
+    MDITras principale;
+    principale.resize(1280, 800);
+    principale.show();
+    principale.activateWindow();
+    QWidget *pagina = aprePagina(principale, percorso);
+    if (pagina == nullptr || !QTest::qWaitForWindowActive(&principale)) {
+        dice(QStringLiteral("La pagina non si apre"));
+        return 1;
+    }
+    Trascrittore trascrittore(pagina);
+    QList<Trascrittore::Conto> conti;
+    for (const serie::Atto &atto : serie->atti) {
+        if (!trascrittore.trascrive(atto, motivo)) {
+            dice(QStringLiteral("atto %1: %2").arg(conti.size() + 1).arg(motivo));
+            return 1;
+        }
+        conti.append(trascrittore.conto());
+    }
+    const int diverse = confronta(*serie, righeDegliAtti(connessione()));
+    for (const QString &casella : trascrittore.mancate())
+        dice(QStringLiteral("nessuna casella per ") + casella);
+    if (diverse > 0)
+        dice(QStringLiteral("righe diverse: %1").arg(diverse));
+    riassume(conti, *serie);
+    return diverse > 0 ? 1 : 0;
+}
