@@ -183,14 +183,15 @@ private:
     void famiglie()
     {
         for (const char *figlio : {"battezzato", "defunto", "sposo", "sposa"}) {
+            const QString chi = m_chi.value(QString::fromUtf8(figlio));
             QStringList genitori;
             for (const Persona &una : persone) {
                 if (QString::fromUtf8(una.figlio).split(u' ').contains(QString::fromUtf8(figlio)) &&
                     m_chi.contains(QString::fromUtf8(una.nome)))
                     genitori.append(m_chi[QString::fromUtf8(una.nome)]);
             }
-            if (!genitori.isEmpty())
-                famiglia(FamigliaGenitori, genitori, {m_chi[QString::fromUtf8(figlio)]});
+            if (!genitori.isEmpty() && !chi.isEmpty())
+                famiglia(FamigliaGenitori, genitori, {chi});
         }
         QStringList coppia;
         for (const char *nome : {"sposo", "sposa", "defunto", "coniuge"}) {
