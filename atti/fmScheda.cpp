@@ -87,6 +87,7 @@ void fmScheda::mostra(const Atto &atto)
     const QString prima = attoAccanto(*m_connessione, proprieta.RegistroLocale, atto.codice, false);
     m_precedente = prima.isEmpty() ? Atto{} : leggeAtto(*m_connessione, prima).value_or(Atto{});
     m_pagina->conta(testoDi(m_precedente.campi, campoData));
+    m_pagina->attende(SchedaAtto(*m_scheda, m_precedente));
     m_pagina->mostra(SchedaAtto(*m_scheda, atto));
     if (atto.codice.isEmpty())
         proponeNuovo();

@@ -56,6 +56,8 @@ public:
     void setSolaLettura(bool sola);
     // La data (ISO) da cui si conta il giorno dell'atto, quella dell'atto prima.
     void conta(const QString &riferimento) { m_riferimento = riferimento; }
+    // Quante persone ha di solito ogni elenco: quante ne ha l'atto dato, che viene prima.
+    void attende(const modTarvola::scheda::SchedaAtto &prima);
     // Propone come continuare ciò che si scrive: `cerca` rende le proposte per una casella.
     Completamento *completa(std::function<QStringList(const Campo &)> cerca);
     // Porta la tastiera nella prima casella da scrivere.
@@ -84,6 +86,7 @@ private:
     bool tasto(QWidget *parte, class QKeyEvent *evento);
     const modTarvola::scheda::Posto &posto(const QString &nome) const;
     bool eElenco(const QString &nome) const;
+    bool diTroppo(const RigaPagina *riga) const;
 
     const modTarvola::scheda::Scheda &m_scheda;
     std::vector<std::pair<int, QString>> m_ruoli;
@@ -95,6 +98,7 @@ private:
         m_uso;
     Completamento *m_completamento = nullptr;
     QString m_riferimento;
+    QMap<QString, int> m_attese; // per posto; vuota se non c'è un atto prima
     bool m_riempie = false;
     bool m_solaLettura = false;
 };

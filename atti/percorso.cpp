@@ -24,6 +24,26 @@ bool puoMancare(Come come)
 
 } // namespace
 
+void Pagina::attende(const scheda::SchedaAtto &prima)
+{
+    m_attese.clear();
+    if (prima.atto().codice.isEmpty())
+        return;
+    for (const scheda::Posto &suo : m_scheda.posti) {
+        if (eElenco(suo.nome))
+            m_attese.insert(suo.nome, suo.come == Come::Altre ? 0 : prima.quante(suo.nome));
+    }
+}
+
+// La riga vuota in fondo a un elenco che ha già tante persone quante nell'atto prima: vi si va con
+// le frecce, o col comando che ne aggiunge una.
+bool Pagina::diTroppo(const RigaPagina *riga) const
+{
+    const auto attese = m_attese.constFind(riga->riga().posto);
+    return attese != m_attese.constEnd() && riga->chiave == 0 && riga->vuota() &&
+           !riga->campi().empty() && riga->campi().front()->dove.quale >= *attese;
+}
+
 // Le caselle e i testi dove la tastiera si ferma, nell'ordine della pagina.
 QList<QWidget *> Pagina::percorso(bool anchePassate) const
 {
@@ -33,12 +53,13 @@ QList<QWidget *> Pagina::percorso(bool anchePassate) const
         const Come come = posto(riga->riga().posto).come;
         const bool assente =
             puoMancare(come) && riga->chiave == 0 && riga->riga().evento == 0 && riga->vuota();
+        const bool oltre = diTroppo(riga);
         bool prima = true;
         for (const Campo *campo : riga->campi()) {
             if (!campo->fuoco()->isVisibleTo(this))
                 continue;
             const bool saltata =
-                campo->uso == Uso::Saltata || campo->proposto() || (assente && !prima);
+                oltre || campo->uso == Uso::Saltata || campo->proposto() || (assente && !prima);
             if (campo->uso != Uso::Saltata)
                 prima = false;
             if (anchePassate || !saltata || campo->fuoco() == qui)

@@ -39,6 +39,9 @@ const QString voce = QStringLiteral("voce");
 const QString campiVoce = QStringLiteral("~Volume ~PaginaIniziale ~CodiceVoce Data");
 const QString campiGenitore =
     QStringLiteral("Nome Cognome Precisazione ~Detto -Soprannome -Età ~Vivente");
+// Di chi il mestiere si dice di rado.
+const QString campiAltroGenitore =
+    QStringLiteral("Nome Cognome ~Precisazione ~Detto -Soprannome -Età ~Vivente");
 const QString campiPresente =
     QStringLiteral("Nome Cognome ~Sesso ~Precisazione -Detto -Soprannome -Età -Vivente");
 
@@ -93,7 +96,7 @@ Scheda battesimo()
         riga(figlio, modTarvola::Battesimo,
              QStringLiteral("~Data -Ora ~Luogo -Indirizzo -Causa -Valore")),
         riga(QStringLiteral("padre"), 0, campiGenitore),
-        riga(QStringLiteral("madre"), 0, campiGenitore),
+        riga(QStringLiteral("madre"), 0, campiAltroGenitore),
         riga(QStringLiteral("padrini"), 0, campiPresente)};
     scheda.righe += righeFinali();
     return scheda;
@@ -123,11 +126,11 @@ Scheda matrimonio()
     scheda.righe = {
         riga(voce, 0, campiVoce),
         riga(sposo, 0, campi),
-        riga(QStringLiteral("padre_sposo"), 0, campiGenitore),
-        riga(QStringLiteral("madre_sposo"), 0, campiGenitore),
+        riga(QStringLiteral("padre_sposo"), 0, campiAltroGenitore),
+        riga(QStringLiteral("madre_sposo"), 0, campiAltroGenitore),
         riga(sposa, 0, campi),
-        riga(QStringLiteral("padre_sposa"), 0, campiGenitore),
-        riga(QStringLiteral("madre_sposa"), 0, campiGenitore),
+        riga(QStringLiteral("padre_sposa"), 0, campiAltroGenitore),
+        riga(QStringLiteral("madre_sposa"), 0, campiAltroGenitore),
         riga(coppia, Matrimonio, QStringLiteral("~Data -Ora ~Luogo -Indirizzo -Causa -Valore")),
         riga(coppia, Pubblicazioni, QStringLiteral("~Data -Ora ~Luogo -Indirizzo -Causa ~Valore")),
         riga(QStringLiteral("testimoni"), 0, campiPresente)};
@@ -154,9 +157,9 @@ Scheda morte()
                  "Nome Cognome Sesso Età ~Precisazione -Detto -Soprannome -Legittimo -Vivente")),
         riga(defunto, Morte, QStringLiteral("Data ~Ora Luogo Causa -Indirizzo -Valore")),
         riga(defunto, Sepoltura, QStringLiteral("Data ~Luogo -Ora -Indirizzo -Causa -Valore")),
-        riga(QStringLiteral("padre"), 0, campiGenitore),
-        riga(QStringLiteral("madre"), 0, campiGenitore),
-        riga(QStringLiteral("coniuge"), 0, campiGenitore),
+        riga(QStringLiteral("padre"), 0, campiAltroGenitore),
+        riga(QStringLiteral("madre"), 0, campiAltroGenitore),
+        riga(QStringLiteral("coniuge"), 0, campiAltroGenitore),
         riga(QStringLiteral("testimoni"), 0, campiPresente)};
     scheda.righe += righeFinali();
     return scheda;
