@@ -97,10 +97,11 @@ void Alberi::libere(const File &file)
         const QByteArray byte = file.leggi(tronco);
         if (byte.isEmpty() || m_uso.at(tronco) != Uso::Ignoto)
             return;
-        m_uso[tronco] = Uso::Libera;
         const auto quante = qFromBigEndian<quint32>(byte.constData() + 4);
+        // Non è una pagina dell'elenco: un'altra ne ha preso il posto, e libera non è.
         if (quante > static_cast<quint32>(file.byteUtili() / 4 - 2))
             return;
+        m_uso[tronco] = Uso::Libera;
         for (quint32 i = 0; i < quante; ++i) {
             const auto numero = qFromBigEndian<quint32>(byte.constData() + 8 + 4 * i);
             if (numero > 1 && numero <= file.quante())

@@ -36,12 +36,13 @@ private:
     void aspettaDa(const Tabella &tabella, const QString &indice);
     void righeDi(Tabella &tabella);
     void coppieDi(Tabella &tabella, const QString &indice);
-    void orfane();
-    void colloca(const Cella &cella);
+    void orfane(Uso quali);
+    void colloca(const Cella &cella, Uso da);
     QList<Coppia> coppieIn(const Tabella &tabella, const Pagina &pagina) const;
     void coppieOrfane();
     Tabella *diChiSono(const Pagina &pagina, bool anchePerEsclusione);
-    bool accetta(Tabella &tabella, const Cella &cella, bool orfana);
+    bool accetta(Tabella &tabella, const Cella &cella, Uso da);
+    bool ancoraViva(const Tabella &tabella, const QByteArray &codice, qint64 chiave, Uso da);
     bool adatta(const Tabella &tabella, const QList<Valore> &riga) const;
     void accosta(Tabella &tabella) const;
     void riparaCodice(const Tabella &tabella, qint64 chiave, QList<Valore> &riga);
@@ -107,8 +108,10 @@ QList<Conto> Salvataggio::compie(bool tiene)
         for (const QString &indice : std::as_const(tabella.indici))
             coppieDi(tabella, indice);
     }
-    orfane();
+    orfane(Uso::Ignoto);
     coppieOrfane();
+    // Per ultime: una riga che c'è già vale più della sua copia fra le libere.
+    orfane(Uso::Libera);
     QList<Conto> conti;
     for (const Tabella &tabella : m_salvate.tabelle())
         conti.append(conta(tabella));
@@ -179,10 +182,10 @@ void Salvataggio::righeDi(Tabella &tabella)
         if (!pagina.foglia)
             continue;
         for (const Cella &cella : pagina.celle) {
-            if (accetta(tabella, cella, false))
+            if (accetta(tabella, cella, Uso::Albero))
                 continue;
             tabella.sana = false;
-            colloca(cella);
+            colloca(cella, Uso::Ignoto);
         }
     }
 }
@@ -217,25 +220,26 @@ void Salvataggio::coppieDi(Tabella &tabella, const QString &indice)
     }
 }
 
-// Le pagine cui nessun albero porta più: chi sta sopra è rotto, le righe possono essere sane.
-void Salvataggio::orfane()
+// Le pagine cui nessun albero porta più: chi sta sopra è rotto, le righe possono essere sane. Fra
+// quelle che il file dà per libere può stare una viva finita fuori posto.
+void Salvataggio::orfane(Uso quali)
 {
     for (quint32 numero = 2; numero <= m_file.quante(); ++numero) {
-        if (m_alberi.uso().at(numero) != Uso::Ignoto)
+        if (m_alberi.uso().at(numero) != quali)
             continue;
         avanza(numero);
         const Pagina pagina = m_file.pagina(numero);
         if (pagina.genere != Genere::Tabella || !pagina.foglia)
             continue;
         for (const Cella &cella : pagina.celle)
-            colloca(cella);
+            colloca(cella, quali);
     }
 }
 
-void Salvataggio::colloca(const Cella &cella)
+void Salvataggio::colloca(const Cella &cella, Uso da)
 {
     for (Tabella &tabella : m_salvate.tabelle()) {
-        if (tabella.conRowid && accetta(tabella, cella, true))
+        if (tabella.conRowid && accetta(tabella, cella, da))
             return;
     }
 }
@@ -325,8 +329,26 @@ bool Salvataggio::adatta(const Tabella &tabella, const QList<Valore> &riga) cons
     return m_regole.adatta(tabella.nome, riga.value(0, nulla), riga.value(1, nulla));
 }
 
-bool Salvataggio::accetta(Tabella &tabella, const Cella &cella, bool orfana)
+// Falso se la riga, trovata fuori dal suo albero, era già stata cancellata per quanto se ne sa.
+bool Salvataggio::ancoraViva(const Tabella &tabella, const QByteArray &codice, qint64 chiave,
+                             Uso da)
 {
+    const Albero suo = m_alberi[tabella.nome];
+    // In una pagina libera è viva solo se al suo albero manca qualcosa e un indice la nomina, lei e
+    // la sua chiave. Dove gli indici non nominano nulla deve mancare l'albero intero.
+    if (da == Uso::Libera && tabella.testimoni.isEmpty())
+        return suo.pagine.isEmpty();
+    if (da == Uso::Libera)
+        return !suo.intero && m_salvate.aspettata(tabella, codice, chiave);
+    // In una pagina che potrebbe essere libera basta che un indice intero non la smentisca.
+    return m_libereIntere || !unoIntero(tabella.testimoni) || m_salvate.aspettata(tabella, codice);
+}
+
+// `da` dice che cosa si sa della pagina della cella: che è dell'albero della tabella, o libera, o
+// nulla.
+bool Salvataggio::accetta(Tabella &tabella, const Cella &cella, Uso da)
+{
+    const bool orfana = da != Uso::Albero;
     const auto seguito = catena(m_file, cella, m_alberi.uso());
     if (!seguito)
         return false;
@@ -345,10 +367,7 @@ bool Salvataggio::accetta(Tabella &tabella, const Cella &cella, bool orfana)
         riparaCodice(tabella, cella.chiave, *riga);
     if (!adatta(tabella, *riga))
         return false;
-    // Una riga in una pagina che potrebbe essere libera era già stata cancellata se un indice
-    // intero non la nomina.
-    if (orfana && !m_libereIntere && unoIntero(tabella.testimoni) &&
-        !m_salvate.aspettata(tabella, riga->constFirst().byte))
+    if (orfana && !ancoraViva(tabella, riga->constFirst().byte, cella.chiave, da))
         return false;
     if (!m_salvate.inserisce(tabella, cella.chiave, *riga, carico))
         return false;

@@ -183,6 +183,16 @@ bool Salvate::aspettata(const Tabella &tabella, const QByteArray &codice)
         .isValid();
 }
 
+bool Salvate::aspettata(const Tabella &tabella, const QByteArray &codice, qint64 chiave)
+{
+    return m_nuovo
+        .valore({QStringLiteral("SELECT 1 FROM temp.attese WHERE tabella = ? AND riga = ? "
+                                "AND codice = ?"),
+                 {tabella.nome, chiave, QVariant::fromValue(ado::Utf8{codice})},
+                 {}})
+        .isValid();
+}
+
 QByteArray Salvate::codiceDi(const Tabella &tabella, qint64 chiave, qsizetype testimoni)
 {
     return m_nuovo

@@ -45,6 +45,7 @@ public:
     void aspetta(const Tabella &tabella, const QString &indice, qint64 chiave,
                  const QByteArray &codice);
     bool aspettata(const Tabella &tabella, const QByteArray &codice);
+    bool aspettata(const Tabella &tabella, const QByteArray &codice, qint64 chiave);
     // Il codice che almeno tanti indici danno alla riga con quella chiave; vuoto se non c'è.
     QByteArray codiceDi(const Tabella &tabella, qint64 chiave, qsizetype testimoni);
     // Quante ne mancano fra quelle che almeno tanti indici nominano.
