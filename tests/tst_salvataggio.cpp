@@ -76,6 +76,23 @@ private slots:
         }
     }
 
+    // Un bit nella testa di una riga: il tipo dell'ultima colonna, vuota; la chiave, che diventa
+    // quella di un'altra. Le due righe restano ciascuna col suo codice.
+    void ritrovaLaRigaConLaTestaRovinata()
+    {
+        constexpr qsizetype testa = 11;
+        const qsizetype riga = m_sano.indexOf("E12I");
+        QCOMPARE(m_sano.at(riga - testa), char{testa});
+        QCOMPARE(m_sano.at(riga - testa - 1), char{12});
+        for (const auto &[dove, bit] : {std::pair{riga - 1, 2}, {riga - testa - 1, 32}}) {
+            QByteArray rotto = m_sano;
+            rotto[dove] = static_cast<char>(rotto.at(dove) ^ bit);
+            scrive(m_percorso, rotto);
+            QVERIFY(compattaArchivio(m_percorso, cestino(), avanti).riparato);
+            QCOMPARE(righeDi(m_percorso).value(u"Eventi"_s), m_prima.value(u"Eventi"_s));
+        }
+    }
+
     // Delle coppie si ritrovano le pagine anche quando più nulla porta a loro.
     void ritrovaLeCoppieSenzaRadice()
     {

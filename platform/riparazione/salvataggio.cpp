@@ -45,7 +45,8 @@ private:
     bool ancoraViva(const Tabella &tabella, const QByteArray &codice, qint64 chiave, Uso da);
     bool adatta(const Tabella &tabella, const QList<Valore> &riga) const;
     void accosta(Tabella &tabella) const;
-    void riparaCodice(const Tabella &tabella, qint64 chiave, QList<Valore> &riga);
+    void riparaCodice(const Tabella &tabella, qint64 chiave, QList<Valore> &riga, bool esatta);
+    Cella conLaSuaChiave(const Tabella &tabella, const QList<Cella> &celle, qsizetype quale);
     Conto conta(const Tabella &tabella);
     void avanza(qint64 fatte) { provvisorio::avanza(m_passo, fatte, m_file.quante()); }
 
@@ -181,7 +182,8 @@ void Salvataggio::righeDi(Tabella &tabella)
         const Pagina pagina = m_file.pagina(numero);
         if (!pagina.foglia)
             continue;
-        for (const Cella &cella : pagina.celle) {
+        for (qsizetype i = 0; i < pagina.celle.size(); ++i) {
+            const Cella cella = conLaSuaChiave(tabella, pagina.celle, i);
             if (accetta(tabella, cella, Uso::Albero))
                 continue;
             tabella.sana = false;
@@ -353,8 +355,13 @@ bool Salvataggio::accetta(Tabella &tabella, const Cella &cella, Uso da)
     if (!seguito)
         return false;
     Carico carico(m_file, cella);
-    auto riga = carico.colonne();
+    auto riga = carico.colonne(orfana ? Lettura::Esatta : Lettura::Comunque);
     const qsizetype colonne = tabella.colonne.size();
+    // Una riga che non torna con la sua lunghezza ha dentro qualcosa di rovinato: entra se il suo
+    // posto è nell'albero e un indice la nomina.
+    if (riga && !carico.esatta() &&
+        (riga->size() != colonne || m_salvate.codiceDi(tabella, cella.chiave, 1).isEmpty()))
+        return false;
     if (riga && !orfana && !tabella.posti.isEmpty())
         riga = riordinata(tabella, *riga);
     // Le righe scritte prima che la tabella avesse le ultime colonne ne hanno di meno.
@@ -364,7 +371,7 @@ bool Salvataggio::accetta(Tabella &tabella, const Cella &cella, Uso da)
     if (tabella.chiaveIntera >= 0)
         (*riga)[tabella.chiaveIntera] = {Valore::Intero, cella.chiave, 0, {}};
     if (!orfana)
-        riparaCodice(tabella, cella.chiave, *riga);
+        riparaCodice(tabella, cella.chiave, *riga, carico.esatta());
     if (!adatta(tabella, *riga))
         return false;
     if (orfana && !ancoraViva(tabella, riga->constFirst().byte, cella.chiave, da))
@@ -378,14 +385,34 @@ bool Salvataggio::accetta(Tabella &tabella, const Cella &cella, Uso da)
 
 // Un codice rovinato si riprende dagli indici che nominano la stessa riga: da uno, se non è più un
 // codice; da tutti d'accordo, se è diventato quello di un'altra.
-void Salvataggio::riparaCodice(const Tabella &tabella, qint64 chiave, QList<Valore> &riga)
+void Salvataggio::riparaCodice(const Tabella &tabella, qint64 chiave, QList<Valore> &riga,
+                               bool esatta)
 {
     if (tabella.testimoni.isEmpty())
         return;
+    const bool codiceSuo = esatta && adatta(tabella, riga);
     const QByteArray codice =
-        m_salvate.codiceDi(tabella, chiave, adatta(tabella, riga) ? tabella.testimoni.size() : 1);
+        m_salvate.codiceDi(tabella, chiave, codiceSuo ? tabella.testimoni.size() : 1);
     if (!codice.isEmpty())
         riga[0] = {Valore::Testo, 0, 0, codice};
+}
+
+// In una foglia le chiavi crescono: di una fuori posto vale più il codice, e la chiave è quella che
+// tutti gli indici gli danno. Altrimenti la riga finirebbe sotto il codice di un'altra.
+Cella Salvataggio::conLaSuaChiave(const Tabella &tabella, const QList<Cella> &celle,
+                                  qsizetype quale)
+{
+    Cella cella = celle.at(quale);
+    const bool inOrdine = (quale == 0 || celle.at(quale - 1).chiave < cella.chiave) &&
+                          (quale + 1 == celle.size() || cella.chiave < celle.at(quale + 1).chiave);
+    if (inOrdine || tabella.testimoni.isEmpty() || !tabella.posti.isEmpty())
+        return cella;
+    const auto riga = Carico(m_file, cella).colonne();
+    if (riga && adatta(tabella, *riga))
+        cella.chiave =
+            m_salvate.chiaveDi(tabella, riga->constFirst().byte, tabella.testimoni.size())
+                .value_or(cella.chiave);
+    return cella;
 }
 
 Conto Salvataggio::conta(const Tabella &tabella)

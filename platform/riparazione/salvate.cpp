@@ -205,6 +205,17 @@ QByteArray Salvate::codiceDi(const Tabella &tabella, qint64 chiave, qsizetype te
         .toUtf8();
 }
 
+std::optional<qint64> Salvate::chiaveDi(const Tabella &tabella, const QByteArray &codice,
+                                        qsizetype testimoni)
+{
+    const QVariant chiave = m_nuovo.valore(
+        {QStringLiteral("SELECT riga FROM temp.attese WHERE tabella = ? AND codice = ? "
+                        "GROUP BY riga HAVING count(*) >= ? ORDER BY count(*) DESC LIMIT 1"),
+         {tabella.nome, QVariant::fromValue(ado::Utf8{codice}), testimoni},
+         {}});
+    return chiave.isValid() ? std::optional(chiave.toLongLong()) : std::nullopt;
+}
+
 qint64 Salvate::perdute(const Tabella &tabella, qsizetype testimoni)
 {
     return m_nuovo
