@@ -100,8 +100,8 @@ QList<Conto> Salvataggio::compie(bool tiene)
             aspettaDa(tabella, indice);
     }
     for (Tabella &tabella : m_salvate.tabelle()) {
+        accosta(tabella);
         if (tabella.conRowid) {
-            accosta(tabella);
             righeDi(tabella);
             continue;
         }
@@ -192,24 +192,37 @@ void Salvataggio::righeDi(Tabella &tabella)
     }
 }
 
+// La coppia da una voce di indice, che la dà nel suo ordine, o da una riga, di una tabella rifatta;
+// vuota se non lo è.
+QList<Valore> coppiaDa(const QList<Valore> &voce, const Tabella &tabella, const QList<int> &ordine,
+                       Genere genere)
+{
+    if (genere == Genere::Tabella && !tabella.posti.isEmpty())
+        return riordinata(tabella, voce);
+    QList<Valore> riga = voce;
+    if (riga.size() != tabella.colonne.size())
+        return {};
+    for (qsizetype i = 0; i < qMin(riga.size(), ordine.size()); ++i)
+        riga[ordine.at(i)] = voce.at(i);
+    return riga;
+}
+
 // Una tabella senza chiave interna si ritrova intera in ciascuno dei suoi indici.
 void Salvataggio::coppieDi(Tabella &tabella, const QString &indice)
 {
     const QList<int> ordine = tabella.ordine.value(indice);
     const auto pagine = m_alberi[indice].pagine;
     for (const quint32 numero : pagine) {
-        const auto celle = m_file.pagina(numero).celle;
+        const Pagina pagina = m_file.pagina(numero);
+        // Sopra le foglie le voci di un indice sono righe, quelle di una tabella no.
+        if (pagina.genere == Genere::Tabella && !pagina.foglia)
+            continue;
         bool tutte = true;
-        for (const Cella &cella : celle) {
+        for (const Cella &cella : pagina.celle) {
             Carico carico(m_file, cella);
             const auto voce = carico.colonne();
-            if (!voce || voce->size() != tabella.colonne.size()) {
-                tutte = false;
-                continue;
-            }
-            QList<Valore> riga = *voce;
-            for (qsizetype i = 0; i < qMin(riga.size(), ordine.size()); ++i)
-                riga[ordine.at(i)] = voce->at(i);
+            const QList<Valore> riga =
+                voce ? coppiaDa(*voce, tabella, ordine, pagina.genere) : QList<Valore>();
             if (adatta(tabella, riga))
                 m_salvate.inserisce(tabella, 0, riga, carico);
             else
