@@ -73,7 +73,7 @@ void leggeTutte(ado::Connection &archivio, const QString &tabella, bool inPagine
 }
 
 // Ciò che una riga legge del file: niente se la tabella non si legge fino in fondo.
-void prova(const std::function<void()> &lettura)
+void seSiLegge(const std::function<void()> &lettura)
 {
     try {
         lettura();
@@ -85,11 +85,11 @@ void prova(const std::function<void()> &lettura)
 Impronte righeDi(const QString &percorso)
 {
     Impronte tutte;
-    prova([&] {
+    seSiLegge([&] {
         ado::Connection archivio;
         archivio.Open(stringaDiConnessione(percorso));
         for (const QString &tabella : tabelle())
-            prova([&] {
+            seSiLegge([&] {
                 leggeTutte(archivio, tabella, true, [&](const QVariantList &riga) {
                     tutte.insert(tabella.toUtf8() + impronta(riga));
                 });
@@ -103,7 +103,7 @@ QSet<QByteArray> ritrovateDa(const QString &percorso)
 {
     enum { campi = 2, chiave, primo };
     QSet<QByteArray> tutte;
-    prova([&] {
+    seSiLegge([&] {
         ado::Connection archivio;
         archivio.Open(stringaDiConnessione(percorso));
         leggeTutte(archivio, ritrovate, false, [&](const QVariantList &riga) {
@@ -239,45 +239,54 @@ bool scrive(const QString &percorso, const QByteArray &byte)
     return file.open(QIODevice::WriteOnly) && file.write(byte) == byte.size();
 }
 
+// Il file della prova, da capo: con gli stessi byte e niente accanto.
+void rimette(const QString &cartella, const QString &percorso, const QByteArray &byte)
+{
+    for (const QString &via : provvisorio::accanto(percorso))
+        QFile::remove(via);
+    QDir(cartella + QStringLiteral("/Cestino")).removeRecursively();
+    if (!scrive(percorso, byte))
+        qFatal("la prova non può preparare i suoi file");
+}
+
+// Vero se la nostra non è rimasta indietro; ne scrive la riga della tavola.
+bool prova(const QString &cartella, const Sano &sano, const danni::Danno &danno, quint32 seme)
+{
+    QRandomGenerator caso(seme);
+    QByteArray byte = sano.byte;
+    danno.guasta(byte, sano.mappa, caso);
+    const QString percorso = cartella + QStringLiteral("/prova.tvd");
+    rimette(cartella, percorso, byte);
+    const qint64 sue = delMotore(percorso, sano);
+    rimette(cartella, percorso, byte);
+    const Riparato nostre = nostro(percorso, sano, cartella);
+    QTextStream esce(stdout);
+    esce << danno.nome << '\t' << seme << '\t' << sano.conTabella.size() << '\t' << nostre.righe
+         << '\t' << sue;
+    if (nostre.righe < sue)
+        esce << "\tBEHIND " << nostre.motivo;
+    esce << '\n';
+    return nostre.righe >= sue;
+}
+
 // Rende quante volte la nostra è rimasta indietro.
 int confronta(const QString &cartella, quint32 semi, quint32 daSeme, const QString &soloDanno)
 {
     const std::vector<Sano> sani = prepara(cartella);
     provaIlMotore(cartella, sani.back());
-    QTextStream esce(stdout);
-    esce << "damage\tseed\trows\tours\tengine\n";
+    QTextStream(stdout) << "damage\tseed\trows\tours\tengine\n";
     int indietro = 0;
     int prove = 0;
     for (const danni::Danno &danno : danni::tutti()) {
         if (!soloDanno.isEmpty() && danno.nome != soloDanno)
             continue;
         for (quint32 seme = daSeme; seme < daSeme + semi; ++seme) {
-            const Sano &sano = sani.at(seme % sani.size());
-            QRandomGenerator caso(seme);
-            QByteArray byte = sano.byte;
-            danno.guasta(byte, sano.mappa, caso);
-            const QString percorso = cartella + QStringLiteral("/prova.tvd");
-            for (const QString &via : provvisorio::accanto(percorso))
-                QFile::remove(via);
-            QDir(cartella + QStringLiteral("/Cestino")).removeRecursively();
-            if (!scrive(percorso, byte))
-                qFatal("la prova non può preparare i suoi file");
-            const qint64 sue = delMotore(percorso, sano);
-            if (!scrive(percorso, byte))
-                qFatal("la prova non può preparare i suoi file");
-            const Riparato nostre = nostro(percorso, sano, cartella);
             ++prove;
-            esce << danno.nome << '\t' << seme << '\t' << sano.conTabella.size() << '\t'
-                 << nostre.righe << '\t' << sue;
-            if (nostre.righe < sue) {
-                ++indietro;
-                esce << "\tBEHIND " << nostre.motivo;
-            }
-            esce << '\n';
-            esce.flush();
+            indietro += prova(cartella, sani.at(seme % sani.size()), danno, seme) ? 0 : 1;
         }
     }
-    esce << "behind the engine's recovery in " << indietro << " of " << prove << '\n';
+    QTextStream(stdout) << "behind the engine's recovery in " << indietro << " of " << prove
+                        << '\n';
     return prove == 0 ? 1 : indietro;
 }
 

@@ -35,6 +35,11 @@ constexpr Manomissione manomissioni[] = {
      "Abbreviazione); INSERT INTO T SELECT "
      "Gruppo, Modifica, Nome, Codice, Abbreviazione FROM Archivi; DROP TABLE Archivi; "
      "ALTER TABLE T RENAME TO Archivi"},
+    {"coppie con la chiave interna, al contrario", "la tabella «FamiglieConiugi»",
+     "PRAGMA legacy_alter_table = ON; CREATE TABLE T (CodiceIndividuo, CodiceFamiglia); "
+     "INSERT INTO T SELECT CodiceIndividuo, CodiceFamiglia FROM FamiglieConiugi; DROP TABLE "
+     "FamiglieConiugi; "
+     "ALTER TABLE T RENAME TO FamiglieConiugi"},
     {"vincolo", "la tabella «Luoghi»",
      "{aMano}UPDATE sqlite_schema SET sql = replace(sql, ', Stato TEXT', ', Stato TEXT "
      "CHECK (length(hex(zeroblob(400000000))) > 0)') WHERE name = 'Luoghi'"},

@@ -3,6 +3,7 @@
 #include "prova_custodia.h"
 
 #include <QRandomGenerator>
+#include <QtEndian>
 
 #include <fcntl.h>
 #include <sys/wait.h>
@@ -53,6 +54,42 @@ private slots:
         for (qsizetype resta = 4096; resta < m_sano.size(); resta += 97 * 1000) {
             scrive(m_percorso, m_sano.left(resta));
             verificaSalvato(qPrintable(u"%1 byte"_s.arg(resta)));
+        }
+    }
+
+    // Una pagina viva finita al posto di una libera, e questa al suo: tornano le righe vive, e non
+    // quelle cancellate.
+    void ritrovaUnaPaginaVivaFraLeLibere()
+    {
+        const auto numeroIn = [this](qsizetype dove) {
+            return qFromBigEndian<quint32>(m_sano.constData() + dove);
+        };
+        const qsizetype tronco = numeroIn(32) - 1;
+        for (const qsizetype libera : {tronco, qsizetype{numeroIn(tronco * 4096 + 8)} - 1}) {
+            const qsizetype viva = m_sano.indexOf("Borgo 5") / 4096;
+            QByteArray rotto = m_sano;
+            rotto.replace(viva * 4096, 4096, m_sano.mid(libera * 4096, 4096));
+            rotto.replace(libera * 4096, 4096, m_sano.mid(viva * 4096, 4096));
+            scrive(m_percorso, rotto);
+            QVERIFY(compattaArchivio(m_percorso, cestino(), avanti).riparato);
+            QCOMPARE(righeDi(m_percorso).value(u"Eventi"_s), m_prima.value(u"Eventi"_s));
+        }
+    }
+
+    // Un bit nella testa di una riga: il tipo dell'ultima colonna, vuota; la chiave, che diventa
+    // quella di un'altra. Le due righe restano ciascuna col suo codice.
+    void ritrovaLaRigaConLaTestaRovinata()
+    {
+        constexpr qsizetype testa = 11;
+        const qsizetype riga = m_sano.indexOf("E12I");
+        QCOMPARE(m_sano.at(riga - testa), char{testa});
+        QCOMPARE(m_sano.at(riga - testa - 1), char{12});
+        for (const auto &[dove, bit] : {std::pair{riga - 1, 2}, {riga - testa - 1, 32}}) {
+            QByteArray rotto = m_sano;
+            rotto[dove] = static_cast<char>(rotto.at(dove) ^ bit);
+            scrive(m_percorso, rotto);
+            QVERIFY(compattaArchivio(m_percorso, cestino(), avanti).riparato);
+            QCOMPARE(righeDi(m_percorso).value(u"Eventi"_s), m_prima.value(u"Eventi"_s));
         }
     }
 

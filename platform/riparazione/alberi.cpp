@@ -31,6 +31,12 @@ QList<RigaDiSchema> righeDi(const File &file, const Pagina &pagina)
     return righe;
 }
 
+// Vero se l'istruzione crea una tabella con la chiave interna.
+bool haChiaveInterna(const QByteArray &istruzione)
+{
+    return !istruzione.isEmpty() && !istruzione.simplified().toUpper().contains("WITHOUT ROWID");
+}
+
 } // namespace
 
 Alberi::Alberi(const File &file, const QHash<QString, Albero> &previsti)
@@ -38,8 +44,14 @@ Alberi::Alberi(const File &file, const QHash<QString, Albero> &previsti)
 {
     libere(file);
     const QHash<QString, quint32> trovate = radici(file);
-    for (Albero &albero : m_alberi)
-        percorre(file, trovate.value(albero.nome), albero);
+    for (Albero &albero : m_alberi) {
+        const quint32 radice = trovate.value(albero.nome);
+        // Altri possono aver rifatto una tabella con una chiave interna dove non c'era.
+        if (albero.nome == albero.tabella && haChiaveInterna(m_definizioni.value(albero.nome)) &&
+            file.pagina(radice).genere == Genere::Tabella)
+            albero.genere = Genere::Tabella;
+        percorre(file, radice, albero);
+    }
 }
 
 QList<RigaDiSchema> schemaDi(const File &file)
@@ -97,10 +109,11 @@ void Alberi::libere(const File &file)
         const QByteArray byte = file.leggi(tronco);
         if (byte.isEmpty() || m_uso.at(tronco) != Uso::Ignoto)
             return;
-        m_uso[tronco] = Uso::Libera;
         const auto quante = qFromBigEndian<quint32>(byte.constData() + 4);
+        // Non è una pagina dell'elenco: un'altra ne ha preso il posto, e libera non è.
         if (quante > static_cast<quint32>(file.byteUtili() / 4 - 2))
             return;
+        m_uso[tronco] = Uso::Libera;
         for (quint32 i = 0; i < quante; ++i) {
             const auto numero = qFromBigEndian<quint32>(byte.constData() + 8 + 4 * i);
             if (numero > 1 && numero <= file.quante())

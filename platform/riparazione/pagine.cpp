@@ -230,43 +230,70 @@ bool Carico::leggi(char *dove, qint64 quanti)
     return true;
 }
 
-std::optional<QList<Valore>> Carico::colonne()
+// I tipi delle colonne, dall'intestazione; niente se non lo sono.
+std::optional<QList<qint64>> Carico::serie(qint64 &intestazione) const
 {
-    const qint64 tutto = m_pezzo.size() + m_restano;
-    qint64 intestazione = 0;
     const int letti = variabile(m_pezzo, 0, intestazione);
     // L'intestazione di una riga d'archivio sta sempre nella sua pagina.
     if (letti == 0 || intestazione < letti || intestazione > m_pezzo.size())
         return {};
     QList<qint64> serie;
-    qint64 somma = intestazione;
     for (qint64 posto = letti; posto < intestazione;) {
         qint64 una = 0;
         const int suoi = variabile(m_pezzo, posto, una);
         if (suoi == 0 || una < 0 || una == 10 || una == 11)
             return {};
         serie.append(una);
-        somma += lunghezzaDi(una);
         posto += suoi;
-        if (somma > tutto)
-            return {};
     }
-    if (somma != tutto)
+    return serie;
+}
+
+std::optional<QList<Valore>> Carico::colonne(Lettura lettura)
+{
+    qint64 restano = m_pezzo.size() + m_restano;
+    qint64 intestazione = 0;
+    const auto tipi = serie(intestazione);
+    if (!tipi)
+        return {};
+    restano -= intestazione;
+    m_esatta = true;
+    QList<qint64> lunghezze;
+    for (const qint64 tipo : *tipi) {
+        // Ciò che starebbe oltre la fine non c'è: una lunghezza negativa.
+        const qint64 lunghezza = lunghezzaDi(tipo);
+        const bool entra = lunghezza <= restano;
+        m_esatta = m_esatta && entra;
+        lunghezze.append(entra ? lunghezza : -1);
+        restano -= entra ? lunghezza : 0;
+    }
+    m_esatta = m_esatta && restano == 0;
+    if (!m_esatta && lettura == Lettura::Esatta)
         return {};
     m_posto = intestazione;
-    QList<Valore> lette;
-    for (qsizetype i = 0; i < serie.size(); ++i) {
-        const qint64 lunghezza = lunghezzaDi(serie.at(i));
-        if (i == serie.size() - 1 && lunghezza >= lungoDa && serie.at(i) % 2 == 0) {
-            lette.append({Valore::Lungo, lunghezza, 0, {}});
+    return valori(*tipi, lunghezze);
+}
+
+std::optional<QList<Valore>> Carico::valori(const QList<qint64> &tipi,
+                                            const QList<qint64> &lunghezze)
+{
+    QList<Valore> letti;
+    for (qsizetype i = 0; i < tipi.size(); ++i) {
+        const qint64 lunghezza = lunghezze.at(i);
+        if (lunghezza < 0) {
+            letti.append(Valore{});
+            continue;
+        }
+        if (i == tipi.size() - 1 && lunghezza >= lungoDa && tipi.at(i) % 2 == 0) {
+            letti.append({Valore::Lungo, lunghezza, 0, {}});
             break;
         }
         QByteArray byte(lunghezza, Qt::Uninitialized);
         if (!leggi(byte.data(), lunghezza))
             return {};
-        lette.append(valoreDi(serie.at(i), byte));
+        letti.append(valoreDi(tipi.at(i), byte));
     }
-    return lette;
+    return letti;
 }
 
 std::optional<QList<quint32>> catena(const File &file, const Cella &cella, const QList<Uso> &uso)

@@ -15,6 +15,7 @@ namespace pagine
 constexpr quint32 paginaPredefinita = 4096;
 
 enum class Genere { Nessuno, Tabella, Indice };
+enum class Lettura { Esatta, Comunque };
 enum class Uso : quint8 { Ignoto, Albero, Seguito, Libera };
 
 struct Valore {
@@ -84,18 +85,24 @@ public:
     Carico(const File &file, const Cella &cella);
     // Vero se i byte richiesti ci sono tutti.
     bool leggi(char *dove, qint64 quanti);
-    // Le colonne; niente se non sono una riga intera. L'ultima, se sono molti byte, resta da
-    // leggere ed è di tipo Lungo.
-    std::optional<QList<Valore>> colonne();
+    // Le colonne; niente se non sono una riga. L'ultima, se sono molti byte, resta da leggere ed è
+    // di tipo Lungo. Esatta: niente anche se le colonne non fanno la lunghezza del carico;
+    // Comunque: quelle che ne escono sono nulle.
+    std::optional<QList<Valore>> colonne(Lettura lettura = Lettura::Esatta);
+    // Vero se le colonne lette fanno la lunghezza del carico.
+    bool esatta() const { return m_esatta; }
 
 private:
     bool riempi();
+    std::optional<QList<qint64>> serie(qint64 &intestazione) const;
+    std::optional<QList<Valore>> valori(const QList<qint64> &tipi, const QList<qint64> &lunghezze);
 
     const File &m_file;
     QByteArray m_pezzo;
     qint64 m_posto = 0;
     qint64 m_restano;
     quint32 m_seguito;
+    bool m_esatta = false;
 };
 
 // Le pagine che seguono una cella, nell'ordine; niente se la catena è rotta o passa per una pagina

@@ -36,15 +36,17 @@ private:
     void aspettaDa(const Tabella &tabella, const QString &indice);
     void righeDi(Tabella &tabella);
     void coppieDi(Tabella &tabella, const QString &indice);
-    void orfane();
-    void colloca(const Cella &cella);
+    void orfane(Uso quali);
+    void colloca(const Cella &cella, Uso da);
     QList<Coppia> coppieIn(const Tabella &tabella, const Pagina &pagina) const;
     void coppieOrfane();
     Tabella *diChiSono(const Pagina &pagina, bool anchePerEsclusione);
-    bool accetta(Tabella &tabella, const Cella &cella, bool orfana);
+    bool accetta(Tabella &tabella, const Cella &cella, Uso da);
+    bool ancoraViva(const Tabella &tabella, const QByteArray &codice, qint64 chiave, Uso da);
     bool adatta(const Tabella &tabella, const QList<Valore> &riga) const;
     void accosta(Tabella &tabella) const;
-    void riparaCodice(const Tabella &tabella, qint64 chiave, QList<Valore> &riga);
+    void riparaCodice(const Tabella &tabella, qint64 chiave, QList<Valore> &riga, bool esatta);
+    Cella conLaSuaChiave(const Tabella &tabella, const QList<Cella> &celle, qsizetype quale);
     Conto conta(const Tabella &tabella);
     void avanza(qint64 fatte) { provvisorio::avanza(m_passo, fatte, m_file.quante()); }
 
@@ -98,8 +100,8 @@ QList<Conto> Salvataggio::compie(bool tiene)
             aspettaDa(tabella, indice);
     }
     for (Tabella &tabella : m_salvate.tabelle()) {
+        accosta(tabella);
         if (tabella.conRowid) {
-            accosta(tabella);
             righeDi(tabella);
             continue;
         }
@@ -107,8 +109,10 @@ QList<Conto> Salvataggio::compie(bool tiene)
         for (const QString &indice : std::as_const(tabella.indici))
             coppieDi(tabella, indice);
     }
-    orfane();
+    orfane(Uso::Ignoto);
     coppieOrfane();
+    // Per ultime: una riga che c'è già vale più della sua copia fra le libere.
+    orfane(Uso::Libera);
     QList<Conto> conti;
     for (const Tabella &tabella : m_salvate.tabelle())
         conti.append(conta(tabella));
@@ -178,13 +182,29 @@ void Salvataggio::righeDi(Tabella &tabella)
         const Pagina pagina = m_file.pagina(numero);
         if (!pagina.foglia)
             continue;
-        for (const Cella &cella : pagina.celle) {
-            if (accetta(tabella, cella, false))
+        for (qsizetype i = 0; i < pagina.celle.size(); ++i) {
+            const Cella cella = conLaSuaChiave(tabella, pagina.celle, i);
+            if (accetta(tabella, cella, Uso::Albero))
                 continue;
             tabella.sana = false;
-            colloca(cella);
+            colloca(cella, Uso::Ignoto);
         }
     }
+}
+
+// La coppia da una voce di indice, che la dà nel suo ordine, o da una riga, di una tabella rifatta;
+// vuota se non lo è.
+QList<Valore> coppiaDa(const QList<Valore> &voce, const Tabella &tabella, const QList<int> &ordine,
+                       Genere genere)
+{
+    if (genere == Genere::Tabella && !tabella.posti.isEmpty())
+        return riordinata(tabella, voce);
+    QList<Valore> riga = voce;
+    if (riga.size() != tabella.colonne.size())
+        return {};
+    for (qsizetype i = 0; i < qMin(riga.size(), ordine.size()); ++i)
+        riga[ordine.at(i)] = voce.at(i);
+    return riga;
 }
 
 // Una tabella senza chiave interna si ritrova intera in ciascuno dei suoi indici.
@@ -193,18 +213,16 @@ void Salvataggio::coppieDi(Tabella &tabella, const QString &indice)
     const QList<int> ordine = tabella.ordine.value(indice);
     const auto pagine = m_alberi[indice].pagine;
     for (const quint32 numero : pagine) {
-        const auto celle = m_file.pagina(numero).celle;
+        const Pagina pagina = m_file.pagina(numero);
+        // Sopra le foglie le voci di un indice sono righe, quelle di una tabella no.
+        if (pagina.genere == Genere::Tabella && !pagina.foglia)
+            continue;
         bool tutte = true;
-        for (const Cella &cella : celle) {
+        for (const Cella &cella : pagina.celle) {
             Carico carico(m_file, cella);
             const auto voce = carico.colonne();
-            if (!voce || voce->size() != tabella.colonne.size()) {
-                tutte = false;
-                continue;
-            }
-            QList<Valore> riga = *voce;
-            for (qsizetype i = 0; i < qMin(riga.size(), ordine.size()); ++i)
-                riga[ordine.at(i)] = voce->at(i);
+            const QList<Valore> riga =
+                voce ? coppiaDa(*voce, tabella, ordine, pagina.genere) : QList<Valore>();
             if (adatta(tabella, riga))
                 m_salvate.inserisce(tabella, 0, riga, carico);
             else
@@ -217,25 +235,26 @@ void Salvataggio::coppieDi(Tabella &tabella, const QString &indice)
     }
 }
 
-// Le pagine cui nessun albero porta più: chi sta sopra è rotto, le righe possono essere sane.
-void Salvataggio::orfane()
+// Le pagine cui nessun albero porta più: chi sta sopra è rotto, le righe possono essere sane. Fra
+// quelle che il file dà per libere può stare una viva finita fuori posto.
+void Salvataggio::orfane(Uso quali)
 {
     for (quint32 numero = 2; numero <= m_file.quante(); ++numero) {
-        if (m_alberi.uso().at(numero) != Uso::Ignoto)
+        if (m_alberi.uso().at(numero) != quali)
             continue;
         avanza(numero);
         const Pagina pagina = m_file.pagina(numero);
         if (pagina.genere != Genere::Tabella || !pagina.foglia)
             continue;
         for (const Cella &cella : pagina.celle)
-            colloca(cella);
+            colloca(cella, quali);
     }
 }
 
-void Salvataggio::colloca(const Cella &cella)
+void Salvataggio::colloca(const Cella &cella, Uso da)
 {
     for (Tabella &tabella : m_salvate.tabelle()) {
-        if (tabella.conRowid && accetta(tabella, cella, true))
+        if (tabella.conRowid && accetta(tabella, cella, da))
             return;
     }
 }
@@ -325,14 +344,37 @@ bool Salvataggio::adatta(const Tabella &tabella, const QList<Valore> &riga) cons
     return m_regole.adatta(tabella.nome, riga.value(0, nulla), riga.value(1, nulla));
 }
 
-bool Salvataggio::accetta(Tabella &tabella, const Cella &cella, bool orfana)
+// Falso se la riga, trovata fuori dal suo albero, era già stata cancellata per quanto se ne sa.
+bool Salvataggio::ancoraViva(const Tabella &tabella, const QByteArray &codice, qint64 chiave,
+                             Uso da)
 {
+    const Albero suo = m_alberi[tabella.nome];
+    // In una pagina libera è viva solo se al suo albero manca qualcosa e un indice la nomina, lei e
+    // la sua chiave. Dove gli indici non nominano nulla deve mancare l'albero intero.
+    if (da == Uso::Libera && tabella.testimoni.isEmpty())
+        return suo.pagine.isEmpty();
+    if (da == Uso::Libera)
+        return !suo.intero && m_salvate.aspettata(tabella, codice, chiave);
+    // In una pagina che potrebbe essere libera basta che un indice intero non la smentisca.
+    return m_libereIntere || !unoIntero(tabella.testimoni) || m_salvate.aspettata(tabella, codice);
+}
+
+// `da` dice che cosa si sa della pagina della cella: che è dell'albero della tabella, o libera, o
+// nulla.
+bool Salvataggio::accetta(Tabella &tabella, const Cella &cella, Uso da)
+{
+    const bool orfana = da != Uso::Albero;
     const auto seguito = catena(m_file, cella, m_alberi.uso());
     if (!seguito)
         return false;
     Carico carico(m_file, cella);
-    auto riga = carico.colonne();
+    auto riga = carico.colonne(orfana ? Lettura::Esatta : Lettura::Comunque);
     const qsizetype colonne = tabella.colonne.size();
+    // Una riga che non torna con la sua lunghezza ha dentro qualcosa di rovinato: entra se il suo
+    // posto è nell'albero e un indice la nomina.
+    if (riga && !carico.esatta() &&
+        (riga->size() != colonne || m_salvate.codiceDi(tabella, cella.chiave, 1).isEmpty()))
+        return false;
     if (riga && !orfana && !tabella.posti.isEmpty())
         riga = riordinata(tabella, *riga);
     // Le righe scritte prima che la tabella avesse le ultime colonne ne hanno di meno.
@@ -342,13 +384,10 @@ bool Salvataggio::accetta(Tabella &tabella, const Cella &cella, bool orfana)
     if (tabella.chiaveIntera >= 0)
         (*riga)[tabella.chiaveIntera] = {Valore::Intero, cella.chiave, 0, {}};
     if (!orfana)
-        riparaCodice(tabella, cella.chiave, *riga);
+        riparaCodice(tabella, cella.chiave, *riga, carico.esatta());
     if (!adatta(tabella, *riga))
         return false;
-    // Una riga in una pagina che potrebbe essere libera era già stata cancellata se un indice
-    // intero non la nomina.
-    if (orfana && !m_libereIntere && unoIntero(tabella.testimoni) &&
-        !m_salvate.aspettata(tabella, riga->constFirst().byte))
+    if (orfana && !ancoraViva(tabella, riga->constFirst().byte, cella.chiave, da))
         return false;
     if (!m_salvate.inserisce(tabella, cella.chiave, *riga, carico))
         return false;
@@ -359,14 +398,34 @@ bool Salvataggio::accetta(Tabella &tabella, const Cella &cella, bool orfana)
 
 // Un codice rovinato si riprende dagli indici che nominano la stessa riga: da uno, se non è più un
 // codice; da tutti d'accordo, se è diventato quello di un'altra.
-void Salvataggio::riparaCodice(const Tabella &tabella, qint64 chiave, QList<Valore> &riga)
+void Salvataggio::riparaCodice(const Tabella &tabella, qint64 chiave, QList<Valore> &riga,
+                               bool esatta)
 {
     if (tabella.testimoni.isEmpty())
         return;
+    const bool codiceSuo = esatta && adatta(tabella, riga);
     const QByteArray codice =
-        m_salvate.codiceDi(tabella, chiave, adatta(tabella, riga) ? tabella.testimoni.size() : 1);
+        m_salvate.codiceDi(tabella, chiave, codiceSuo ? tabella.testimoni.size() : 1);
     if (!codice.isEmpty())
         riga[0] = {Valore::Testo, 0, 0, codice};
+}
+
+// In una foglia le chiavi crescono: di una fuori posto vale più il codice, e la chiave è quella che
+// tutti gli indici gli danno. Altrimenti la riga finirebbe sotto il codice di un'altra.
+Cella Salvataggio::conLaSuaChiave(const Tabella &tabella, const QList<Cella> &celle,
+                                  qsizetype quale)
+{
+    Cella cella = celle.at(quale);
+    const bool inOrdine = (quale == 0 || celle.at(quale - 1).chiave < cella.chiave) &&
+                          (quale + 1 == celle.size() || cella.chiave < celle.at(quale + 1).chiave);
+    if (inOrdine || tabella.testimoni.isEmpty() || !tabella.posti.isEmpty())
+        return cella;
+    const auto riga = Carico(m_file, cella).colonne();
+    if (riga && adatta(tabella, *riga))
+        cella.chiave =
+            m_salvate.chiaveDi(tabella, riga->constFirst().byte, tabella.testimoni.size())
+                .value_or(cella.chiave);
+    return cella;
 }
 
 Conto Salvataggio::conta(const Tabella &tabella)

@@ -183,6 +183,16 @@ bool Salvate::aspettata(const Tabella &tabella, const QByteArray &codice)
         .isValid();
 }
 
+bool Salvate::aspettata(const Tabella &tabella, const QByteArray &codice, qint64 chiave)
+{
+    return m_nuovo
+        .valore({QStringLiteral("SELECT 1 FROM temp.attese WHERE tabella = ? AND riga = ? "
+                                "AND codice = ?"),
+                 {tabella.nome, chiave, QVariant::fromValue(ado::Utf8{codice})},
+                 {}})
+        .isValid();
+}
+
 QByteArray Salvate::codiceDi(const Tabella &tabella, qint64 chiave, qsizetype testimoni)
 {
     return m_nuovo
@@ -193,6 +203,17 @@ QByteArray Salvate::codiceDi(const Tabella &tabella, qint64 chiave, qsizetype te
                  {}})
         .toString()
         .toUtf8();
+}
+
+std::optional<qint64> Salvate::chiaveDi(const Tabella &tabella, const QByteArray &codice,
+                                        qsizetype testimoni)
+{
+    const QVariant chiave = m_nuovo.valore(
+        {QStringLiteral("SELECT riga FROM temp.attese WHERE tabella = ? AND codice = ? "
+                        "GROUP BY riga HAVING count(*) >= ? ORDER BY count(*) DESC LIMIT 1"),
+         {tabella.nome, QVariant::fromValue(ado::Utf8{codice}), testimoni},
+         {}});
+    return chiave.isValid() ? std::optional(chiave.toLongLong()) : std::nullopt;
 }
 
 qint64 Salvate::perdute(const Tabella &tabella, qsizetype testimoni)

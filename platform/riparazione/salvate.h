@@ -3,6 +3,7 @@
 #include "platform/motore/ado.h"
 #include "platform/riparazione/pagine.h"
 
+#include <optional>
 #include <vector>
 
 // Il file nuovo in cui finiscono le righe salvate, e ciò che se ne deve sapere per riempirlo.
@@ -45,8 +46,12 @@ public:
     void aspetta(const Tabella &tabella, const QString &indice, qint64 chiave,
                  const QByteArray &codice);
     bool aspettata(const Tabella &tabella, const QByteArray &codice);
+    bool aspettata(const Tabella &tabella, const QByteArray &codice, qint64 chiave);
     // Il codice che almeno tanti indici danno alla riga con quella chiave; vuoto se non c'è.
     QByteArray codiceDi(const Tabella &tabella, qint64 chiave, qsizetype testimoni);
+    // La chiave che almeno tanti indici danno a quel codice.
+    std::optional<qint64> chiaveDi(const Tabella &tabella, const QByteArray &codice,
+                                   qsizetype testimoni);
     // Quante ne mancano fra quelle che almeno tanti indici nominano.
     qint64 perdute(const Tabella &tabella, qsizetype testimoni);
 
