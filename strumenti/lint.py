@@ -1,10 +1,15 @@
 #!/usr/bin/env python3
 """Runs clang-tidy over the sources that a change can have touched.
 
-Usage: strumenti/lint.py                what differs from the base: where this branch left main
+Usage: strumenti/lint.py                what differs from where this branch left main; on main
+                                        itself, where no base is sure, everything (see below)
        strumenti/lint.py --base COMMIT  what differs from that commit
        strumenti/lint.py --all          every source
        strumenti/lint.py FILE...        these sources, and what includes these headers
+
+On main, as in a fresh clone of it, what the last landing changed is always looked at (a header
+through one source); then all the rest, what landed last first, until ten minutes have passed, and
+those left for another time are counted.
 
 A changed header counts for every source that includes it, a changed .clang-tidy for all of them.
 What was found clean is looked at again only when its text, a header of ours that it includes, its
@@ -20,11 +25,13 @@ import os
 import re
 import subprocess
 import sys
+import time
 from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
 RADICE = Path(__file__).resolve().parent.parent
 LINT = "clang-tidy-14"
+MINUTI = 10
 INCLUSIONE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*"([^"\n]+)"', re.M)
 # Ciò che dipende dal modo di costruire e non da ciò che il sorgente dice.
 DA_TOGLIERE = re.compile(
@@ -71,32 +78,57 @@ def inclusi_da(file):
 
 
 def base():
-    """Where this branch left main; where main itself is, the commit before."""
+    """Where this branch left main; nothing on main itself, or where main is not known."""
     for principale in ("origin/main", "main"):
         try:
             nodo = git("merge-base", "HEAD", principale).strip()
         except subprocess.CalledProcessError:
             continue
-        return nodo if nodo != git("rev-parse", "HEAD").strip() else "HEAD~1"
-    return "HEAD~1"
+        if nodo != git("rev-parse", "HEAD").strip():
+            return nodo
+    return None
+
+
+def approdi(file):
+    """{path: how many landings ago it last changed}; 0 also for what no landing names."""
+    quando, quanti = {}, -1
+    # Con -m e il primo genitore una fusione porta tutto ciò che è arrivato con lei.
+    for riga in git("log", "--first-parent", "-m", "--name-only", "--format=%x00").splitlines():
+        if riga == "\0":
+            quanti += 1
+        elif riga:
+            quando.setdefault(riga, quanti)
+    non_registrati = set(git("diff", "--name-only", "HEAD").splitlines())
+    return {nome: 0 if nome in non_registrati else quando.get(nome, 0) for nome in file}
 
 
 def da_guardare(scelte, file, inclusi):
+    """The sources to look at, and how many of them must be whatever the time."""
     tutti = sorted(nome for nome in file if nome.endswith(".cpp"))
     if scelte.all:
-        return tutti
+        return tutti, len(tutti)
     toccati = {os.path.relpath(os.path.abspath(nome), RADICE) for nome in scelte.file}
     if not toccati:
         punto = scelte.base or base()
+        if punto is None:
+            quando = approdi(file)
+            ultimo = {nome: min(quando[uno] for uno in inclusi[nome]) for nome in tutti}
+            tutti.sort(key=lambda nome: (ultimo[nome], quando[nome]))
+            dovuti = [nome for nome in tutti if quando[nome] == 0]
+            # Di un header cambiato basta chi lo fa leggere una volta.
+            for header in (nome for nome in file if nome.endswith(".h") and quando[nome] == 0):
+                if not any(header in inclusi[nome] for nome in dovuti):
+                    dovuti += [nome for nome in tutti if header in inclusi[nome]][:1]
+            return dovuti + [nome for nome in tutti if nome not in set(dovuti)], len(dovuti)
         try:
             toccati = set(git("diff", "--name-only", "-z", punto).split("\0"))
         except subprocess.CalledProcessError:
             print(f"There is no commit {punto} to compare with: looking at every source.")
-            return tutti
+            return tutti, len(tutti)
         toccati |= set(git("ls-files", "-z", "--others", "--exclude-standard").split("\0"))
-    if any(os.path.basename(nome) == ".clang-tidy" for nome in toccati):
-        return tutti
-    return [nome for nome in tutti if inclusi[nome] & toccati]
+    if not any(os.path.basename(nome) == ".clang-tidy" for nome in toccati):
+        tutti = [nome for nome in tutti if inclusi[nome] & toccati]
+    return tutti, len(tutti)
 
 
 def comandi(cartella):
@@ -155,7 +187,9 @@ def main():
 
     file = sorgenti()
     inclusi = inclusi_da(file)
-    elenco = da_guardare(scelte, file, inclusi)
+    elenco, dovuti = da_guardare(scelte, file, inclusi)
+    fino_a_quando = time.monotonic() + MINUTI * 60
+    dovuti = set(elenco[:dovuti])
     if not elenco:
         print("Lint: no source is touched.")
         return 0
@@ -174,7 +208,9 @@ def main():
     def guarda(nome):
         segno = puliti / impronta(nome, comune, noti[nome], file, inclusi)
         if segno.exists():
-            return None
+            return "clean"
+        if nome not in dovuti and time.monotonic() > fino_a_quando:
+            return "left"
         esito = subprocess.run(
             [LINT, "-quiet", "-p", str(cartella / "lint"), nome],
             cwd=RADICE, capture_output=True, text=True,
@@ -189,7 +225,13 @@ def main():
     with ThreadPoolExecutor(os.cpu_count()) as operai:
         esiti = list(operai.map(guarda, [nome for nome in elenco if nome in noti]))
     male = esiti.count(False) + len(orfani)
-    print(f"Lint: {len(elenco)} sources, {esiti.count(None)} clean since before, {male} at fault.")
+    rimasti = esiti.count("left")
+    print(
+        f"Lint: {len(elenco) - rimasti} sources, {esiti.count('clean')} clean since before, "
+        f"{male} at fault."
+    )
+    if rimasti:
+        print(f"Not looked at, for want of time and unchanged since earlier landings: {rimasti}.")
     return 1 if male else 0
 
 
