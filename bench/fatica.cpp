@@ -13,7 +13,6 @@
 
 #include <QApplication>
 #include <QLabel>
-#include <QMdiArea>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -147,6 +146,39 @@ QWidget *aprePagina(MDITras &principale, const QString &percorso)
     return principale.findChild<QWidget *>(QStringLiteral("fmScheda"));
 }
 
+// Scrive tutta la serie in un archivio nuovo e la confronta; rende lo stato del programma.
+int scrive(const serie::Serie &serie, const QString &percorso)
+{
+    creaArchivio(percorso, serie.tipo);
+    sorveglia();
+    MDITras principale;
+    principale.resize(1280, 800);
+    principale.show();
+    principale.activateWindow();
+    QWidget *pagina = aprePagina(principale, percorso);
+    if (pagina == nullptr || !QTest::qWaitForWindowActive(&principale)) {
+        dice(QStringLiteral("La pagina non si apre"));
+        return 1;
+    }
+    Trascrittore trascrittore(pagina);
+    QList<Trascrittore::Conto> conti;
+    QString motivo;
+    for (const serie::Atto &atto : serie.atti) {
+        if (!trascrittore.trascrive(atto, motivo)) {
+            dice(QStringLiteral("atto %1: %2").arg(conti.size() + 1).arg(motivo));
+            return 1;
+        }
+        conti.append(trascrittore.conto());
+    }
+    const int diverse = confronta(serie, righeDegliAtti(connessione()));
+    for (const QString &casella : trascrittore.mancate())
+        dice(QStringLiteral("nessuna casella per ") + casella);
+    if (diverse > 0)
+        dice(QStringLiteral("righe diverse: %1").arg(diverse));
+    riassume(conti, serie);
+    return diverse > 0 ? 1 : 0;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -163,33 +195,11 @@ int main(int argc, char **argv)
         return 2;
     }
     const QTemporaryDir cartella;
-    const QString percorso = cartella.filePath(QStringLiteral("fatica.tvd"));
     preparaApplicazione(applicazione);
-    creaArchivio(percorso, serie->tipo);
-    sorveglia();
-    MDITras principale;
-    principale.resize(1280, 800);
-    principale.show();
-    principale.activateWindow();
-    QWidget *pagina = aprePagina(principale, percorso);
-    if (pagina == nullptr || !QTest::qWaitForWindowActive(&principale)) {
-        dice(QStringLiteral("La pagina non si apre"));
+    try {
+        return scrive(*serie, cartella.filePath(QStringLiteral("fatica.tvd")));
+    } catch (const ado::Errore &errore) {
+        std::fprintf(stderr, "%s\n", qUtf8Printable(errore.testo()));
         return 1;
     }
-    Trascrittore trascrittore(pagina);
-    QList<Trascrittore::Conto> conti;
-    for (const serie::Atto &atto : serie->atti) {
-        if (!trascrittore.trascrive(atto, motivo)) {
-            dice(QStringLiteral("atto %1: %2").arg(conti.size() + 1).arg(motivo));
-            return 1;
-        }
-        conti.append(trascrittore.conto());
-    }
-    const int diverse = confronta(*serie, righeDegliAtti(connessione()));
-    for (const QString &casella : trascrittore.mancate())
-        dice(QStringLiteral("nessuna casella per ") + casella);
-    if (diverse > 0)
-        dice(QStringLiteral("righe diverse: %1").arg(diverse));
-    riassume(conti, *serie);
-    return diverse > 0 ? 1 : 0;
 }

@@ -150,7 +150,8 @@ private:
             return;
         }
         int quale = 0;
-        for (const QJsonValue &uno : dati.toArray())
+        const QJsonArray elenco = dati.toArray();
+        for (const auto &uno : elenco)
             persona(una, uno.toObject(), QStringLiteral("%1 %2").arg(etichetta).arg(++quale));
     }
 
@@ -268,7 +269,7 @@ std::optional<Serie> legge(const QString &percorso, QString &motivo)
     }
     Serie letta;
     letta.tipo = tipoDi(dati.first().toObject());
-    for (const QJsonValue &uno : dati) {
+    for (const auto &uno : dati) {
         try {
             letta.atti.append(Lettore(uno.toObject()).legge());
         } catch (const std::invalid_argument &ignoto) {

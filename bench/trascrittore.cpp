@@ -10,6 +10,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <deque>
 #include <numeric>
 
 namespace
@@ -299,47 +300,46 @@ void Trascrittore::impara(const QList<QWidget *> &tutte, qsizetype da, const QSt
     }
 }
 
-// Fa il primo passo della via più corta, fra tabulatore e frecce; poi si guarda dove si è.
-void Trascrittore::muove(const QList<QWidget *> &tutte, QWidget *qui, const QWidget *dove)
+// Il primo passo della via più corta fra due caselle, col tabulatore e con le frecce.
+Qt::Key Trascrittore::primoPasso(const QList<QWidget *> &tutte, qsizetype da, qsizetype a) const
 {
-    const auto da = tutte.indexOf(qui);
-    const auto a = tutte.indexOf(const_cast<QWidget *>(dove));
-    const bool coperta = !proposte().voci.isEmpty();
     struct Via {
         qsizetype posto;
         Qt::Key primo;
     };
-    QList<Via> vie;
+    std::deque<Via> vie{{da, Qt::Key_unknown}};
     QSet<qsizetype> viste{da};
-    Qt::Key scelta = a > da ? Qt::Key_Tab : Qt::Key_Backtab;
-    const auto prova = [&](qsizetype posto, Qt::Key primo) {
-        if (posto >= 0 && posto < tutte.size() && !viste.contains(posto)) {
+    while (!vie.empty()) {
+        const Via via = vie.front();
+        vie.pop_front();
+        if (via.posto == a)
+            return via.primo;
+        const auto prova = [&](qsizetype posto, Qt::Key tasto) {
+            if (posto < 0 || posto >= tutte.size() || viste.contains(posto))
+                return;
             viste.insert(posto);
-            vie.append({posto, primo});
-        }
-    };
-    const auto passi = [&](qsizetype posto, Qt::Key primo) {
-        const bool frecce = qobject_cast<const QLineEdit *>(tutte.at(posto)) != nullptr;
-        prova(tabulatore(tutte, posto), primo == Qt::Key_unknown ? Qt::Key_Tab : primo);
-        prova(posto - 1, primo == Qt::Key_unknown ? Qt::Key_Backtab : primo);
-        if (frecce)
-            prova(posto + 1, primo == Qt::Key_unknown ? Qt::Key_Down : primo);
-    };
-    passi(da, Qt::Key_unknown);
-    for (qsizetype i = 0; i < vie.size(); ++i) {
-        const Via via = vie.at(i);
-        if (via.posto == a) {
-            scelta = via.primo;
-            break;
-        }
-        passi(via.posto, via.primo);
+            vie.push_back({posto, via.primo == Qt::Key_unknown ? tasto : via.primo});
+        };
+        prova(tabulatore(tutte, via.posto), Qt::Key_Tab);
+        prova(via.posto - 1, Qt::Key_Backtab);
+        if (qobject_cast<const QLineEdit *>(tutte.at(via.posto)) != nullptr)
+            prova(via.posto + 1, Qt::Key_Down);
     }
-    if (scelta == Qt::Key_Down && coperta) {
+    return a > da ? Qt::Key_Tab : Qt::Key_Backtab;
+}
+
+// Fa un passo verso la casella data; poi si guarda dove si è. Con le proposte davanti le frecce
+// scelgono fra loro.
+void Trascrittore::muove(const QList<QWidget *> &tutte, QWidget *qui, QWidget *dove)
+{
+    const auto da = tutte.indexOf(qui);
+    const Qt::Key tasto = primoPasso(tutte, da, tutte.indexOf(dove));
+    if (tasto == Qt::Key_Down && !proposte().voci.isEmpty()) {
         preme(Qt::Key_Escape, Comandi);
         return;
     }
     const QString nome = qui->accessibleName() + (mostrato(qui).isEmpty() ? u'-' : u'+');
-    preme(scelta, Passi, scelta == Qt::Key_Backtab ? Qt::ShiftModifier : Qt::NoModifier);
-    if (scelta == Qt::Key_Tab)
+    preme(tasto, Passi, tasto == Qt::Key_Backtab ? Qt::ShiftModifier : Qt::NoModifier);
+    if (tasto == Qt::Key_Tab)
         impara(tutte, da, nome);
 }

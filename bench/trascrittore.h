@@ -50,7 +50,8 @@ private:
     void scrive(QLineEdit *riga);
     bool prendeProposta(QLineEdit *riga, const QString &tutto);
     QWidget *meta(const QList<QWidget *> &tutte, const QWidget *qui) const;
-    void muove(const QList<QWidget *> &tutte, QWidget *qui, const QWidget *dove);
+    void muove(const QList<QWidget *> &tutte, QWidget *qui, QWidget *dove);
+    Qt::Key primoPasso(const QList<QWidget *> &tutte, qsizetype da, qsizetype a) const;
     qsizetype tabulatore(const QList<QWidget *> &tutte, qsizetype da) const;
     void impara(const QList<QWidget *> &tutte, qsizetype da, const QString &nome);
 
