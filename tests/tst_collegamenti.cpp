@@ -21,6 +21,7 @@ class TstCollegamenti : public QObject, private ProvaEditori
     {
         persona->poi([=](QWidget *finestra) {
             QCOMPARE(finestra->objectName(), u"fmTxtL"_s);
+            QVERIFY(!finestra->windowTitle().contains(u"da salvare"_s));
             compila(finestra, u"Text2"_s, titolo);
             auto *casella = parte<QPlainTextEdit>(finestra, u"Text1"_s);
             casella->selectAll();

@@ -177,9 +177,11 @@ void fmTxtL::Form_Load(const QString &proprietario)
     m_limiteDelTitolo->mostra(contesto().NomeCampoLungo);
     Label1[0]->setVisible(!proprietario.isEmpty());
     Label1[1]->setText(proprietario);
-    // Riempire le caselle non è modificarle.
+    // Riempire le caselle non è modificarle, nemmeno per la barra del titolo.
+    Text1->document()->setModified(false);
     contesto().TestoModificato = false;
     contesto().NomeModificato = false;
+    segna();
     const bool sola = TipoLock == 1;
     Command1->setEnabled(!sola);
     Command2->setEnabled(!sola);
