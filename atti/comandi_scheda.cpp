@@ -3,9 +3,11 @@
 #include "contesto/contesto.h"
 #include "db/altro_in_atto.h"
 #include "db/connessioni.h"
+#include "editors/eliminazione.h"
 #include "editors/icone_generi.h"
 #include "platform/finestre/messaggi.h"
 #include "platform/finestre/tasti.h"
+#include "platform/motore/recordset.h"
 
 #include <QAction>
 #include <QLabel>
@@ -36,7 +38,7 @@ void fmScheda::creaMenu()
     const Voce voci[] = {
         {tr("&Salva"), Qt::CTRL | Qt::Key_S, true, [this] { salva(); }},
         {tr("Salva e &nuovo atto"), Qt::CTRL | Qt::Key_Return, true, [this] { salvaENuovo(); }},
-        {tr("Nuovo &atto"), Qt::CTRL | Qt::Key_N, false, [this] { nuovo(); }},
+        {tr("Nuovo &atto"), Qt::SHIFT | Qt::Key_F4, false, [this] { nuovo(); }},
         {},
         {tr("Atto &precedente"), Qt::Key_F7, true, [this] { vicino(false); }},
         {tr("Atto s&uccessivo"), Qt::Key_F8, true, [this] { vicino(true); }},
@@ -46,6 +48,8 @@ void fmScheda::creaMenu()
         {tr("Come nell'atto prima: questa p&ersona"), Qt::SHIFT | Qt::Key_F2, false,
          [this] { comeNellAttoPrima(true); }},
         {tr("Un'altra pe&rsona"), Qt::Key_F3, false, [this] { aggiungePersona(); }},
+        {tr("&Togli la persona"), Qt::SHIFT | Qt::Key_F3, false,
+         [this] { esegue([this] { togliePersona(); }); }},
     };
     for (const Voce &voce : voci) {
         if (voce.nome.isEmpty()) {
@@ -93,6 +97,10 @@ void fmScheda::aggiornaTesta()
     titolo += proprieta.VoceLocale.isEmpty() ? tr(" · nuovo atto") : tr(" · atto");
     if (!numero.isEmpty())
         titolo += u' ' + numero;
+    if (m_altrove == Altrove::Cambiato)
+        titolo += tr(" · cambiato da un'altra parte");
+    else if (m_altrove == Altrove::Eliminato)
+        titolo += tr(" · eliminato da un'altra parte");
     m_titolo->setText(titolo);
     setWindowTitle(tr("Scheda File %1 Registro %2 Voce %3")
                        .arg(proprieta.Percorso, proprieta.RegistroLocale, proprieta.VoceLocale)
@@ -129,7 +137,7 @@ void fmScheda::creaAltro()
         esegue([this, codice] {
             if (apreRecord && puoChiudersi()) {
                 apreRecord(codice);
-                apre(proprieta.VoceLocale);
+                rilegge();
             }
         });
     });
@@ -182,4 +190,28 @@ void fmScheda::aggiungePersona()
         return;
     riga->campo(QStringLiteral("Nome"))->casella()->riprende();
     m_pagina->ensureWidgetVisible(riga);
+}
+
+// Chi è già nell'archivio si elimina come da un elenco, con il suo avvertimento; prima si decide di
+// ciò che è scritto. Chi non lo è ancora si vuota.
+void fmScheda::togliePersona()
+{
+    const Campo *qui = m_pagina->campoCorrente();
+    const Come come = qui == nullptr ? Come::Voce : m_scheda->posto(qui->dove.posto)->come;
+    if (come == Come::Voce || come == Come::Coppia)
+        return messaggi::avvisa(this, tr("Portare prima la tastiera in una casella della persona"));
+    if (proprieta.TipoLock == ado::adLockReadOnly)
+        return;
+    const scheda::Indirizzo dove = qui->dove;
+    const PersonaDiAtto *persona =
+        m_prima.persona(SchedaAtto(*m_scheda, m_prima).persona(dove.posto, dove.quale));
+    if (persona == nullptr)
+        return m_pagina->vuota(dove.posto, dove.quale);
+    if (persona->diAltraVoce)
+        return messaggi::avvisa(this, tr("Questa persona è di un altro atto: si toglie da quello"));
+    const QString codice = persona->codice;
+    if (!puoChiudersi())
+        return;
+    EliminaVoce(window(), codice, proprieta.ConOperatore);
+    rilegge();
 }

@@ -3,6 +3,7 @@
 #include "atti/pagina.h"
 #include "atti/proposte.h"
 #include "contesto/contesto.h"
+#include "db/annunci.h"
 #include "db/codici.h"
 #include "db/collegamenti.h"
 #include "db/connessioni.h"
@@ -73,6 +74,8 @@ void fmScheda::Form_Load()
     m_pagina = new Pagina(*m_scheda, ruoliOfferti(*m_connessione, m_scheda->categoria), this);
     m_pagina->setSolaLettura(proprieta.TipoLock == ado::adLockReadOnly);
     connect(m_pagina, &Pagina::cambiata, this, &fmScheda::deriva);
+    // Più tardi, quando chi ha scritto ha finito.
+    connect(&annunci(), &Annunci::avvenuto, this, &fmScheda::riceve, Qt::QueuedConnection);
     layout()->addWidget(m_pagina);
     creaAltro();
     setFocusProxy(m_pagina);
@@ -83,6 +86,7 @@ void fmScheda::Form_Load()
 void fmScheda::mostra(const Atto &atto)
 {
     m_prima = atto;
+    m_altrove = Altrove::Niente;
     proprieta.VoceLocale = atto.codice;
     const QString prima = attoAccanto(*m_connessione, proprieta.RegistroLocale, atto.codice, false);
     m_precedente = prima.isEmpty() ? Atto{} : leggeAtto(*m_connessione, prima).value_or(Atto{});
@@ -133,20 +137,74 @@ bool fmScheda::daRegistrare() const
 bool fmScheda::salva()
 {
     bool riuscito = false;
-    esegue([&] { riuscito = registra(); });
+    esegue([&] {
+        if (!registra())
+            return;
+        riuscito = true;
+        rilegge();
+    });
     return riuscito;
+}
+
+// La pagina mostra ciò che c'è nel file: ciò che vi era scritto è registrato, o abbandonato, e
+// ogni riga sa di chi è. La tastiera resta dov'è. Falso se l'atto nel file non c'è più.
+bool fmScheda::rilegge()
+{
+    if (proprieta.VoceLocale.isEmpty())
+        return true;
+    const auto nelFile = leggeAtto(*m_connessione, proprieta.VoceLocale);
+    m_altrove = nelFile ? Altrove::Niente : Altrove::Eliminato;
+    if (nelFile) {
+        m_prima = *nelFile;
+        m_pagina->aggiorna(SchedaAtto(*m_scheda, m_prima));
+        aggiornaAltro();
+    }
+    aggiornaTesta();
+    emit passata();
+    return nelFile.has_value();
+}
+
+// Qualcosa è cambiato nel file: se nella pagina non è scritto nulla si rilegge, se no si segna.
+void fmScheda::riceve(const Annuncio &annuncio)
+{
+    if (m_prima.codice.isEmpty() || !stessoFile(annuncio.archivio, proprieta.Percorso))
+        return;
+    messaggi::protetto(this, [this] {
+        const auto nelFile = leggeAtto(*m_connessione, m_prima.codice);
+        if (nelFile == m_prima) {
+            m_altrove = Altrove::Niente;
+            aggiornaAltro();
+        } else if (nelFile && !daRegistrare()) {
+            rilegge();
+        } else {
+            m_altrove = nelFile ? Altrove::Cambiato : Altrove::Eliminato;
+        }
+        aggiornaTesta();
+    });
+}
+
+// Falso, e la tastiera nella casella, se una casella non si legge.
+bool fmScheda::siLegge()
+{
+    Campo *quale = nullptr;
+    const QString motivo = m_pagina->rifiuto(quale);
+    if (motivo.isEmpty())
+        return true;
+    messaggi::avvisa(this, motivo);
+    m_pagina->segna(quale, motivo);
+    return false;
 }
 
 bool fmScheda::registra()
 {
     if (proprieta.TipoLock == ado::adLockReadOnly)
         return true;
-    Campo *quale = nullptr;
-    if (const QString motivo = m_pagina->rifiuto(quale); !motivo.isEmpty()) {
-        messaggi::avvisa(this, motivo);
-        m_pagina->segna(quale, motivo);
+    if (m_prima.codice.isEmpty() && !daRegistrare()) {
+        messaggi::avvisa(this, tr("Nell'atto non è ancora scritto nulla"));
         return false;
     }
+    if (!siLegge())
+        return false;
     SchedaAtto scritto(*m_scheda, m_prima);
     m_pagina->raccoglie(scritto);
     SchedaAtto::Pronto pronto = scritto.pronto();
@@ -160,24 +218,36 @@ bool fmScheda::registra()
     const EsitoAtto esito =
         scriveAtto(*m_connessione, proprieta.ConOperatore, m_prima, pronto.atto);
     if (esito.che == EsitoAtto::Rifiutato) {
-        messaggi::avvisa(this, esito.motivo);
-        for (RigaPagina *riga : m_pagina->righe()) {
-            const QString &posto = riga->riga().posto;
-            const int sua = esito.persona == 0 ? 0 : scritto.persona(posto);
-            if (sua == esito.persona && !riga->campi().empty()) {
-                m_pagina->segna(riga->campi().front(), esito.motivo);
-                break;
-            }
-        }
+        rifiutato(scritto, esito);
         return false;
     }
     if (esito.che == EsitoAtto::Cambiato)
         return concorda(esito.nelFile);
-    contesto().VoceCorrente = pronto.atto.codice;
-    // Riletto dal file: da qui in poi è ciò che c'è.
-    m_prima = leggeAtto(*m_connessione, pronto.atto.codice).value_or(pronto.atto);
+    m_prima = pronto.atto;
     proprieta.VoceLocale = m_prima.codice;
+    contesto().VoceCorrente = m_prima.codice;
     return true;
+}
+
+// Il motivo si dice accanto alla prima casella di chi lo ha dato.
+void fmScheda::rifiutato(const SchedaAtto &scritto, const EsitoAtto &esito)
+{
+    messaggi::avvisa(this, esito.motivo);
+    for (const RigaPagina *riga : m_pagina->righe()) {
+        if (riga->campi().empty())
+            continue;
+        Campo *primo = riga->campi().front();
+        const int sua =
+            esito.persona == 0 ? 0 : scritto.persona(primo->dove.posto, primo->dove.quale);
+        if (sua == esito.persona) {
+            const QString nome = QStringLiteral("Nome");
+            Campo *daRiempire =
+                sua == 0 ? nullptr
+                         : m_pagina->campo({primo->dove.posto, primo->dove.quale, 0, nome});
+            m_pagina->segna(daRiempire == nullptr ? primo : daRiempire, esito.motivo);
+            return;
+        }
+    }
 }
 
 void fmScheda::segnaCasella(const scheda::Indirizzo &dove, const QString &motivo)

@@ -13,6 +13,11 @@ class QMenu;
 class QListWidget;
 class QToolBar;
 
+namespace modTarvola
+{
+struct Annuncio;
+}
+
 // Le proprietà che chi apre una pagina le dà prima di mostrarla.
 struct ProprietaScheda {
     QString Percorso;
@@ -73,7 +78,13 @@ private:
     void deriva(Campo *cambiato);
     void comeNellAttoPrima(bool tuttaLaPersona);
     void aggiungePersona();
+    void togliePersona();
     bool registra();
+    bool siLegge();
+    void rifiutato(const modTarvola::scheda::SchedaAtto &scritto,
+                   const modTarvola::EsitoAtto &esito);
+    bool rilegge();
+    void riceve(const modTarvola::Annuncio &annuncio);
     bool concorda(const std::optional<modTarvola::Atto> &nelFile);
     void ricomincia();
     void segnaCasella(const modTarvola::scheda::Indirizzo &dove, const QString &motivo);
@@ -93,4 +104,7 @@ private:
     QWidget *m_piede = nullptr;
     QListWidget *m_altro = nullptr;
     QMenu *m_menu = nullptr;
+    // Che cosa è accaduto all'atto da un'altra parte, mentre nella pagina si scriveva.
+    enum class Altrove { Niente, Cambiato, Eliminato };
+    Altrove m_altrove = Altrove::Niente;
 };

@@ -5,6 +5,7 @@
 #include "db/generi.h"
 
 #include <QLabel>
+#include <QLineEdit>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -181,6 +182,36 @@ void Pagina::mostra(const scheda::SchedaAtto &atto)
     for (TestoPagina *testo : m_testi)
         testo->mostra(atto.valore({testo->posto(), 0, 0, campoTesto}).toString());
     m_riempie = false;
+}
+
+void Pagina::aggiorna(const scheda::SchedaAtto &atto)
+{
+    const Campo *qui = campoCorrente();
+    const scheda::Indirizzo dove = qui == nullptr ? scheda::Indirizzo{} : qui->dove;
+    const auto *riga = qobject_cast<QLineEdit *>(focusWidget());
+    const int cursore = riga == nullptr ? 0 : riga->cursorPosition();
+    mostra(atto);
+    Campo *stesso = qui == nullptr ? nullptr : campo(dove);
+    if (qui != nullptr && (stesso == nullptr || !stesso->fuoco()->isVisibleTo(this)))
+        return comincia();
+    if (stesso == nullptr)
+        return;
+    stesso->fuoco()->setFocus();
+    if (auto *sua = qobject_cast<QLineEdit *>(stesso->fuoco()))
+        sua->setCursorPosition(cursore);
+}
+
+void Pagina::vuota(const QString &nome, int quale)
+{
+    for (RigaPagina *riga : m_righe) {
+        for (Campo *campo : riga->campi()) {
+            if (campo->dove.posto == nome && campo->dove.quale == quale)
+                campo->mostra(campo->dove.campo == QStringLiteral("Ruolo")
+                                  ? QVariant(posto(nome).ruolo)
+                                  : QVariant());
+        }
+    }
+    emit cambiata(nullptr);
 }
 
 void Pagina::riempie(RigaPagina *riga, const scheda::SchedaAtto &atto)

@@ -38,7 +38,9 @@ TestoPagina::TestoPagina(const QString &posto, const QString &etichetta, int rig
 
 void TestoPagina::mostra(const QString &testo)
 {
+    // Ciò che c'è già resta com'è, col cursore e con ciò che si può annullare.
     const QSignalBlocker silenzio(m_testo);
-    m_testo->setPlainText(testo);
+    if (m_testo->toPlainText() != testo)
+        m_testo->setPlainText(testo);
     m_scritto = false;
 }
