@@ -57,8 +57,10 @@ void Pagina::concilia(const SchedaAtto &era, const SchedaAtto &ora)
 
 void Pagina::tuttoDaScrivere()
 {
-    for (RigaPagina *riga : m_righe) {
+    const std::vector<RigaPagina *> tutte = m_righe;
+    for (RigaPagina *riga : tutte)
         riga->chiave = 0;
+    for (RigaPagina *riga : tutte) {
         for (Campo *campo : riga->campi()) {
             if (!campo->vuoto())
                 campo->scrive(campo->valore());

@@ -59,6 +59,7 @@ Pagina::Pagina(const scheda::Scheda &scheda, std::vector<std::pair<int, QString>
 {
     setWidgetResizable(true);
     setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
     auto *foglio = new QWidget(this);
     m_colonna = new QVBoxLayout(foglio);
     const int lettera = fontMetrics().averageCharWidth();
@@ -106,6 +107,7 @@ RigaPagina *Pagina::nuovaRiga(const scheda::Riga &riga, qsizetype dove)
         accoglie(nuova, campo);
     m_righe.insert(m_righe.begin() + dove, nuova);
     m_colonna->insertWidget(static_cast<int>(dove), nuova);
+    nuova->show();
     return nuova;
 }
 

@@ -58,8 +58,10 @@ QList<QWidget *> Pagina::percorso(bool anchePassate) const
         for (const Campo *campo : riga->campi()) {
             if (!campo->fuoco()->isVisibleTo(this))
                 continue;
-            const bool saltata =
-                oltre || campo->uso == Uso::Saltata || campo->proposto() || (assente && !prima);
+            // Senza il codice un atto non si salva: finché manca non si salta.
+            const bool serve = campo->dove.campo == QStringLiteral("CodiceVoce") && campo->vuoto();
+            const bool saltata = oltre || (campo->uso == Uso::Saltata && !serve) ||
+                                 campo->proposto() || (assente && !prima);
             if (campo->uso != Uso::Saltata)
                 prima = false;
             if (anchePassate || !saltata || campo->fuoco() == qui)
