@@ -1,7 +1,6 @@
 #include "atti/riga_pagina.h"
 
 #include "editors/casella_genere.h"
-#include "editors/icone_generi.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -150,7 +149,8 @@ void RigaPagina::offreRuoli(const std::vector<std::pair<int, QString>> &ruoli)
 {
     auto *casella = qobject_cast<CasellaGenere *>(campo(campoRuolo)->casella());
     for (const auto &[codice, etichetta] : ruoli)
-        casella->offre(iconaDelGenere(codice), etichetta, codice);
+        casella->offre({}, etichetta,
+                       codice); // l'etichetta intera, senza l'icona che la taglierebbe
 }
 
 Campo *RigaPagina::campo(const QString &nome)
