@@ -1,5 +1,6 @@
 #include "atti/fmScheda.h"
 
+#include "atti/completamento.h"
 #include "atti/pagina.h"
 #include "atti/proposte.h"
 #include "contesto/contesto.h"
@@ -78,8 +79,30 @@ void fmScheda::Form_Load()
     connect(&annunci(), &Annunci::avvenuto, this, &fmScheda::riceve, Qt::QueuedConnection);
     layout()->addWidget(m_pagina);
     creaAltro();
+    creaCompletamento();
     setFocusProxy(m_pagina);
     mostra(*letto);
+}
+
+// Propone nelle caselle ciò che gli ultimi atti del registro hanno già scritto.
+void fmScheda::creaCompletamento()
+{
+    if (proprieta.TipoLock == ado::adLockReadOnly)
+        return;
+    constexpr int quante = 8;
+    m_vocabolario.leggeRecenti(*m_connessione, proprieta.RegistroLocale);
+    Completamento *completamento = m_pagina->completa([this](const Campo &campo) {
+        const QString &nome = campo.dove.campo;
+        const int tolte = static_cast<int>(m_nonProposti.size());
+        QStringList trovate = m_vocabolario.proposte(nome, campo.testo(), quante + tolte);
+        trovate.removeIf(
+            [&](const QString &testo) { return m_nonProposti.contains(std::pair(nome, testo)); });
+        return trovate.first(std::min<qsizetype>(quante, trovate.size()));
+    });
+    connect(completamento, &Completamento::nonPiu, this,
+            [this](const Campo *campo, const QString &testo) {
+                m_nonProposti.insert(std::pair(campo->dove.campo, testo));
+            });
 }
 
 // Mostra un atto al posto di quello di prima; di uno nuovo propone ciò che si sa già.
@@ -223,6 +246,7 @@ bool fmScheda::registra()
     }
     if (esito.che == EsitoAtto::Cambiato)
         return concorda(esito.nelFile);
+    m_vocabolario.impara(pronto.atto);
     m_prima = pronto.atto;
     proprieta.VoceLocale = m_prima.codice;
     contesto().VoceCorrente = m_prima.codice;

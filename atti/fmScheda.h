@@ -1,7 +1,9 @@
 #pragma once
 
 #include "db/scheda_atto.h"
+#include "db/vocabolario.h"
 
+#include <QSet>
 #include <QWidget>
 
 #include <functional>
@@ -91,12 +93,15 @@ private:
     void aggiornaTesta();
     void aggiornaAltro();
     void creaAltro();
+    void creaCompletamento();
     void esegue(const std::function<void()> &comando);
 
     ado::Connection *m_connessione = nullptr;
     const modTarvola::scheda::Scheda *m_scheda = nullptr;
-    modTarvola::Atto m_prima;      // l'atto com'è nel file
-    modTarvola::Atto m_precedente; // quello che nel registro viene prima
+    modTarvola::Atto m_prima;                        // l'atto com'è nel file
+    modTarvola::Atto m_precedente;                   // quello che nel registro viene prima
+    modTarvola::Vocabolario m_vocabolario;           // ciò che il registro ha già scritto
+    QSet<std::pair<QString, QString>> m_nonProposti; // campo e testo, finché la pagina è aperta
     QString m_titoloRegistro;
     Pagina *m_pagina = nullptr;
     QLabel *m_titolo = nullptr;
