@@ -110,48 +110,53 @@ void Completamento::prende()
         riga->end(false);
 }
 
+// In fondo al testo la freccia a destra non va da nessuna parte: prende la proposta.
+bool Completamento::prendeERimane()
+{
+    const QLineEdit *riga = rigaDi(m_campo);
+    if (riga == nullptr || riga->cursorPosition() != riga->text().size())
+        return false;
+    Campo *campo = m_campo;
+    prende();
+    segue(campo);
+    return true;
+}
+
+void Completamento::scorre(int passo)
+{
+    const int quante = m_elenco->count();
+    m_elenco->setCurrentRow((m_elenco->currentRow() + passo + quante) % quante);
+    racconta();
+}
+
 bool Completamento::tasto(QKeyEvent *evento, bool &avanti)
 {
     avanti = false;
     if (isHidden() || m_campo == nullptr)
         return false;
-    const int quante = m_elenco->count();
     const auto modi = evento->modifiers() & ~Qt::KeypadModifier;
     switch (evento->key()) {
     case Qt::Key_Down:
     case Qt::Key_Up:
-        m_elenco->setCurrentRow(
-            (m_elenco->currentRow() + (evento->key() == Qt::Key_Down ? 1 : quante - 1)) % quante);
-        racconta();
+        scorre(evento->key() == Qt::Key_Down ? 1 : -1);
         return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (modi != Qt::NoModifier)
-            return false;
-        prende();
-        avanti = true;
-        return true;
-    case Qt::Key_Right: {
-        const QLineEdit *riga = rigaDi(m_campo);
-        if (modi != Qt::NoModifier || riga == nullptr ||
-            riga->cursorPosition() != riga->text().size())
-            return false;
-        Campo *campo = m_campo;
-        prende();
-        segue(campo);
-        return true;
-    }
+        avanti = modi == Qt::NoModifier;
+        if (avanti)
+            prende();
+        return avanti;
+    case Qt::Key_Right:
+        return modi == Qt::NoModifier && prendeERimane();
     case Qt::Key_Escape:
         nasconde();
         return true;
-    case Qt::Key_Delete: {
+    case Qt::Key_Delete:
         if (modi != Qt::ShiftModifier)
             return false;
-        Campo *campo = m_campo;
-        emit nonPiu(campo, scelta());
-        segue(campo);
+        emit nonPiu(m_campo, scelta());
+        segue(m_campo);
         return true;
-    }
     default:
         return false;
     }

@@ -37,6 +37,8 @@ private:
     void colloca();
     void racconta();
     void prende();
+    bool prendeERimane();
+    void scorre(int passo);
 
     std::function<QStringList(const Campo &)> m_cerca;
     QPointer<Campo> m_campo;

@@ -90,7 +90,8 @@ void fmScheda::creaCompletamento()
     if (proprieta.TipoLock == ado::adLockReadOnly)
         return;
     constexpr int quante = 8;
-    m_vocabolario.leggeRecenti(*m_connessione, proprieta.RegistroLocale);
+    constexpr int atti = 80; // quanti se ne leggono senza far aspettare la pagina
+    m_vocabolario.leggeRecenti(*m_connessione, proprieta.RegistroLocale, atti);
     Completamento *completamento = m_pagina->completa([this](const Campo &campo) {
         const QString &nome = campo.dove.campo;
         const int tolte = static_cast<int>(m_nonProposti.size());
@@ -144,6 +145,26 @@ void fmScheda::deriva(Campo *cambiato)
             continue;
         campo->ritira();
         campo->propone(cambiato->valore());
+    }
+    if (cambiato->dove.campo == QStringLiteral("Nome"))
+        derivaSesso(*cambiato);
+}
+
+// Il sesso che il nome dice quasi sempre, dove il ruolo non lo dice già.
+void fmScheda::derivaSesso(const Campo &nome)
+{
+    if (!m_scheda->posto(nome.dove.posto)->sesso.isEmpty())
+        return;
+    for (const RigaPagina *riga : m_pagina->righe()) {
+        const auto &campi = riga->campi();
+        if (std::find(campi.begin(), campi.end(), &nome) == campi.end())
+            continue;
+        for (Campo *campo : campi) {
+            if (campo->dove.campo != QStringLiteral("Sesso"))
+                continue;
+            campo->ritira();
+            campo->propone(m_vocabolario.sessoDi(nome.testo()));
+        }
     }
 }
 
@@ -246,7 +267,9 @@ bool fmScheda::registra()
     }
     if (esito.che == EsitoAtto::Cambiato)
         return concorda(esito.nelFile);
-    m_vocabolario.impara(pronto.atto);
+    // Di un atto corretto si sa già quasi tutto: contato due volte falserebbe il resto.
+    if (m_prima.codice.isEmpty())
+        m_vocabolario.impara(pronto.atto);
     m_prima = pronto.atto;
     proprieta.VoceLocale = m_prima.codice;
     contesto().VoceCorrente = m_prima.codice;

@@ -78,6 +78,7 @@ private:
     void apre(const QString &voce);
     void proponeNuovo();
     void deriva(Campo *cambiato);
+    void derivaSesso(const Campo &nome);
     void comeNellAttoPrima(bool tuttaLaPersona);
     void aggiungePersona();
     void togliePersona();

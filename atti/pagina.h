@@ -50,10 +50,10 @@ public:
     Campo *campo(const modTarvola::scheda::Indirizzo &dove);
     // La casella, o il testo, con la tastiera; nulli se è altrove.
     Campo *campoCorrente() const;
-    TestoPagina *testo(const QString &posto) const;
+    TestoPagina *testo(const QString &nome) const;
     const std::vector<RigaPagina *> &righe() const { return m_righe; }
     // Una riga in più nell'elenco del posto dato, pronta a ricevere una persona.
-    RigaPagina *aggiungeRiga(const QString &posto);
+    RigaPagina *aggiungeRiga(const QString &nome);
     // Cambia come si usano le caselle: quali si vedono, quali il tabulatore salta.
     void usa(const std::function<modTarvola::scheda::Uso(const modTarvola::scheda::Indirizzo &,
                                                          modTarvola::scheda::Uso)> &scelta);
@@ -78,10 +78,10 @@ protected:
     bool eventFilter(QObject *oggetto, QEvent *evento) override;
 
 private:
-    RigaPagina *nuovaRiga(const modTarvola::scheda::Riga &riga, qsizetype posto);
-    void adattaElenco(const modTarvola::scheda::Posto &posto, int quante);
+    RigaPagina *nuovaRiga(const modTarvola::scheda::Riga &riga, qsizetype dove);
+    void adattaElenco(const modTarvola::scheda::Posto &suo, int quante);
     void riempie(RigaPagina *riga, const modTarvola::scheda::SchedaAtto &atto);
-    void rinomina(const QString &posto);
+    void rinomina(const QString &nome);
     void dopoCambio(Campo *campo);
     void accoglie(RigaPagina *riga, Campo *campo);
     QString giornoPer(const RigaPagina *riga, const Campo *campo) const;

@@ -2,6 +2,7 @@
 #include "atti/pagina.h"
 
 #include <QKeyEvent>
+#include <QLineEdit>
 
 #include <algorithm>
 
@@ -94,6 +95,9 @@ void Pagina::comincia()
     if (soste.isEmpty())
         return;
     soste.first()->setFocus(Qt::TabFocusReason);
+    // Anche se la tastiera era già lì: ciò che si scrive sostituisce ciò che c'è.
+    if (auto *riga = qobject_cast<QLineEdit *>(soste.first()))
+        riga->selectAll();
     ensureWidgetVisible(soste.first());
 }
 

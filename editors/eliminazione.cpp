@@ -54,8 +54,8 @@ void EliminaLegame(QWidget *sopra, const QString &operatore, const QString &reco
     inPiu += operatore.compare(entrato, Qt::CaseInsensitive) == 0 ||
                      CollegamentiDi(connessione(), operatore) > 1
                  ? QStringLiteral(".")
-                 : QStringLiteral("; non essendo collegato ad altro, saranno tolti alla prossima "
-                                  "eliminazione di un record.");
+                 : QStringLiteral("; non essendo collegato ad altro, potranno essere tolti alla "
+                                  "prossima eliminazione di un record.");
     if (!avverte(sopra, inPiu))
         return;
     Lavoro lavoro(connessione(), QStringLiteral("Eliminazione del collegamento con ") + operatore);

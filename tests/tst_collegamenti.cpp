@@ -248,7 +248,7 @@ private slots:
         apre(u"fmArchivio"_s, u"A1"_s, [&](QWidget *finestra) {
             auto *elenco = parte<QTreeWidget>(finestra, u"ListView1"_s);
             for (const char *resta :
-                 {"restano.", "restano; non essendo collegato ad altro, saranno tolti alla "
+                 {"restano.", "restano; non essendo collegato ad altro, potranno essere tolti alla "
                               "prossima eliminazione di un record."}) {
                 elenco->setCurrentItem(elenco->topLevelItem(0));
                 persona->avvertimento(
