@@ -22,20 +22,16 @@ using namespace modTarvola;
 using scheda::Come;
 using scheda::SchedaAtto;
 
-void fmScheda::creaMenu()
+struct fmScheda::Voce {
+    QString nome; // vuoto: un separatore
+    QKeySequence tasto = {};
+    bool inBarra = false;
+    std::function<void()> compie = {};
+};
+
+std::vector<fmScheda::Voce> fmScheda::voci()
 {
-    m_menu = new QMenu(tr("&Scheda"), this);
-    m_menu->setObjectName(QStringLiteral("SchedaItem"));
-    m_barra = new QToolBar(this);
-    m_barra->setObjectName(QStringLiteral("BarraScheda"));
-    tasti::chiama(m_barra, tr("Comandi della scheda"));
-    struct Voce {
-        QString nome;
-        QKeySequence tasto;
-        bool inBarra;
-        std::function<void()> compie;
-    };
-    const Voce voci[] = {
+    return {
         {tr("&Salva"), Qt::CTRL | Qt::Key_S, true, [this] { salva(); }},
         {tr("Salva e &nuovo atto"), Qt::CTRL | Qt::Key_Return, true, [this] { salvaENuovo(); }},
         {tr("Nuovo &atto"), Qt::SHIFT | Qt::Key_F4, false, [this] { nuovo(); }},
@@ -51,7 +47,16 @@ void fmScheda::creaMenu()
         {tr("&Togli la persona"), Qt::SHIFT | Qt::Key_F3, false,
          [this] { esegue([this] { togliePersona(); }); }},
     };
-    for (const Voce &voce : voci) {
+}
+
+void fmScheda::creaMenu()
+{
+    m_menu = new QMenu(tr("&Scheda"), this);
+    m_menu->setObjectName(QStringLiteral("SchedaItem"));
+    m_barra = new QToolBar(this);
+    m_barra->setObjectName(QStringLiteral("BarraScheda"));
+    tasti::chiama(m_barra, tr("Comandi della scheda"));
+    for (const Voce &voce : voci()) {
         if (voce.nome.isEmpty()) {
             m_menu->addSeparator();
             continue;

@@ -72,6 +72,8 @@ protected:
     void closeEvent(QCloseEvent *evento) override;
 
 private:
+    struct Voce;
+    std::vector<Voce> voci();
     void creaMenu();
     void creaTesta();
     void mostra(const modTarvola::Atto &atto);

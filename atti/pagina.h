@@ -26,7 +26,7 @@ public:
     // Come mostra, ma la tastiera resta dov'è.
     void aggiorna(const modTarvola::scheda::SchedaAtto &atto);
     // Vuota le caselle della persona, che nell'archivio non c'è ancora.
-    void vuota(const QString &posto, int quale);
+    void vuota(const QString &nome, int quale);
     // Porta nell'atto ciò che è stato scritto, e le proposte che nessuno ha cambiato.
     void raccoglie(modTarvola::scheda::SchedaAtto &atto) const;
     // L'atto è cambiato sotto la pagina: le caselle in cui nessuno ha scritto prendono ciò che c'è

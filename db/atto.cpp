@@ -111,9 +111,9 @@ private:
                     riga.testo(2).compare(m_atto.codice, Qt::CaseInsensitive) != 0;
                 m_atto.famiglie.append(famiglia);
             });
-        for (qsizetype i = 0; i < m_atto.famiglie.size(); ++i) {
-            m_atto.famiglie[i].coppia = membri("FamiglieConiugi", m_atto.famiglie.at(i).codice);
-            m_atto.famiglie[i].figli = membri("FamiglieGenitori", m_atto.famiglie.at(i).codice);
+        for (FamigliaDiAtto &famiglia : m_atto.famiglie) {
+            famiglia.coppia = membri("FamiglieConiugi", famiglia.codice);
+            famiglia.figli = membri("FamiglieGenitori", famiglia.codice);
         }
     }
 
