@@ -49,7 +49,7 @@ QLabel *Casella::nota(QWidget * /*sopra*/)
     return nullptr;
 }
 
-void Casella::chiama(const QString &nome)
+void Casella::chiama(const QString &nome) const
 {
     parte()->setAccessibleName(nome);
 }

@@ -65,7 +65,7 @@ public:
     // mai nulla da dire. Si chiede una volta sola.
     virtual QLabel *nota(QWidget *sopra);
     // Il nome che sente chi non vede, dove l'etichetta non basta ("Padre: Cognome").
-    void chiama(const QString &nome);
+    void chiama(const QString &nome) const;
     // Dà i loro nomi alle parti, secondo il posto nella serie: Text1_3, Frame3_0, ImageCombo2.
     virtual void numera(int indice) = 0;
 
