@@ -14,10 +14,12 @@ enum { numero, byte, schema };
 enum { unaSola = 1, conSchema = 2 };
 
 struct Tavola : sqlite3_vtab {
+    Tavola() : sqlite3_vtab{} {}
     sqlite3 *base = nullptr;
 };
 
 struct Cursore : sqlite3_vtab_cursor {
+    Cursore() : sqlite3_vtab_cursor{} {}
     sqlite3_file *file = nullptr;
     sqlite3_int64 misura = 0; // di una pagina
     sqlite3_int64 ora = 1;
@@ -31,7 +33,7 @@ int connette(sqlite3 *base, void * /*dati*/, int /*quanti*/, const char *const *
         base, "CREATE TABLE x (pgno INTEGER PRIMARY KEY, data BLOB, schema HIDDEN)");
     if (esito != SQLITE_OK)
         return esito;
-    auto *nuova = new (std::nothrow) Tavola{};
+    auto *nuova = new (std::nothrow) Tavola;
     if (nuova == nullptr)
         return SQLITE_NOMEM;
     nuova->base = base;
@@ -69,7 +71,7 @@ int sceglie(sqlite3_vtab * /*tavola*/, sqlite3_index_info *info)
 
 int apre(sqlite3_vtab * /*tavola*/, sqlite3_vtab_cursor **cursore)
 {
-    *cursore = new (std::nothrow) Cursore{};
+    *cursore = new (std::nothrow) Cursore;
     return *cursore == nullptr ? SQLITE_NOMEM : SQLITE_OK;
 }
 
