@@ -43,6 +43,32 @@ class TstComandiFile : public QObject, ProvaPrincipale
         });
     }
 
+    QStringList comeSono() const
+    {
+        QStringList visti;
+        for (const fmTabella *uno : principale->visualizzatori())
+            visti.append(uno->windowTitle() + u' ' + cella(uno, 0, 0) + corrente(uno) +
+                         QString::number(griglia(uno)->model()->columnCount()));
+        return visti;
+    }
+    // Tre back-up sullo stesso nome: il primo lo trova libero, poi si dice di no, poi di sì.
+    void sovrascriveLaCopia(const QString &file, const QString &copia)
+    {
+        for (const bool si : {true, false, true}) {
+            const bool esiste = QFileInfo::exists(copia);
+            batteFile(u"Back-up"_s, file);
+            inUso(file, true);
+            scegliCartella(percorso(u"copie"_s));
+            if (esiste)
+                sovrascrive(si);
+            persona->avviso(si ? u"Back-up riuscito"_s : u"Back-up annullato"_s);
+            if (esiste)
+                scrive(copia, "vecchia");
+            sceglie(u"&File"_s, u"Back up"_s);
+            QCOMPARE(QFileInfo(copia).size() > 100, si);
+        }
+    }
+
 private slots:
     void init()
     {
@@ -157,13 +183,6 @@ private slots:
         tutti.Ordinamento = 15;
         principale->apre(tutti);
         cornice(ultimo())->setGeometry(40, 50, 400, 300);
-        const auto comeSono = [&] {
-            QStringList visti;
-            for (const fmTabella *uno : principale->visualizzatori())
-                visti.append(uno->windowTitle() + u' ' + cella(uno, 0, 0) + corrente(uno) +
-                             QString::number(griglia(uno)->model()->columnCount()));
-            return visti;
-        };
         const QStringList prima = comeSono();
         QCOMPARE(prima.size(), 3);
         const QString file = percorso(u"esempio.tvd"_s);
@@ -177,19 +196,7 @@ private slots:
         QCOMPARE(comeSono(), prima);
         QCOMPARE(cornice(ultimo())->geometry(), QRect(40, 50, 400, 300));
         QCOMPARE(area()->activeSubWindow(), cornice(ultimo()));
-        for (const bool si : {true, false, true}) {
-            const bool esiste = QFileInfo::exists(copia);
-            batteFile(u"Back-up"_s, file);
-            inUso(file, true);
-            scegliCartella(percorso(u"copie"_s));
-            if (esiste)
-                sovrascrive(si);
-            persona->avviso(si ? u"Back-up riuscito"_s : u"Back-up annullato"_s);
-            if (esiste)
-                scrive(copia, "vecchia");
-            sceglie(u"&File"_s, u"Back up"_s);
-            QCOMPARE(QFileInfo(copia).size() > 100, si);
-        }
+        sovrascriveLaCopia(file, copia);
     }
 
     void backUpDiceCheCosaNonVaELasciaRiprovare()

@@ -13,6 +13,20 @@ class TstCustodia : public QObject, ProvaCustodia
 {
     Q_OBJECT
 
+    // Il file e ciò che gli sta accanto, come li lascia chi cade mentre scrive.
+    std::pair<QByteArray, QByteArray> aMetaDelLavoro(const QString &modo,
+                                                     const QString &accanto) const
+    {
+        Aparte connessione(m_percorso);
+        connessione.legge(modo);
+        std::optional<ado::Transazione> aperta;
+        if (accanto == u"-journal")
+            aperta.emplace(connessione);
+        connessione.esegui(u"UPDATE Individui SET Nome = 'a metà'"_s);
+        connessione.esegui(u"UPDATE Binari SET Nome = 'a metà'"_s);
+        return {byteDi(m_percorso), byteDi(m_percorso + accanto)};
+    }
+
 private slots:
     void initTestCase() { prepara(); }
     void init() { comincia(); }
@@ -118,19 +132,7 @@ private slots:
         QFETCH(QString, accanto);
         const QString caduto = this->accanto(u"caduto.tvd"_s);
         const QString copia = this->accanto(u"copia.tvd"_s);
-        QByteArray aMeta;
-        QByteArray suo;
-        {
-            Aparte connessione(m_percorso);
-            connessione.legge(modo);
-            std::optional<ado::Transazione> aperta;
-            if (accanto == u"-journal")
-                aperta.emplace(connessione);
-            connessione.esegui(u"UPDATE Individui SET Nome = 'a metà'"_s);
-            connessione.esegui(u"UPDATE Binari SET Nome = 'a metà'"_s);
-            aMeta = byteDi(m_percorso);
-            suo = byteDi(m_percorso + accanto);
-        }
+        const auto [aMeta, suo] = aMetaDelLavoro(modo, accanto);
         QVERIFY(!suo.isEmpty());
         const auto attese = righeDi(m_percorso);
         const std::pair<std::function<void()>, QString> comandi[] = {

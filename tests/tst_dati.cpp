@@ -39,6 +39,19 @@ class TstDati : public QObject
 
     std::unique_ptr<ArchivioDiProva> archivio;
 
+    using Prepara = std::function<void(const QString &)>;
+    static Prepara guastoDa(const QString &istruzione)
+    {
+        return [istruzione](const QString &percorso) {
+            creaModello(percorso);
+            Aparte(percorso).esegui(istruzione);
+        };
+    }
+    static Prepara fileDi(const QByteArray &byte)
+    {
+        return [byte](const QString &percorso) { scrive(percorso, byte); };
+    }
+
 private slots:
     void init() { archivio = std::make_unique<ArchivioDiProva>(); }
 
@@ -183,21 +196,12 @@ private slots:
 
     void fileCattivi_data()
     {
-        QTest::addColumn<std::function<void(const QString &)>>("prepara");
+        QTest::addColumn<Prepara>("prepara");
         QTest::addColumn<Causa>("causa");
         QTest::addColumn<QString>("motivo");
         const auto riga = [](const char *caso, Causa causa, const char *motivo,
-                             const std::function<void(const QString &)> &prepara) {
+                             const Prepara &prepara) {
             QTest::newRow(caso) << prepara << causa << QString::fromUtf8(motivo);
-        };
-        const auto guastoDa = [](const QString &istruzione) {
-            return [istruzione](const QString &percorso) {
-                creaModello(percorso);
-                Aparte(percorso).esegui(istruzione);
-            };
-        };
-        const auto fileDi = [](const QByteArray &byte) {
-            return [byte](const QString &percorso) { scrive(percorso, byte); };
         };
         const char *const altro = "non è un file di archivi di Tarvola";
         riga("mancante", Causa::Mancante, "il file non esiste", [](const QString &) {});
@@ -232,7 +236,6 @@ private slots:
     }
     void fileCattivi()
     {
-        using Prepara = std::function<void(const QString &)>;
         QFETCH(Prepara, prepara);
         QFETCH(QString, motivo);
         const QString percorso = archivio->accanto(u"cattivo.tvd"_s);
