@@ -7,6 +7,25 @@ class TstTabella : public QObject, private ProvaPrincipale
 {
     Q_OBJECT
 
+    // Un comando che gli elenchi di voci hanno in più: dice su quale riga, e rilegge.
+    static ServiziTabella conUnComandoInPiu(QString &visto)
+    {
+        return {{}, [&visto](const GenereElenco &genere) {
+                    std::vector<ComandoElenco> suoi;
+                    if (genere.livello == Livello::Voce)
+                        suoi = {{u"Scheda"_s,
+                                 {},
+                                 Qt::Key_F6,
+                                 true,
+                                 [&visto](fmTabella &elenco) {
+                                     visto += elenco.codiceCorrente();
+                                     elenco.mostraCambiamenti(true);
+                                 },
+                                 [](const fmTabella &elenco) { return !elenco.vuota(); }}};
+                    return suoi;
+                }};
+    }
+
 private slots:
     void init() { comincia(); }
     void cleanup() { finisce(); }
@@ -65,21 +84,7 @@ private slots:
     {
         apreEsempio();
         QString visto;
-        const ServiziTabella servizi{
-            {}, [&](const GenereElenco &genere) {
-                std::vector<ComandoElenco> suoi;
-                if (genere.livello == Livello::Voce)
-                    suoi = {{u"Scheda"_s,
-                             {},
-                             Qt::Key_F6,
-                             true,
-                             [&](fmTabella &elenco) {
-                                 visto += elenco.codiceCorrente();
-                                 elenco.mostraCambiamenti(true);
-                             },
-                             [](const fmTabella &elenco) { return !elenco.vuota(); }}};
-                return suoi;
-            }};
+        const ServiziTabella servizi = conUnComandoInPiu(visto);
         for (const auto &[tabella, voci] : {std::pair{u"Voci"_s, 7}, {u"Registri"_s, 5}}) {
             ProprietaTabella tutta;
             tutta.TipoTabella = tabella;
