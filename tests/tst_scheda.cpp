@@ -107,6 +107,28 @@ private:
                 {u"Battezzato/a: Nome"_s, nome}};
     }
 
+    // L'atto che i tasti di `battesimoDaiTasti` scrivono.
+    static Atto loStessoSenzaFinestre()
+    {
+        SchedaAtto stesso(*scheda::diTipo(9), nuovoAtto(connessione(), u"R1"_s));
+        const std::pair<scheda::Indirizzo, QString> valori[] = {
+            {{u"voce"_s, 0, 0, u"CodiceVoce"_s}, u"1"_s},
+            {{u"voce"_s, 0, 0, u"Data"_s}, u"1813-10-11"_s},
+            {{u"battezzato"_s, 0, 0, u"Nome"_s}, u"Giosuè"_s},
+            {{u"battezzato"_s, 0, 0, u"Cognome"_s}, u"D'Aro"_s},
+            {{u"battezzato"_s, 0, 0, u"Sesso"_s}, u"M"_s},
+            {{u"battezzato"_s, 0, 20, u"Data"_s}, u"1813-10-10"_s},
+            {{u"battezzato"_s, 0, 21, u"Data"_s}, u"1813-10-11"_s},
+            {{u"padre"_s, 0, 0, u"Nome"_s}, u"Carlo"_s},
+            {{u"padre"_s, 0, 0, u"Cognome"_s}, u"D'Aro"_s},
+            {{u"madre"_s, 0, 0, u"Nome"_s}, u"Luigia"_s}};
+        for (const auto &[dove, valore] : valori)
+            stesso.assegna(dove, valore);
+        for (const QString &nome : {u"Pietro"_s, u"Barbara"_s})
+            stesso.assegna(stesso.aggiunge(u"padrini"_s), u"Nome"_s, nome);
+        return stesso.pronto().atto;
+    }
+
 private slots:
     void init()
     {
@@ -144,23 +166,7 @@ private slots:
         QCOMPARE(righe(u"Voci"_s), 0);
         salva();
         QCOMPARE(persona->inattese(), QStringList());
-        SchedaAtto stesso(*scheda::diTipo(9), nuovoAtto(connessione(), u"R1"_s));
-        const std::pair<scheda::Indirizzo, QString> valori[] = {
-            {{u"voce"_s, 0, 0, u"CodiceVoce"_s}, u"1"_s},
-            {{u"voce"_s, 0, 0, u"Data"_s}, u"1813-10-11"_s},
-            {{u"battezzato"_s, 0, 0, u"Nome"_s}, u"Giosuè"_s},
-            {{u"battezzato"_s, 0, 0, u"Cognome"_s}, u"D'Aro"_s},
-            {{u"battezzato"_s, 0, 0, u"Sesso"_s}, u"M"_s},
-            {{u"battezzato"_s, 0, 20, u"Data"_s}, u"1813-10-10"_s},
-            {{u"battezzato"_s, 0, 21, u"Data"_s}, u"1813-10-11"_s},
-            {{u"padre"_s, 0, 0, u"Nome"_s}, u"Carlo"_s},
-            {{u"padre"_s, 0, 0, u"Cognome"_s}, u"D'Aro"_s},
-            {{u"madre"_s, 0, 0, u"Nome"_s}, u"Luigia"_s}};
-        for (const auto &[dove, valore] : valori)
-            stesso.assegna(dove, valore);
-        for (const QString &nome : {u"Pietro"_s, u"Barbara"_s})
-            stesso.assegna(stesso.aggiunge(u"padrini"_s), u"Nome"_s, nome);
-        Atto altro = stesso.pronto().atto;
+        Atto altro = loStessoSenzaFinestre();
         QCOMPARE(scriveAtto(connessione(), {}, {}, altro).che, EsitoAtto::Scritto);
         QCOMPARE(nudo(scheda->proprieta.VoceLocale), nudo(altro.codice));
 

@@ -7,6 +7,14 @@ class TstTabella : public QObject, private ProvaPrincipale
 {
     Q_OBJECT
 
+    // Anche dopo Ctrl e un clic la riga su cui si agisce è quella che si vede scelta.
+    static void resiste(const fmTabella *elenco)
+    {
+        QTableView *righe = griglia(elenco);
+        QTest::mouseClick(righe->viewport(), Qt::LeftButton, Qt::ControlModifier,
+                          righe->visualRect(righe->currentIndex()).center());
+        QVERIFY(righe->selectionModel()->isSelected(righe->currentIndex()));
+    }
     // Un comando che gli elenchi di voci hanno in più: dice su quale riga, e rilegge.
     static ServiziTabella conUnComandoInPiu(QString &visto)
     {
@@ -37,13 +45,7 @@ private slots:
         QCOMPARE(corrente(archiviAperti), u"A1"_s);
         va(archiviAperti, 1);
         QCOMPARE(contesto().ArchivioCorrente, u"A1"_s);
-        // Anche dopo Ctrl e un clic la riga su cui si agisce è quella che si vede scelta.
-        QTest::mouseClick(
-            griglia(archiviAperti)->viewport(), Qt::LeftButton, Qt::ControlModifier,
-            griglia(archiviAperti)->visualRect(griglia(archiviAperti)->currentIndex()).center());
-        QVERIFY(griglia(archiviAperti)
-                    ->selectionModel()
-                    ->isSelected(griglia(archiviAperti)->currentIndex()));
+        resiste(archiviAperti);
         comando(archiviAperti, 1);
 
         fmTabella *registri = ultimo();
