@@ -136,6 +136,7 @@ void fmScheda::creaAltro()
     riga->setSpacing(lettera * 2);
     riga->addWidget(etichetta);
     riga->addWidget(m_altro, 1);
+    m_piede->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     layout()->addWidget(m_piede);
     connect(m_altro, &QListWidget::itemActivated, this, [this](const QListWidgetItem *scelto) {
         const QString codice = scelto->data(Qt::UserRole).toString();

@@ -248,7 +248,12 @@ void Pagina::raccoglie(scheda::SchedaAtto &atto) const
 
 void Pagina::raccoglie(const RigaPagina *riga, scheda::SchedaAtto &atto) const
 {
-    const bool elenco = eElenco(riga->riga().posto);
+    const QString &nome = riga->riga().posto;
+    const bool elenco = eElenco(nome);
+    // Di una persona che può mancare una proposta da sola non dice che ci sia.
+    const bool puoMancare = posto(nome).come == Come::Genitore || posto(nome).come == Come::Coniuge;
+    if (puoMancare && riga->vuota() && atto.persona(nome) == 0)
+        return;
     int chiave = riga->chiave;
     const Campo *giorni = nullptr;
     for (const Campo *campo : riga->campi()) {

@@ -181,6 +181,19 @@ private slots:
         QCOMPARE(qui(), u"Padrino/Madrina 3: Nome"_s);
     }
 
+    // Il cognome proposto a un padre di cui non si scrive nulla non lo fa nascere.
+    void padreSoltantoProposto()
+    {
+        apre(u"R1"_s);
+        scrive({{u"Atto: Codice"_s, u"1"_s},
+                {u"Battezzato/a: Nome"_s, u"Prova"_s},
+                {u"Battezzato/a: Cognome"_s, u"Esposito"_s}});
+        QVERIFY(scheda->pagina()->campo({u"padre"_s, 0, 0, u"Cognome"_s})->proposto());
+        salva();
+        QCOMPARE(righe(u"Individui"_s), 1);
+        QCOMPARE(righe(u"Famiglie"_s), 0);
+    }
+
     // Tornando indietro si ripassa dalle caselle di prima, e da ciascuna si esce.
     void avantiEIndietro()
     {
