@@ -5,7 +5,7 @@
 #include "app/area.h"
 #include "app/fmChiudi.h"
 #include "contesto/contesto.h"
-#include "db/connessioni.h"
+#include "db/archivio/connessioni.h"
 #include "platform/finestre/memoria_finestre.h"
 #include "platform/finestre/messaggi.h"
 #include "platform/finestre/testo_semplice.h"

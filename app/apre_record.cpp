@@ -2,9 +2,9 @@
 
 #include "contesto/contesto.h"
 #include "contesto/finestre.h"
-#include "db/codici.h"
-#include "db/connessioni.h"
-#include "db/generi.h"
+#include "db/archivio/connessioni.h"
+#include "db/lavoro/codici.h"
+#include "db/schema/generi.h"
 #include "platform/motore/recordset.h"
 #include "texts/allegati.h"
 #include "texts/testi.h"

@@ -1,7 +1,7 @@
 #include "app/conversione_archivio.h"
 
-#include "db/conversione.h"
-#include "db/custodia.h"
+#include "db/archivio/conversione.h"
+#include "db/archivio/custodia.h"
 #include "platform/finestre/a_parte.h"
 #include "platform/finestre/messaggi.h"
 

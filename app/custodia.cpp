@@ -1,7 +1,7 @@
 #include "app/custodia.h"
 
-#include "db/connessioni.h"
-#include "db/custodia.h"
+#include "db/archivio/connessioni.h"
+#include "db/archivio/custodia.h"
 #include "platform/disco/shell.h"
 #include "platform/finestre/a_parte.h"
 #include "platform/finestre/dialoghi.h"

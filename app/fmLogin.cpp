@@ -2,8 +2,8 @@
 
 #include "contesto/contesto.h"
 #include "contesto/finestre.h"
-#include "db/connessioni.h"
-#include "db/operatori.h"
+#include "db/archivio/connessioni.h"
+#include "db/lavoro/operatori.h"
 #include "editors/casella_testo.h"
 #include "editors/fmOperatore.h"
 #include "platform/finestre/messaggi.h"

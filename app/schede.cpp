@@ -1,8 +1,8 @@
 #include "app/schede.h"
 
 #include "browser/fmTabella.h"
-#include "db/connessioni.h"
-#include "db/registro_atti.h"
+#include "db/archivio/connessioni.h"
+#include "db/atto/registro_atti.h"
 #include "platform/finestre/messaggi.h"
 
 #include <QMdiSubWindow>

@@ -1,7 +1,7 @@
 #include "atti/campo.h"
 
 #include "atti/caselle_pagina.h"
-#include "db/tabelle.h"
+#include "db/schema/tabelle.h"
 #include "editors/casella_genere.h"
 
 #include <QLabel>

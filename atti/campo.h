@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/scheda_atto.h"
+#include "db/atto/scheda_atto.h"
 #include "editors/casella.h"
 
 class QLabel;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "db/scheda_atto.h"
-#include "db/vocabolario.h"
+#include "db/atto/scheda_atto.h"
+#include "db/atto/vocabolario.h"
 
 #include <QSet>
 #include <QWidget>

@@ -2,7 +2,7 @@
 
 #include "atti/caselle_pagina.h"
 #include "atti/completamento.h"
-#include "db/generi.h"
+#include "db/schema/generi.h"
 
 #include <QLabel>
 #include <QLineEdit>

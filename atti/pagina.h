@@ -3,7 +3,7 @@
 #include "atti/discordia.h"
 #include "atti/riga_pagina.h"
 #include "atti/testo_pagina.h"
-#include "db/scheda_atto.h"
+#include "db/atto/scheda_atto.h"
 
 #include <QScrollArea>
 

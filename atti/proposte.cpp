@@ -1,6 +1,6 @@
 #include "atti/proposte.h"
 
-#include "db/generi.h"
+#include "db/schema/generi.h"
 #include "platform/lingua/numerazione.h"
 
 using namespace modTarvola;

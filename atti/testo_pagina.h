@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/scheda.h"
+#include "db/atto/scheda.h"
 
 #include <QPlainTextEdit>
 

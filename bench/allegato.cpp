@@ -6,9 +6,9 @@
 #include "app/MDITras.h"
 #include "bench/tavola.h"
 #include "contesto/contesto.h"
-#include "db/connessioni.h"
-#include "db/generi.h"
-#include "db/modello.h"
+#include "db/archivio/connessioni.h"
+#include "db/schema/generi.h"
+#include "db/schema/modello.h"
 #include "texts/allegati.h"
 
 #include <QApplication>

@@ -2,7 +2,7 @@
 //   anteriore VUOTO GRANDE [INDIVIDUI]
 
 #include "bench/tavola.h"
-#include "db/conversione.h"
+#include "db/archivio/conversione.h"
 #include "platform/motore/ado.h"
 
 #include <QFile>

@@ -1,8 +1,8 @@
-#include "db/custodia.h"
+#include "db/archivio/custodia.h"
 
 #include "bench/tavola.h"
-#include "db/connessioni.h"
-#include "db/modello.h"
+#include "db/archivio/connessioni.h"
+#include "db/schema/modello.h"
 #include "platform/motore/jro.h"
 
 #include <QDir>

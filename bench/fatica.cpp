@@ -8,8 +8,8 @@
 #include "bench/serie.h"
 #include "bench/trascrittore.h"
 #include "contesto/contesto.h"
-#include "db/connessioni.h"
-#include "db/modello.h"
+#include "db/archivio/connessioni.h"
+#include "db/schema/modello.h"
 
 #include <QApplication>
 #include <QLabel>

@@ -8,8 +8,8 @@
 #include "bench/dipinta.h"
 #include "bench/tavola.h"
 #include "contesto/contesto.h"
-#include "db/connessioni.h"
-#include "db/elenco.h"
+#include "db/archivio/connessioni.h"
+#include "db/elenchi/elenco.h"
 
 #include <QApplication>
 #include <QEventLoop>

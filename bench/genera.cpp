@@ -1,8 +1,8 @@
 // Scrive un archivio grande, sempre lo stesso, con i nomi frequenti quanto nelle parrocchie vere.
 //   genera PERCORSO [INDIVIDUI]
 
-#include "db/connessioni.h"
-#include "db/modello.h"
+#include "db/archivio/connessioni.h"
+#include "db/schema/modello.h"
 
 #include <QFile>
 #include <QTextStream>

@@ -3,9 +3,9 @@
 
 #include "bench/pavimento.h"
 #include "bench/tavola.h"
-#include "db/connessioni.h"
-#include "db/elenco.h"
-#include "db/eliminazione.h"
+#include "db/archivio/connessioni.h"
+#include "db/elenchi/elenco.h"
+#include "db/lavoro/eliminazione.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

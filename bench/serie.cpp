@@ -1,6 +1,6 @@
 #include "bench/serie.h"
 
-#include "db/generi.h"
+#include "db/schema/generi.h"
 
 #include <QFile>
 #include <QJsonArray>

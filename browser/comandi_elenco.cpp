@@ -1,7 +1,7 @@
 #include "browser/comandi_elenco.h"
 
 #include "browser/fmTabella.h"
-#include "db/generi.h"
+#include "db/schema/generi.h"
 #include "editors/eliminazione.h"
 #include "platform/motore/recordset.h"
 #include "texts/allegati.h"

@@ -4,7 +4,7 @@
 #include "browser/modello_tabella.h"
 #include "browser/tabelle.h"
 #include "contesto/contesto.h"
-#include "db/connessioni.h"
+#include "db/archivio/connessioni.h"
 #include "editors/icone_generi.h"
 #include "platform/finestre/messaggi.h"
 #include "platform/finestre/testo_semplice.h"

@@ -2,7 +2,7 @@
 
 #include "browser/barre_elenco.h"
 #include "browser/proprieta_tabella.h"
-#include "db/annunci.h"
+#include "db/lavoro/annunci.h"
 #include "platform/motore/ado.h"
 
 #include <QWidget>

@@ -1,9 +1,9 @@
 #include "browser/genere_elenco.h"
 
 #include "browser/fmTabella.h"
-#include "db/codici.h"
-#include "db/connessioni.h"
-#include "db/generi.h"
+#include "db/archivio/connessioni.h"
+#include "db/lavoro/codici.h"
+#include "db/schema/generi.h"
 #include "platform/finestre/messaggi.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/elenco.h"
+#include "db/elenchi/elenco.h"
 
 #include <QAbstractTableModel>
 #include <QCache>

@@ -4,7 +4,7 @@
 #include "browser/fmVisualizza.h"
 #include "browser/genere_elenco.h"
 #include "contesto/contesto.h"
-#include "db/connessioni.h"
+#include "db/archivio/connessioni.h"
 #include "platform/finestre/messaggi.h"
 
 #include <QAction>

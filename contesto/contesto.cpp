@@ -1,7 +1,7 @@
 #include "contesto/contesto.h"
 
 #include "contesto/finestre.h"
-#include "db/connessioni.h"
+#include "db/archivio/connessioni.h"
 
 namespace modTarvola
 {

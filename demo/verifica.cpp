@@ -1,7 +1,7 @@
 #include "demo/verifica.h"
 
-#include "db/connessioni.h"
-#include "db/schema.h"
+#include "db/archivio/connessioni.h"
+#include "db/schema/schema.h"
 
 #include <QCryptographicHash>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/tabelle.h"
+#include "db/schema/tabelle.h"
 
 #include <QObject>
 #include <QVariant>

@@ -1,6 +1,6 @@
 #include "contesto/contesto.h"
-#include "db/codici.h"
-#include "db/connessioni.h"
+#include "db/archivio/connessioni.h"
+#include "db/lavoro/codici.h"
 #include "editors/eliminazione.h"
 #include "editors/fmEditor.h"
 #include "platform/finestre/messaggi.h"

@@ -1,9 +1,9 @@
 #include "editors/eliminazione.h"
 
 #include "contesto/contesto.h"
-#include "db/connessioni.h"
-#include "db/lavoro.h"
-#include "db/operatori.h"
+#include "db/archivio/connessioni.h"
+#include "db/lavoro/lavoro.h"
+#include "db/lavoro/operatori.h"
 #include "platform/finestre/avanzamento.h"
 #include "platform/finestre/messaggi.h"
 

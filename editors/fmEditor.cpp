@@ -1,9 +1,9 @@
 #include "editors/fmEditor.h"
 
 #include "contesto/contesto.h"
-#include "db/codici.h"
-#include "db/connessioni.h"
-#include "db/descrizioni.h"
+#include "db/archivio/connessioni.h"
+#include "db/elenchi/descrizioni.h"
+#include "db/lavoro/codici.h"
 #include "editors/icone_generi.h"
 #include "platform/finestre/messaggi.h"
 #include "platform/finestre/tasti.h"

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "contesto/finestre.h"
-#include "db/collegamenti.h"
-#include "db/generi.h"
-#include "db/lavoro.h"
+#include "db/lavoro/collegamenti.h"
+#include "db/lavoro/lavoro.h"
+#include "db/schema/generi.h"
 #include "editors/caselle.h"
 #include "editors/pannello.h"
 #include "platform/motore/recordset.h"

@@ -1,9 +1,9 @@
 #include "editors/fmFamiglia.h"
 
 #include "contesto/contesto.h"
-#include "db/codici.h"
-#include "db/connessioni.h"
-#include "db/famiglie.h"
+#include "db/archivio/connessioni.h"
+#include "db/lavoro/codici.h"
+#include "db/lavoro/famiglie.h"
 #include "editors/fmIndividuo.h"
 #include "platform/finestre/messaggi.h"
 

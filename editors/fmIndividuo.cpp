@@ -1,7 +1,7 @@
 #include "editors/fmIndividuo.h"
 
 #include "contesto/contesto.h"
-#include "db/connessioni.h"
+#include "db/archivio/connessioni.h"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>

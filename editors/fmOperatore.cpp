@@ -1,8 +1,8 @@
 #include "editors/fmOperatore.h"
 
-#include "db/codici.h"
-#include "db/connessioni.h"
-#include "db/operatori.h"
+#include "db/archivio/connessioni.h"
+#include "db/lavoro/codici.h"
+#include "db/lavoro/operatori.h"
 #include "platform/finestre/messaggi.h"
 
 #include <QGridLayout>

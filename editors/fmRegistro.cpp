@@ -1,7 +1,7 @@
 #include "editors/fmRegistro.h"
 
 #include "contesto/contesto.h"
-#include "db/connessioni.h"
+#include "db/archivio/connessioni.h"
 #include "editors/casella_genere.h"
 #include "editors/icone_generi.h"
 

@@ -1,6 +1,6 @@
 #include "editors/icone_generi.h"
 
-#include "db/generi.h"
+#include "db/schema/generi.h"
 
 using namespace modTarvola;
 

@@ -1,6 +1,6 @@
 #include "editors/pannello.h"
 
-#include "db/generi.h"
+#include "db/schema/generi.h"
 #include "editors/icone_generi.h"
 #include "platform/finestre/tasti.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/collegamenti.h"
+#include "db/lavoro/collegamenti.h"
 #include "platform/motore/recordset.h"
 
 #include <QWidget>

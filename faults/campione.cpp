@@ -1,6 +1,6 @@
 #include "faults/campione.h"
 
-#include "db/schema.h"
+#include "db/schema/schema.h"
 #include "platform/riparazione/pagine.h"
 
 #include <QCryptographicHash>

@@ -1,5 +1,5 @@
-#include "db/connessioni.h"
-#include "db/tabelle.h"
+#include "db/archivio/connessioni.h"
+#include "db/schema/tabelle.h"
 #include "faults/campione.h"
 #include "faults/inganni.h"
 #include "faults/lavori.h"

@@ -1,4 +1,4 @@
-#include "db/connessioni.h"
+#include "db/archivio/connessioni.h"
 #include "faults/campione.h"
 #include "faults/inganni.h"
 #include "faults/lavori.h"

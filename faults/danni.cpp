@@ -1,6 +1,6 @@
 #include "faults/danni.h"
 
-#include "db/connessioni.h"
+#include "db/archivio/connessioni.h"
 #include "platform/riparazione/pagine.h"
 
 #include <QFile>

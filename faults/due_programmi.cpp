@@ -1,4 +1,4 @@
-#include "db/connessioni.h"
+#include "db/archivio/connessioni.h"
 #include "faults/lavori.h"
 #include "faults/prove.h"
 

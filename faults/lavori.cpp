@@ -1,11 +1,11 @@
 #include "faults/lavori.h"
 
-#include "db/atto.h"
-#include "db/binari.h"
-#include "db/connessioni.h"
-#include "db/custodia.h"
-#include "db/generi.h"
-#include "db/modello.h"
+#include "db/archivio/connessioni.h"
+#include "db/archivio/custodia.h"
+#include "db/atto/atto.h"
+#include "db/lavoro/binari.h"
+#include "db/schema/generi.h"
+#include "db/schema/modello.h"
 #include "faults/campione.h"
 
 #include <QDir>

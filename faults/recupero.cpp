@@ -2,10 +2,10 @@
 // ogni danno e ogni seme, quante delle righe di prima ritrova ciascuna. Le nostre contano solo
 // nella loro tabella; quelle del motore anche fra le perdute e ritrovate, di cui non sa la tabella.
 
-#include "db/connessioni.h"
-#include "db/custodia.h"
-#include "db/modello.h"
-#include "db/schema.h"
+#include "db/archivio/connessioni.h"
+#include "db/archivio/custodia.h"
+#include "db/schema/modello.h"
+#include "db/schema/schema.h"
 #include "faults/campione.h"
 #include "faults/danni.h"
 

@@ -1,4 +1,4 @@
-#include "db/modello.h"
+#include "db/schema/modello.h"
 
 #include <QFile>
 #include <QTextStream>

@@ -21,17 +21,23 @@ PIANI = [
 FUORI_DAI_PIANI = {"tests", "demo", "strumenti", "bench", "faults"}
 SENZA_FINESTRE = {"db", "scambio"}
 
-# Le stanze di platform/: quali altre ciascuna può nominare, e se può avere finestre.
+# Le stanze: quali altre dello stesso piano ciascuna può nominare, e se può avere finestre.
 STANZE = {
-    "errore": (set(), False),
-    "lingua": ({"errore"}, False),
-    "disco": ({"errore"}, False),
-    "anteriore": ({"errore"}, False),
-    "motore": ({"errore", "disco"}, False),
-    "riparazione": ({"errore", "disco", "motore"}, False),
-    "finestre": ({"errore", "lingua", "disco"}, True),
-    "elaboratore": ({"errore", "lingua", "finestre"}, True),
+    "platform/errore": (set(), False),
+    "platform/lingua": ({"errore"}, False),
+    "platform/disco": ({"errore"}, False),
+    "platform/anteriore": ({"errore"}, False),
+    "platform/motore": ({"errore", "disco"}, False),
+    "platform/riparazione": ({"errore", "disco", "motore"}, False),
+    "platform/finestre": ({"errore", "lingua", "disco"}, True),
+    "platform/elaboratore": ({"errore", "lingua", "finestre"}, True),
+    "db/schema": (set(), False),
+    "db/lavoro": ({"schema"}, False),
+    "db/elenchi": ({"schema"}, False),
+    "db/atto": ({"schema", "lavoro"}, False),
+    "db/archivio": ({"schema", "lavoro"}, False),
 }
+PIANI_CON_STANZE = {nome.split("/")[0] for nome in STANZE}
 
 PORTE = [
     ("messaggi", "platform/finestre/messaggi", r"\b(QMessageBox|QErrorMessage)\b"),
@@ -40,7 +46,7 @@ PORTE = [
 ]
 
 # Quale archivio sia il corrente lo sanno le finestre: sotto di loro ognuno lavora sul suo.
-CORRENTE = ("corrente", "db/connessioni", r"(?<![\w.>&])(connessione|archivi)\(\)")
+CORRENTE = ("corrente", "db/archivio/connessioni", r"(?<![\w.>&])(connessione|archivi)\(\)")
 
 # La seconda riga prende i pezzi di un'istruzione composta a tratti: lì le maiuscole contano.
 SQL = re.compile(
@@ -102,15 +108,16 @@ def piano(percorso):
 
 
 def stanza(percorso):
-    """The room of a source of platform/, "" for one elsewhere."""
+    """The room of a source on a floor that has rooms, as "floor/room"; "" for one elsewhere."""
     nomi = percorso.split("/")
-    return os.path.splitext(nomi[1])[0] if nomi[0] == "platform" and len(nomi) > 1 else ""
+    if nomi[0] not in PIANI_CON_STANZE or len(nomi) < 2:
+        return ""
+    return nomi[0] + "/" + os.path.splitext(nomi[1])[0]
 
 
 def senza_finestre(percorso):
     """Whether the source belongs to the library without widgets."""
-    sua = stanza(percorso)
-    return percorso.split("/")[0] in SENZA_FINESTRE or (sua in STANZE and not STANZE[sua][1])
+    return percorso.split("/")[0] in SENZA_FINESTRE or not STANZE.get(stanza(percorso), (None, True))[1]
 
 
 def nomi_di_qtcore():
@@ -140,7 +147,7 @@ class Controllo:
             if not percorso.endswith((".cpp", ".h")):
                 continue
             suo = piano(percorso)
-            if suo is None or (suo == "platform" and stanza(percorso) not in STANZE):
+            if suo is None or (suo in PIANI_CON_STANZE and stanza(percorso) not in STANZE):
                 self.segnala(percorso, 1, "piano", "this source stands on no floor")
             elif suo:
                 self.guarda_inclusioni(percorso, testo, suo)
@@ -160,7 +167,7 @@ class Controllo:
             altro = vicino if vicino in self.file else os.path.normpath(nome)
             self.guarda_piani(percorso, riga, suo, altro)
             self.guarda_stanze(percorso, riga, altro)
-            if nome == "sqlite3.h" and stanza(percorso) != "motore":
+            if nome == "sqlite3.h" and stanza(percorso) != "platform/motore":
                 self.segnala(percorso, riga, "motore", "the engine's header outside its room")
             if senza_finestre(percorso):
                 self.guarda_finestre(percorso, riga, nome, altro)
@@ -175,7 +182,9 @@ class Controllo:
 
     def guarda_stanze(self, percorso, riga, altro):
         sua, altra = stanza(percorso), stanza(altro)
-        if sua in STANZE and altra and altra != sua and altra not in STANZE[sua][0]:
+        if sua not in STANZE or not altra or altra == sua or piano(altro) != piano(percorso):
+            return
+        if altra.split("/")[1] not in STANZE[sua][0]:
             self.segnala(percorso, riga, "stanza", f"{sua} includes {altro}")
 
     def guarda_finestre(self, percorso, riga, nome, altro):

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "db/connessioni.h"
-#include "db/modello.h"
+#include "db/archivio/connessioni.h"
+#include "db/schema/modello.h"
 #include "platform/motore/ado.h"
 
 #include <QFile>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "comune.h"
-#include "db/custodia.h"
+#include "db/archivio/custodia.h"
 #include "faults/campione.h"
 
 #include <QDir>

@@ -1,5 +1,5 @@
-#include "db/binari.h"
-#include "db/generi.h"
+#include "db/lavoro/binari.h"
+#include "db/schema/generi.h"
 #include "platform/disco/prudenza.h"
 #include "platform/disco/shell.h"
 #include "prova_editori.h"

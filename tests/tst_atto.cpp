@@ -1,6 +1,6 @@
 #include "comune.h"
-#include "db/registro_atti.h"
-#include "db/scheda_atto.h"
+#include "db/atto/registro_atti.h"
+#include "db/atto/scheda_atto.h"
 
 using scheda::SchedaAtto;
 

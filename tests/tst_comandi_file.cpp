@@ -1,6 +1,6 @@
 #include "app/MDITras.h"
-#include "db/custodia.h"
-#include "db/versioni.h"
+#include "db/archivio/custodia.h"
+#include "db/schema/versioni.h"
 #include "platform/finestre/a_parte.h"
 #include "prova_principale.h"
 

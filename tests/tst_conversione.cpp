@@ -1,6 +1,6 @@
 #include "anteriore.h"
-#include "db/conversione.h"
-#include "db/schema.h"
+#include "db/archivio/conversione.h"
+#include "db/schema/schema.h"
 #include "platform/anteriore/jet_testo.h"
 
 #include <QCryptographicHash>

@@ -1,5 +1,5 @@
 #include "anteriore.h"
-#include "db/conversione.h"
+#include "db/archivio/conversione.h"
 
 #include <QJsonArray>
 

@@ -1,4 +1,4 @@
-#include "db/versioni.h"
+#include "db/schema/versioni.h"
 #include "platform/disco/shell.h"
 #include "platform/motore/jro.h"
 #include "prova_custodia.h"

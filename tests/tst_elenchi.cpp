@@ -1,7 +1,7 @@
 #include "browser/fmVisualizza.h"
 #include "comune.h"
 #include "contesto/contesto.h"
-#include "db/elenco.h"
+#include "db/elenchi/elenco.h"
 
 #include <QPushButton>
 #include <QRadioButton>

@@ -1,6 +1,6 @@
 #include "comune.h"
-#include "db/eliminazione.h"
-#include "db/schema.h"
+#include "db/lavoro/eliminazione.h"
+#include "db/schema/schema.h"
 
 #include <QHash>
 

@@ -1,5 +1,5 @@
-#include "db/famiglie.h"
-#include "db/generi.h"
+#include "db/lavoro/famiglie.h"
+#include "db/schema/generi.h"
 #include "prova_editori.h"
 
 #include <QGroupBox>

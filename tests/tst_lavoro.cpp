@@ -1,5 +1,5 @@
 #include "comune.h"
-#include "db/lavoro.h"
+#include "db/lavoro/lavoro.h"
 
 #include <thread>
 

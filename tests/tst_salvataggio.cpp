@@ -1,5 +1,5 @@
-#include "db/codici.h"
-#include "db/schema.h"
+#include "db/lavoro/codici.h"
+#include "db/schema/schema.h"
 #include "prova_custodia.h"
 
 #include <QRandomGenerator>

@@ -1,7 +1,7 @@
 #include "atti/fmScheda.h"
 #include "atti/pagina.h"
 #include "comune.h"
-#include "db/registro_atti.h"
+#include "db/atto/registro_atti.h"
 #include "persona.h"
 #include "programma.h"
 

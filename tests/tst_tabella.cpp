@@ -1,4 +1,4 @@
-#include "db/lavoro.h"
+#include "db/lavoro/lavoro.h"
 #include "prova_elenchi.h"
 
 #include <QComboBox>

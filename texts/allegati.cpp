@@ -1,7 +1,7 @@
 #include "texts/allegati.h"
 
-#include "db/binari.h"
-#include "db/connessioni.h"
+#include "db/archivio/connessioni.h"
+#include "db/lavoro/binari.h"
 #include "platform/disco/prudenza.h"
 #include "platform/disco/shell.h"
 #include "platform/finestre/avanzamento.h"

@@ -1,9 +1,9 @@
 #include "texts/testi.h"
 
 #include "contesto/contesto.h"
-#include "db/collegamenti.h"
-#include "db/connessioni.h"
-#include "db/lavoro.h"
+#include "db/archivio/connessioni.h"
+#include "db/lavoro/collegamenti.h"
+#include "db/lavoro/lavoro.h"
 #include "platform/finestre/messaggi.h"
 #include "platform/finestre/testo_semplice.h"
 #include "platform/motore/recordset.h"
