@@ -35,6 +35,7 @@ STANZE = {
     "db/lavoro": ({"schema"}, False),
     "db/elenchi": ({"schema"}, False),
     "db/atto": ({"schema", "lavoro"}, False),
+    "db/formule": ({"schema", "lavoro", "atto"}, False),
     "db/archivio": ({"schema", "lavoro"}, False),
 }
 PIANI_CON_STANZE = {nome.split("/")[0] for nome in STANZE}

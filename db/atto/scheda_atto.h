@@ -16,7 +16,7 @@ struct Indirizzo {
     int quale = 0;
     int evento = 0;
     QString campo;
-    auto operator<=>(const Indirizzo &) const = default;
+    std::strong_ordering operator<=>(const Indirizzo &) const = default;
 };
 
 // Assegnare un valore crea la persona, l'evento o il testo che mancano; le famiglie nascono con
