@@ -1,6 +1,7 @@
 #include "app/avvio.h"
 #include "app/MDITras.h"
 #include "app/richieste.h"
+#include "contesto/comandi.h"
 #include "platform/finestre/memoria_finestre.h"
 
 #include <QApplication>
@@ -17,6 +18,7 @@ int main(int argc, char **argv)
     if (!richiesti.isEmpty() && Richieste::affida(richiesti))
         return 0;
     memoria::usaFile(memoria::fileDellUtente());
+    comandi::riprende();
     MDITras finestra;
     Richieste richieste(&finestra,
                         [&finestra](const QString &percorso) { finestra.apreArchivio(percorso); });

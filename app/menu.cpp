@@ -1,5 +1,7 @@
 #include "app/menu.h"
 
+#include "contesto/comandi.h"
+
 #include <QAction>
 
 namespace
@@ -10,6 +12,8 @@ struct Riga {
     Voce voce;
     QString testo;
     QKeySequence tasto = {};
+    // L'id di un comando nostro, che ne dice nome e tasto.
+    QString id = {};
 };
 
 template <class Voce>
@@ -20,6 +24,8 @@ QMenu *menu(QWidget *finestra, const QString &titolo, const std::vector<Riga<Voc
     for (const Riga<Voce> &riga : righe) {
         QAction *azione = nuovo->addAction(riga.testo);
         azione->setShortcut(riga.tasto);
+        if (!riga.id.isEmpty())
+            comandi::lega(azione, riga.id);
         QObject::connect(azione, &QAction::triggered, finestra,
                          [comando, voce = riga.voce] { comando(voce); });
     }
@@ -35,8 +41,7 @@ MenuComuni::MenuComuni(QWidget *finestra, const Comandi &comandi)
                                {VoceFile::Compatta, QStringLiteral("Compatta e ripristina")},
                                {VoceFile::BackUp, QStringLiteral("Back up"), Qt::CTRL | Qt::Key_B},
                                {VoceFile::Recupera, QStringLiteral("Recupera")},
-                               {VoceFile::Riapri, QStringLiteral("Riapri gli elenchi chiusi"),
-                                Qt::CTRL | Qt::SHIFT | Qt::Key_T}},
+                               {VoceFile::Riapri, {}, {}, QStringLiteral("file.riapri")}},
                               comandi.file)),
       FinestreItem(menu<VoceFinestre>(
           finestra, QStringLiteral("&Finestre"),

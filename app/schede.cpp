@@ -11,6 +11,24 @@
 
 using namespace modTarvola;
 
+namespace
+{
+
+// Un comando nostro di un elenco, con l'icona della scheda.
+ComandoElenco aggiunto(const QString &id, bool suRiga, std::function<void(fmTabella &)> compie)
+{
+    ComandoElenco nuovo;
+    nuovo.id = id;
+    nuovo.icona = QStringLiteral(":/icone/scheda.svg");
+    nuovo.suRiga = suRiga;
+    nuovo.compie = std::move(compie);
+    if (suRiga)
+        nuovo.abilitato = [](const fmTabella &elenco) { return !elenco.vuota(); };
+    return nuovo;
+}
+
+} // namespace
+
 Schede::Schede(QMdiArea *area, std::function<void(QMdiSubWindow *)> colloca,
                std::function<void(const fmScheda &, const QString &)> apreRecord)
     : m_area(area), m_colloca(std::move(colloca)), m_apreRecord(std::move(apreRecord))
@@ -19,42 +37,41 @@ Schede::Schede(QMdiArea *area, std::function<void(QMdiSubWindow *)> colloca,
 
 std::vector<ComandoElenco> Schede::comandi(const GenereElenco &genere)
 {
-    const auto conRighe = [](const fmTabella &elenco) { return !elenco.vuota(); };
-    const QString icona = QStringLiteral(":/icone/scheda.svg");
     switch (genere.livello) {
     case Livello::Archivio:
         return {};
     case Livello::Registro:
-        return {{QObject::tr("Trascrivi"), icona, Qt::Key_F4, true,
-                 [this](fmTabella &elenco) { apreDa(elenco, elenco.codiceCorrente(), {}); },
-                 conRighe}};
+        return {aggiunto(QStringLiteral("elenco.trascrivi"), true, [this](fmTabella &elenco) {
+            apreDa(elenco, elenco.codiceCorrente(), {});
+        })};
     case Livello::Voce:
         return {
-            {QObject::tr("Scheda"), icona, Qt::Key_F4, true,
-             [this](fmTabella &elenco) { apreDa(elenco, {}, elenco.codiceCorrente()); }, conRighe},
-            {QObject::tr("Nuova scheda"), icona, Qt::SHIFT | Qt::Key_F4, false,
-             [this](fmTabella &elenco) {
-                 QString registro = elenco.proprieta.RegistroLocale;
-                 if (registro.isEmpty())
-                     registro = elenco.campoCorrente(QStringLiteral("Registro")).toString();
-                 if (registro.isEmpty())
-                     messaggi::avvisa(&elenco, QObject::tr("Una voce sta in un registro: scegliere "
-                                                           "prima il registro nel suo elenco"));
-                 else
-                     apreDa(elenco, registro, {});
-             }}};
+            aggiunto(QStringLiteral("elenco.scheda"), true,
+                     [this](fmTabella &elenco) { apreDa(elenco, {}, elenco.codiceCorrente()); }),
+            aggiunto(QStringLiteral("elenco.nuovaScheda"), false,
+                     [this](fmTabella &elenco) { apreNuova(elenco); })};
     case Livello::Dipendente:
         break;
     }
-    return {{QObject::tr("Scheda dell'atto"), icona, Qt::Key_F4, true,
-             [this](fmTabella &elenco) {
-                 const QString atto = attoDi(connessione(), elenco.codiceCorrente());
-                 if (atto.isEmpty())
-                     messaggi::avvisa(&elenco, QObject::tr("Questa riga non è di nessun atto"));
-                 else
-                     apreDa(elenco, {}, atto);
-             },
-             conRighe}};
+    return {aggiunto(QStringLiteral("elenco.schedaDellAtto"), true, [this](fmTabella &elenco) {
+        const QString atto = attoDi(connessione(), elenco.codiceCorrente());
+        if (atto.isEmpty())
+            messaggi::avvisa(&elenco, QObject::tr("Questa riga non è di nessun atto"));
+        else
+            apreDa(elenco, {}, atto);
+    })};
+}
+
+void Schede::apreNuova(fmTabella &elenco)
+{
+    QString registro = elenco.proprieta.RegistroLocale;
+    if (registro.isEmpty())
+        registro = elenco.campoCorrente(QStringLiteral("Registro")).toString();
+    if (registro.isEmpty())
+        messaggi::avvisa(&elenco, QObject::tr("Una voce sta in un registro: scegliere "
+                                              "prima il registro nel suo elenco"));
+    else
+        apreDa(elenco, registro, {});
 }
 
 void Schede::apreDa(fmTabella &elenco, const QString &registro, const QString &voce)

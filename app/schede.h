@@ -23,6 +23,7 @@ public:
     QList<fmScheda *> aperte() const;
 
 private:
+    void apreNuova(fmTabella &elenco);
     void apreDa(fmTabella &elenco, const QString &registro, const QString &voce);
 
     QMdiArea *m_area;

@@ -1,5 +1,6 @@
 #include "atti/fmScheda.h"
 #include "atti/pagina.h"
+#include "contesto/comandi.h"
 #include "contesto/contesto.h"
 #include "db/archivio/connessioni.h"
 #include "db/atto/altro_in_atto.h"
@@ -23,8 +24,7 @@ using scheda::Come;
 using scheda::SchedaAtto;
 
 struct fmScheda::Voce {
-    QString nome; // vuoto: un separatore
-    QKeySequence tasto = {};
+    QString id; // fra i comandi nostri; vuoto: un separatore
     bool inBarra = false;
     std::function<void()> compie = {};
 };
@@ -32,19 +32,17 @@ struct fmScheda::Voce {
 std::vector<fmScheda::Voce> fmScheda::voci()
 {
     return {
-        {tr("&Salva"), Qt::CTRL | Qt::Key_S, true, [this] { salva(); }},
-        {tr("Salva e &nuovo atto"), Qt::CTRL | Qt::Key_Return, true, [this] { salvaENuovo(); }},
-        {tr("Nuovo &atto"), Qt::SHIFT | Qt::Key_F4, false, [this] { nuovo(); }},
+        {QStringLiteral("scheda.salva"), true, [this] { salva(); }},
+        {QStringLiteral("scheda.salvaENuovo"), true, [this] { salvaENuovo(); }},
+        {QStringLiteral("scheda.nuovo"), false, [this] { nuovo(); }},
         {},
-        {tr("Atto &precedente"), Qt::Key_F7, true, [this] { vicino(false); }},
-        {tr("Atto s&uccessivo"), Qt::Key_F8, true, [this] { vicino(true); }},
+        {QStringLiteral("scheda.precedente"), true, [this] { vicino(false); }},
+        {QStringLiteral("scheda.successivo"), true, [this] { vicino(true); }},
         {},
-        {tr("Come nell'atto prima: questa &casella"), Qt::Key_F2, false,
-         [this] { comeNellAttoPrima(false); }},
-        {tr("Come nell'atto prima: questa p&ersona"), Qt::SHIFT | Qt::Key_F2, false,
-         [this] { comeNellAttoPrima(true); }},
-        {tr("Un'altra pe&rsona"), Qt::Key_F3, false, [this] { aggiungePersona(); }},
-        {tr("&Togli la persona"), Qt::SHIFT | Qt::Key_F3, false,
+        {QStringLiteral("scheda.comePrimaCasella"), false, [this] { comeNellAttoPrima(false); }},
+        {QStringLiteral("scheda.comePrimaPersona"), false, [this] { comeNellAttoPrima(true); }},
+        {QStringLiteral("scheda.altraPersona"), false, [this] { aggiungePersona(); }},
+        {QStringLiteral("scheda.togliPersona"), false,
          [this] { esegue([this] { togliePersona(); }); }},
     };
 }
@@ -57,15 +55,15 @@ void fmScheda::creaMenu()
     m_barra->setObjectName(QStringLiteral("BarraScheda"));
     tasti::chiama(m_barra, tr("Comandi della scheda"));
     for (const Voce &voce : voci()) {
-        if (voce.nome.isEmpty()) {
+        if (voce.id.isEmpty()) {
             m_menu->addSeparator();
             continue;
         }
-        QAction *azione = m_menu->addAction(voce.nome);
-        azione->setShortcut(voce.tasto);
+        auto *azione = new QAction(this);
+        comandi::lega(azione, voce.id);
         azione->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-        azione->setToolTip(tasti::conTasto(QString(voce.nome).remove(u'&'), voce.tasto));
         connect(azione, &QAction::triggered, this, voce.compie);
+        m_menu->addAction(azione);
         addAction(azione);
         if (voce.inBarra)
             m_barra->addAction(azione);

@@ -1,6 +1,7 @@
 #include "browser/barre_elenco.h"
 
 #include "browser/fmTabella.h"
+#include "contesto/comandi.h"
 #include "platform/finestre/tasti.h"
 
 #include <QAction>
@@ -40,9 +41,13 @@ void BarreElenco::aggiunge(const ComandoElenco &comando)
     QAction *bottone = azione(comando);
     QAction *voce = azione(comando);
     bottone->setObjectName(QStringLiteral("Toolbar1_%1").arg(m_pulsanti.size() + 1));
-    if (!comando.tasto.isEmpty())
+    if (comando.id.isEmpty()) {
         bottone->setToolTip(tasti::conTasto(bottone->text(), comando.tasto));
-    voce->setShortcut(comando.tasto);
+        voce->setShortcut(comando.tasto);
+    } else {
+        comandi::lega(bottone, comando.id, comandi::Porta::SoloNome);
+        comandi::lega(voce, comando.id);
+    }
     Toolbar1->addAction(bottone);
     Xitem->addAction(voce);
     m_pulsanti.push_back({comando, bottone, voce});

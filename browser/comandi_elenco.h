@@ -11,7 +11,7 @@ struct ComandoElenco {
     QString nome;
     // La risorsa dell'icona (":/icone/apri.svg").
     QString icona;
-    QKeySequence tasto;
+    QKeySequence tasto = {};
     // Vero se agisce sulla riga corrente: senza una riga, o se il suo record non c'è più, non si
     // compie.
     bool suRiga = true;
@@ -22,6 +22,8 @@ struct ComandoElenco {
     Vale abilitato = {};
     // Dove il menu ha una regola sua: la voce che una volta si spegne resta spenta.
     Vale abilitatoNelMenu = {};
+    // L'id fra i comandi nostri, che ne dicono nome e tasto; vuoto se li ha da sé.
+    QString id = {};
 };
 
 // I comandi di ogni elenco: Seleziona, Apri, Nuovo, Aggiorna, Elimina.

@@ -115,6 +115,12 @@ void ricorda(const QString &chiave, const QVariant &valore)
         file()->setValue(chiave, valore);
 }
 
+void dimentica(const QString &chiave)
+{
+    if (file() != nullptr)
+        file()->remove(chiave);
+}
+
 void ricordaFinestra(QWidget *finestra, const QString &nome)
 {
     const QString chiave = QStringLiteral("finestre/") + nome;

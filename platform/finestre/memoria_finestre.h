@@ -22,6 +22,7 @@ QString fileDellUtente();
 // Un valore ricordato; non valido se non c'è.
 QVariant valore(const QString &chiave);
 void ricorda(const QString &chiave, const QVariant &valore);
+void dimentica(const QString &chiave);
 
 // Rende alla finestra misure e posto che aveva, dentro lo schermo che c'è ora, e quando si chiude
 // li ricorda. Da chiamare a finestra costruita, prima di mostrarla.

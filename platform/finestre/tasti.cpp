@@ -54,8 +54,10 @@ QAccessibleInterface *legge(const QString &classe, QObject *oggetto)
 QString conTasto(const QString &testo, const QKeySequence &tasto)
 {
     QString piano = testo;
-    return piano.remove(u'&') + QStringLiteral(" (") + tasto.toString(QKeySequence::NativeText) +
-           u')';
+    piano.remove(u'&');
+    return tasto.isEmpty()
+               ? piano
+               : piano + QStringLiteral(" (") + tasto.toString(QKeySequence::NativeText) + u')';
 }
 
 void assegna(QWidget *dove, const QKeySequence &tasto, QAbstractButton *bottone)

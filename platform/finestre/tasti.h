@@ -11,7 +11,7 @@ class QWidget;
 namespace tasti
 {
 
-// Il testo di un suggerimento col suo tasto: "Nuovo (Ins)".
+// Il testo di un suggerimento col suo tasto, se ne ha uno: "Nuovo (Ins)".
 QString conTasto(const QString &testo, const QKeySequence &tasto);
 // Il tasto preme il bottone quando il fuoco è in `dove` o in ciò che contiene, e il suggerimento
 // del bottone lo dice. Un bottone spento resta tale.
