@@ -21,9 +21,7 @@ Passo Copione::recita()
     co_await m_mani.appare(u"MDITras"_s);
     co_await m_mani.fotografa(u"principale-vuota"_s);
     co_await creaFile();
-    // Si lavora senza dire chi si è: gli atti non hanno un trascrittore da nominare.
-    co_await m_mani.chiudi(u"cmdCancel"_s);
-    co_await m_mani.appareElenco(u"Archivi"_s);
+    co_await siPresenta();
     co_await creaArchivi();
     for (const Archivio &archivio : m_archivi)
         co_await trascriveArchivio(archivio, &archivio == &m_archivi.back());
@@ -98,9 +96,9 @@ Passo Copione::trascriveAtto(const Registro &registro, const Atto &atto)
         co_await scriveIndividuo(persona);
         co_await m_mani.appare(u"fmVoce"_s);
     }
-    co_await scriveTesto(u"Testo riportato"_s, atto.titolo, atto.testo);
+    co_await scriveTesto(u"Testo riportato"_s, atto.testo);
     if (!atto.traduzione.isEmpty())
-        co_await scriveTesto(u"Nota"_s, titoloTraduzione.toString(), atto.traduzione);
+        co_await scriveTesto(u"Nota"_s, atto.traduzione);
     co_await m_mani.fotografa(u"voce"_s);
     co_await m_mani.fotografa(u"schermata"_s, true);
     co_await m_mani.chiudi(u"Command1"_s);
@@ -185,10 +183,10 @@ Passo Copione::sbagliaData()
     co_await m_mani.appare(u"fmEvento"_s);
 }
 
-Passo Copione::scriveTesto(QString genere, QString titolo, QString testo)
+// Senza titolo, come sulla pagina dell'atto.
+Passo Copione::scriveTesto(QString genere, QString testo)
 {
     co_await nuovoCollegamento(genere, u"fmTxtL"_s);
-    co_await m_mani.scrivi(u"Text2"_s, titolo);
     co_await m_mani.scrivi(u"Text1"_s, testo);
     co_await m_mani.fotografa(u"testo"_s);
     co_await m_mani.clicca(u"Command1"_s);

@@ -25,7 +25,7 @@ private:
     Passo compilaIndividuo(const esempi::Individuo &individuo);
     Passo scriveFamiglia(const esempi::Famiglia &famiglia);
     Passo scriveEventi(const Eventi &eventi);
-    Passo scriveTesto(QString genere, QString titolo, QString testo);
+    Passo scriveTesto(QString genere, QString testo);
     Passo sbagliaData();
     Passo elencaPersone();
 

@@ -41,13 +41,10 @@ struct Atto {
     QString numero; // quello che l'atto porta nel registro
     QString data;
     std::vector<Individuo> persone;
-    QString titolo;
+    QString titolo; // come lo si chiama; non sta nel registro
     QString testo;
     QString traduzione; // di un testo latino, in una nota
 };
-
-// Il titolo della nota con la traduzione.
-inline constexpr QStringView titoloTraduzione = u"Traduzione";
 
 struct Registro {
     QString titolo;

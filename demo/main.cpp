@@ -1,7 +1,9 @@
 #include "app/avvio.h"
 #include "app/MDITras.h"
 #include "demo/copione.h"
+#include "demo/pagine.h"
 #include "demo/trascrittore.h"
+#include "demo/uguali.h"
 #include "demo/verifica.h"
 #include "platform/disco/shell.h"
 #include "platform/lingua/italiano.h"
@@ -42,10 +44,11 @@ Passo chiude(Mani &mani, bool &finita)
 }
 
 // Recita le scene; se una si guasta lo dice, fotografa lo schermo com'è e lascia il programma.
-Passo recita(Copione &copione, Trascrittore &trascrittore, Mani &mani, bool &finita)
+Passo recita(Copione &copione, Pagine &pagine, Trascrittore &trascrittore, Mani &mani, bool &finita)
 {
     try {
         co_await copione.recita();
+        co_await pagine.recita();
         co_await trascrittore.recita();
         co_await chiude(mani, finita);
     } catch (const std::exception &guasto) {
@@ -68,16 +71,29 @@ bool racconta(const QString &percorso, const verifica::Esito &esito)
     return esito.differenze.isEmpty();
 }
 
+// Dice in che cosa gli atti scritti sulla pagina non sono quelli scritti negli editori; vero se in
+// nulla.
+bool paragona(const QString &editori, const QString &pagine)
+{
+    const QStringList diverse = uguali::differenze(editori, pagine);
+    for (const QString &differenza : diverse)
+        uscita() << "DIFFERENT: " << differenza << '\n';
+    if (diverse.isEmpty())
+        uscita() << "The rows of " << pagine << " are the same, but for codes and times.\n";
+    return diverse.isEmpty();
+}
+
 bool lavora(const std::vector<esempi::Archivio> &archivi, const QString &cartella)
 {
     MDITras finestra;
     finestra.show();
     Mani mani(finestra, cartella);
     Copione copione(mani, archivi, cartella);
+    Pagine pagine(mani, archivi, cartella);
     Trascrittore trascrittore(mani, cartella, cartella + u"/testo.png"_s);
     const QString inizio = italiano::adesso();
     bool finita = false;
-    Passo passo = recita(copione, trascrittore, mani, finita);
+    Passo passo = recita(copione, pagine, trascrittore, mani, finita);
     QTimer::singleShot(0, qApp, [&passo] { passo.comincia(); });
     QTimer::singleShot(tempoMassimo, qApp, [] {
         uscita() << "FAILED: it takes too long" << Qt::endl;
@@ -92,8 +108,10 @@ bool lavora(const std::vector<esempi::Archivio> &archivi, const QString &cartell
                         verifica::confronta(percorso, shell::fileDelProgramma(u"tarvola.mod"_s),
                                             std::move(attese), inizio, italiano::adesso()));
     };
-    const bool atti = confronta(copione.percorso(), verifica::attese(archivi));
-    return confronta(trascrittore.percorso(), trascrittore.attese()) && atti;
+    const bool atti =
+        confronta(copione.percorso(), verifica::attese(archivi, trascrittoreDegliAtti()));
+    const bool pari = paragona(copione.percorso(), pagine.percorso());
+    return confronta(trascrittore.percorso(), trascrittore.attese()) && atti && pari;
 }
 
 } // namespace
@@ -105,7 +123,8 @@ int main(int argc, char **argv)
     if (argc != 2) {
         uscita() << "Usage: dimostrazione FOLDER\n"
                     "Transcribes a few well-known acts into FOLDER/esempi.tvd by keys and clicks\n"
-                    "on the program's windows, registers a transcriber in\n"
+                    "on the program's windows, the same by keys alone on the page of the act into\n"
+                    "FOLDER/pagine.tvd, compares the two, registers a transcriber in\n"
                     "FOLDER/trascrittore.tvd, and leaves the windows' screenshots in FOLDER.\n";
         return 2;
     }

@@ -4,6 +4,12 @@
 
 using namespace Qt::StringLiterals;
 
+const Credenziali &trascrittoreDegliAtti()
+{
+    static const Credenziali sue{u"Ludovico"_s, u"Muratori"_s, u"estense1672"_s};
+    return sue;
+}
+
 Scena::Scena(Mani &mani, QString percorso) : m_mani(mani), m_percorso(std::move(percorso)) {}
 
 Passo Scena::creaFile()
@@ -32,6 +38,26 @@ Passo Scena::sostituisce()
                              u"Riprova"_s, u"messaggio-cestino"_s);
     co_await m_mani.rispondiAInizio(u"Il file\n"_s + percorso() + u"\nè stato rinominato\n"_s,
                                     u"OK"_s);
+}
+
+Passo Scena::siPresenta()
+{
+    const Credenziali &chi = trascrittoreDegliAtti();
+    co_await m_mani.clicca(u"cmdNuova"_s);
+    co_await m_mani.appare(u"fmOperatore"_s);
+    co_await m_mani.scrivi(u"Text1_0"_s, chi.nome);
+    co_await m_mani.scrivi(u"Text1_1"_s, chi.cognome);
+    co_await m_mani.scrivi(u"Text1_2"_s, chi.password);
+    co_await m_mani.scrivi(u"Text1_3"_s, chi.password);
+    const QPointer<QWidget> finestra = m_mani.davanti();
+    co_await m_mani.clicca(u"Command1"_s);
+    co_await m_mani.rispondi(u"I dati sono stati registrati\nAnnotare nome e password"_s, u"OK"_s);
+    co_await m_mani.scompare(finestra, u"fmOperatore"_s);
+    co_await m_mani.appare(u"fmLogin"_s);
+    co_await m_mani.scrivi(u"txtUserName"_s, chi.nome);
+    co_await m_mani.scrivi(u"txtPassword"_s, chi.password);
+    co_await m_mani.chiudi(u"cmdOK"_s);
+    co_await m_mani.appareElenco(u"Archivi"_s);
 }
 
 Passo Scena::nuovoCollegamento(QString genere, QString finestra)

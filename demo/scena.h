@@ -2,6 +2,14 @@
 
 #include "demo/mani.h"
 
+// Chi trascrive gli atti.
+struct Credenziali {
+    QString nome;
+    QString cognome;
+    QString password;
+};
+const Credenziali &trascrittoreDegliAtti();
+
 // Ciò che tutte le scene fanno: creano un file loro e passano da una finestra all'altra.
 class Scena
 {
@@ -15,6 +23,8 @@ protected:
 
     // Dal menu File fino alla finestra di accesso.
     Passo creaFile();
+    // Chi trascrive si registra ed entra, dalla finestra di accesso all'elenco degli archivi.
+    Passo siPresenta();
     // Dai collegamenti della finestra davanti a quella di un record nuovo.
     Passo nuovoCollegamento(QString genere, QString finestra);
     // Registra la finestra davanti, che si chiude, e torna a quella di prima.

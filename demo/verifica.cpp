@@ -39,6 +39,9 @@ private:
         riga[u"Codice"_s] = codice;
         riga.removeIf([](const auto &campo) { return campo.value().isEmpty(); });
         righe.append(riga);
+        if (tabella != u"Binari"_s)
+            m_tabelle[u"OperatoriContesti"_s].append(
+                Riga{{u"CodiceOperatore"_s, u"O1"_s}, {u"CodiceContesto"_s, codice}});
         return codice;
     }
 
@@ -58,19 +61,16 @@ private:
                                                       {u"Data"_s, atto.data}});
             for (const Individuo &persona : atto.persone)
                 individuo(persona, voce);
-            testo(voce, u"Testo riportato"_s, atto.titolo, atto.testo);
+            testo(voce, u"Testo riportato"_s, atto.testo);
             if (!atto.traduzione.isEmpty())
-                testo(voce, u"Nota"_s, titoloTraduzione.toString(), atto.traduzione);
+                testo(voce, u"Nota"_s, atto.traduzione);
         }
     }
 
-    void testo(const QString &voce, const QString &genere, const QString &titolo,
-               const QString &parole)
+    void testo(const QString &voce, const QString &genere, const QString &parole)
     {
-        aggiunge(u"Binari"_s, {{u"Tipo"_s, genere},
-                               {u"IdProprietario"_s, voce},
-                               {u"Nome"_s, titolo},
-                               {u"Campolungo"_s, parole}});
+        aggiunge(u"Binari"_s,
+                 {{u"Tipo"_s, genere}, {u"IdProprietario"_s, voce}, {u"Campolungo"_s, parole}});
     }
 
     QString individuo(const Individuo &questo, const QString &voce)
@@ -210,12 +210,18 @@ QString impronta(const QByteArray &byte)
     return QString::fromLatin1(QCryptographicHash::hash(byte, QCryptographicHash::Sha256).toHex());
 }
 
-Tabelle attese(const std::vector<Archivio> &archivi)
+Tabelle attese(const std::vector<Archivio> &archivi, const Credenziali &trascrittore)
 {
     Percorso percorso;
     for (const Archivio &archivio : archivi)
         percorso.archivio(archivio);
-    return std::move(percorso).tabelle();
+    Tabelle tabelle = std::move(percorso).tabelle();
+    tabelle[u"Operatori"_s] = {Riga{{u"Codice"_s, u"O1"_s},
+                                    {u"Tipo"_s, u"Trascrittore"_s},
+                                    {u"Nome"_s, trascrittore.nome},
+                                    {u"Cognome"_s, trascrittore.cognome},
+                                    {u"Password"_s, trascrittore.password}}};
+    return tabelle;
 }
 
 Esito confronta(const QString &percorso, const QString &modello, Tabelle attese,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "demo/esempi.h"
+#include "demo/scena.h"
 
 #include <QMap>
 #include <QStringList>
@@ -22,8 +23,8 @@ struct Esito {
 QString impronta(const QByteArray &byte);
 
 // Le righe che gli atti devono lasciare in ogni tabella, coi codici presi nell'ordine in cui i
-// record si battono.
-Tabelle attese(const std::vector<esempi::Archivio> &archivi);
+// record si battono, e i legami con chi li ha trascritti.
+Tabelle attese(const std::vector<esempi::Archivio> &archivi, const Credenziali &trascrittore);
 
 // Apre il file col motore e confronta ogni riga di ogni tabella con quella attesa. `inizio` e
 // `fine` (AAAA-MM-GG HH:MM:SS) sono i limiti di Creazione e Modifica; `modello` è l'archivio
