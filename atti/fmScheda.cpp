@@ -16,6 +16,7 @@
 #include "platform/motore/recordset.h"
 
 #include <QCloseEvent>
+#include <QMenu>
 #include <QVBoxLayout>
 
 using namespace modTarvola;
