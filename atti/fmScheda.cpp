@@ -1,6 +1,7 @@
 #include "atti/fmScheda.h"
 
 #include "atti/completamento.h"
+#include "atti/formule_scheda.h"
 #include "atti/pagina.h"
 #include "atti/proposte.h"
 #include "contesto/contesto.h"
@@ -15,6 +16,7 @@
 #include "platform/motore/recordset.h"
 
 #include <QCloseEvent>
+#include <QMenu>
 #include <QVBoxLayout>
 
 using namespace modTarvola;
@@ -77,6 +79,7 @@ void fmScheda::Form_Load()
     layout()->addWidget(m_pagina);
     creaAltro();
     creaCompletamento();
+    creaFormule();
     setFocusProxy(m_pagina);
     mostra(*letto);
 }
@@ -103,6 +106,16 @@ void fmScheda::creaCompletamento()
             });
 }
 
+// Propone nel testo ciò che il registro ha già scritto.
+void fmScheda::creaFormule()
+{
+    if (proprieta.TipoLock == ado::adLockReadOnly)
+        return;
+    m_formule = new FormuleScheda(m_pagina, proprieta.Percorso, proprieta.RegistroLocale);
+    m_menu->addSeparator();
+    m_menu->addActions(m_formule->comandi());
+}
+
 // Mostra un atto al posto di quello di prima; di uno nuovo propone ciò che si sa già.
 void fmScheda::mostra(const Atto &atto)
 {
@@ -116,6 +129,8 @@ void fmScheda::mostra(const Atto &atto)
     m_pagina->mostra(SchedaAtto(*m_scheda, atto));
     if (atto.codice.isEmpty())
         proponeNuovo();
+    if (m_formule != nullptr)
+        m_formule->mostra(SchedaAtto(*m_scheda, atto));
     aggiornaAltro();
     aggiornaTesta();
     m_pagina->comincia();
@@ -134,6 +149,8 @@ void fmScheda::proponeNuovo()
 void fmScheda::deriva(Campo *cambiato)
 {
     aggiornaTesta();
+    if (m_formule != nullptr && cambiato != nullptr)
+        m_formule->cambiate();
     if (cambiato == nullptr || !m_prima.codice.isEmpty())
         return;
     for (const scheda::Indirizzo &dove : proposte::derivate(*m_scheda, cambiato->dove)) {

@@ -10,6 +10,7 @@
 
 class Pagina;
 class Campo;
+class FormuleScheda;
 class QLabel;
 class QMenu;
 class QListWidget;
@@ -97,6 +98,7 @@ private:
     void aggiornaAltro();
     void creaAltro();
     void creaCompletamento();
+    void creaFormule();
     void esegue(const std::function<void()> &comando);
 
     ado::Connection *m_connessione = nullptr;
@@ -107,6 +109,7 @@ private:
     QSet<std::pair<QString, QString>> m_nonProposti; // campo e testo, finché la pagina è aperta
     QString m_titoloRegistro;
     Pagina *m_pagina = nullptr;
+    FormuleScheda *m_formule = nullptr; // nulla dove non si scrive
     QLabel *m_titolo = nullptr;
     QToolBar *m_barra = nullptr;
     QWidget *m_piede = nullptr;

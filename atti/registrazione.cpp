@@ -1,4 +1,5 @@
 #include "atti/fmScheda.h"
+#include "atti/formule_scheda.h"
 #include "atti/pagina.h"
 #include "contesto/contesto.h"
 #include "db/archivio/connessioni.h"
@@ -104,6 +105,8 @@ bool fmScheda::registra()
     // Di un atto corretto si sa già quasi tutto: contato due volte falserebbe il resto.
     if (m_prima.codice.isEmpty())
         m_vocabolario.impara(pronto.atto);
+    if (m_formule != nullptr)
+        m_formule->impara(SchedaAtto(*m_scheda, pronto.atto));
     m_prima = pronto.atto;
     proprieta.VoceLocale = m_prima.codice;
     contesto().VoceCorrente = m_prima.codice;

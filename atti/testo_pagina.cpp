@@ -11,7 +11,7 @@ constexpr int righeFisse = 3; // fin qui l'altezza non cresce con la pagina
 } // namespace
 
 TestoPagina::TestoPagina(const QString &posto, const QString &etichetta, int righe, QWidget *sopra)
-    : QWidget(sopra), m_posto(posto), m_testo(new QPlainTextEdit(this))
+    : QWidget(sopra), m_posto(posto), m_testo(new TestoProposto(this))
 {
     const int lettera = fontMetrics().averageCharWidth();
     auto *riga = new QHBoxLayout(this);

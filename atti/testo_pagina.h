@@ -1,8 +1,7 @@
 #pragma once
 
 #include "db/atto/scheda.h"
-
-#include <QPlainTextEdit>
+#include "texts/testo_proposto.h"
 
 class QLabel;
 
@@ -16,7 +15,7 @@ public:
     TestoPagina(const QString &posto, const QString &etichetta, int righe, QWidget *sopra);
 
     const QString &posto() const { return m_posto; }
-    QPlainTextEdit *testo() const { return m_testo; }
+    TestoProposto *testo() const { return m_testo; }
     modTarvola::scheda::Uso uso = modTarvola::scheda::Uso::Mostrata;
 
     void mostra(const QString &testo);
@@ -30,6 +29,6 @@ signals:
 
 private:
     QString m_posto;
-    QPlainTextEdit *m_testo;
+    TestoProposto *m_testo;
     bool m_scritto = false;
 };

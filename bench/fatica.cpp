@@ -87,12 +87,36 @@ QString media(int somma, qsizetype atti)
     return QString::number(static_cast<double>(somma) / static_cast<double>(atti), 'f', 1);
 }
 
+QString parte(int quante, int di)
+{
+    return QString::number(di == 0 ? 0 : static_cast<double>(quante) / di, 'f', 3);
+}
+
+// Quanto costa una lettera del testo, quante volte ciò che si propone è giusto, e quanto fa
+// aspettare un tasto.
+void diceDelTesto(int tasti, int lettere, int mostrate, int giuste, QList<double> tempi)
+{
+    std::sort(tempi.begin(), tempi.end());
+    const auto posto = static_cast<qsizetype>(static_cast<double>(tempi.size()) * 0.99);
+    dice(QStringLiteral("testo: lettere %1 tasti %2 tasti per lettera %3; tratti mostrati %4 "
+                        "giusti %5; un tasto al 99° percentile %6 ms")
+             .arg(lettere)
+             .arg(tasti)
+             .arg(parte(tasti, lettere))
+             .arg(mostrate)
+             .arg(parte(giuste, mostrate))
+             .arg(tempi.isEmpty() ? 0.0 : tempi.at(std::min(posto, tempi.size() - 1)), 0, 'f', 1));
+}
+
 void riassume(const QList<Trascrittore::Conto> &conti, const serie::Serie &serie)
 {
     std::array<int, Trascrittore::Specie_quante> somme{};
     QMap<QString, int> caselle;
     int totale = 0;
     int lettere = 0;
+    int mostrate = 0;
+    int giuste = 0;
+    QList<double> tempi;
     const qsizetype primo = std::min<qsizetype>(primoContato, conti.size()) - 1;
     const qsizetype quanti = conti.size() - primo;
     for (qsizetype i = primo; i < conti.size(); ++i) {
@@ -102,6 +126,9 @@ void riassume(const QList<Trascrittore::Conto> &conti, const serie::Serie &serie
             caselle[nome] += tasti;
         totale += conti.at(i).totale();
         lettere += static_cast<int>(serie.atti.at(i).testo.size());
+        mostrate += conti.at(i).mostrate;
+        giuste += conti.at(i).giuste;
+        tempi += conti.at(i).tempi;
     }
     QList<QPair<int, QString>> care;
     for (const auto &[nome, tasti] : caselle.toStdMap())
@@ -116,6 +143,7 @@ void riassume(const QList<Trascrittore::Conto> &conti, const serie::Serie &serie
                   media(somme[Trascrittore::Comandi], quanti),
                   media(somme[Trascrittore::Testo], quanti)));
     const int testo = somme[Trascrittore::Testo];
+    diceDelTesto(testo, lettere, mostrate, giuste, tempi);
     dice(QStringLiteral("tasti per atto: caselle %1 testo %2 totale %3 (atti %4-%5, testo %6 "
                         "lettere)")
              .arg(media(totale - testo, quanti), media(testo, quanti), media(totale, quanti))

@@ -1,9 +1,11 @@
 #include "bench/trascrittore.h"
 
+#include "bench/continuazione.h"
 #include "platform/lingua/giorni.h"
 
 #include <QApplication>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
@@ -67,11 +69,16 @@ void Trascrittore::manda(Qt::Key tasto, const QString &testo, Qt::KeyboardModifi
                          Specie specie)
 {
     QWidget *qui = QApplication::focusWidget();
+    const QString nome = qui->accessibleName();
     ++m_conto.tasti.at(specie);
-    if (specie != Testo)
-        ++m_conto.caselle[qui->accessibleName()];
+    QElapsedTimer orologio;
+    orologio.start();
     QTest::sendKeyEvent(QTest::Click, qui, tasto, testo, modi);
     QApplication::processEvents();
+    if (specie == Testo)
+        m_conto.tempi.append(static_cast<double>(orologio.nsecsElapsed()) / 1e6);
+    else
+        ++m_conto.caselle[nome];
 }
 
 void Trascrittore::preme(Qt::Key tasto, Specie specie, Qt::KeyboardModifiers modi)
@@ -200,8 +207,52 @@ void Trascrittore::corregge(QWidget *parte)
         preme(Qt::Key_A, Testo, Qt::ControlModifier);
         preme(Qt::Key_Delete, Testo);
     }
-    for (qsizetype i = mostrato(parte).size(); i < tutto.size(); i = mostrato(parte).size())
-        batte(tutto.at(i), Testo);
+    scriveTesto(parte, tutto);
+}
+
+// Il testo, prendendo di ciò che la pagina propone quanto costa meno che scriverlo.
+void Trascrittore::scriveTesto(QWidget *testo, const QString &tutto)
+{
+    using continuazione::Mossa;
+    const auto alPiu = tutto.size() * 2;
+    for (qsizetype i = 0; i < alPiu && mostrato(testo) != tutto; ++i) {
+        giudica(testo, tutto);
+        const QString scritto = mostrato(testo);
+        switch (continuazione::sceglie(scritto, tutto, testo->property("proposta").toString(),
+                                       testo->property("tratto").toLongLong())) {
+        case Mossa::Tratto:
+            preme(Qt::Key_Right, Testo);
+            break;
+        case Mossa::Parola:
+            preme(Qt::Key_Right, Testo, Qt::ControlModifier);
+            break;
+        case Mossa::Tutto:
+            preme(Qt::Key_End, Testo);
+            break;
+        case Mossa::Indietro:
+            preme(Qt::Key_Backspace, Testo);
+            break;
+        case Mossa::Lettera:
+            batte(tutto.at(scritto.size()), Testo);
+        }
+    }
+}
+
+// Conta la proposta se è apparsa ora: ciò che resta di una già vista è la stessa.
+void Trascrittore::giudica(const QWidget *testo, const QString &tutto)
+{
+    const QString scritto = mostrato(testo);
+    const QString vista = testo->property("proposta").toString();
+    const auto tratto = testo->property("tratto").toLongLong();
+    const QString era = std::exchange(m_propostaDiPrima, vista);
+    const QString prima = std::exchange(m_scrittoDiPrima, scritto);
+    const bool stessa = scritto.startsWith(prima) && !era.isEmpty() &&
+                        (prima + era).startsWith(scritto + vista.left(tratto));
+    if (vista.isEmpty() || stessa || !tutto.startsWith(scritto))
+        return;
+    ++m_conto.mostrate;
+    if (continuazione::giuste(scritto, tutto, vista) >= tratto)
+        ++m_conto.giuste;
 }
 
 void Trascrittore::scrive(QLineEdit *riga)

@@ -21,6 +21,9 @@ public:
     struct Conto {
         std::array<int, Specie_quante> tasti{};
         QMap<QString, int> caselle; // i tasti battuti stando in ciascuna
+        int mostrate = 0;           // le volte che il testo si è proposto di continuare
+        int giuste = 0;             // e il tratto era quello
+        QList<double> tempi;        // di ogni tasto nel testo, in millisecondi
         int totale() const;
     };
 
@@ -48,6 +51,8 @@ private:
     bool sbagliata(const QWidget *parte) const;
     void corregge(QWidget *parte);
     void scrive(QLineEdit *riga);
+    void scriveTesto(QWidget *testo, const QString &tutto);
+    void giudica(const QWidget *testo, const QString &tutto);
     bool prendeProposta(QLineEdit *riga, const QString &tutto);
     QWidget *meta(const QList<QWidget *> &tutte, const QWidget *qui) const;
     void muove(const QList<QWidget *> &tutte, QWidget *qui, QWidget *dove);
@@ -62,5 +67,7 @@ private:
     QSet<QString> m_mancate;
     QHash<QString, QString> m_arrivi; // da ogni casella, piena o vuota, dove porta il tabulatore
     QSet<QString> m_saltate;          // quelle che il tabulatore salta
-    bool m_aParole = true;            // la freccia prende una parola sola
+    QString m_propostaDiPrima;        // ciò che si vedeva dopo il cursore al tasto di prima
+    QString m_scrittoDiPrima;
+    bool m_aParole = true; // la freccia prende una parola sola
 };

@@ -18,6 +18,8 @@ CasellaTesto::CasellaTesto(const DescrizioneCampo &descrizione, QWidget *sopra)
 {
     sorveglia();
     connect(m_riga, &QLineEdit::textChanged, this, &CasellaTesto::daRileggere);
+    // La riga dice prima che è stata scritta e poi che è cambiata: chi lo sa la trova da rileggere.
+    connect(m_riga, &QLineEdit::textEdited, this, &CasellaTesto::daRileggere);
     connect(m_riga, &QLineEdit::textEdited, this, &Casella::cambiata);
 }
 

@@ -1,12 +1,74 @@
 #include "db/formule/formulario.h"
 
-#include <QList>
+#include "db/formule/pronostico.h"
 
 namespace modTarvola::formule
 {
 
+namespace
+{
+
+constexpr double sogliaPrima = 0.75;
+constexpr double sogliaTutto = 0.7;
+constexpr int elementiAlPiu = 60;
+constexpr size_t codaAlPiu = 8; // quanti pezzi può avere ciò che si sta scrivendo a metà
+
+bool pausa(const QString &testo)
+{
+    return testo == QStringLiteral(".") || testo == QStringLiteral(";") ||
+           testo == QStringLiteral(":");
+}
+
+// La parola che comincia il testo, con gli spazi davanti e dietro.
+qsizetype primaParola(const QString &testo)
+{
+    qsizetype i = 0;
+    const auto salta = [&](bool spazi) {
+        while (i < testo.size() && testo.at(i).isSpace() == spazi)
+            ++i;
+    };
+    salta(true);
+    salta(false);
+    salta(true);
+    return i;
+}
+
+} // namespace
+
 struct Formulario::Dentro {
-    QList<QPair<Caselle, QString>> atti;
+    AttiLetti letti;
+    Allineamento allineamento{letti};
+    Pronte pronte;
+    bool preparate = false;
+
+    void prepara(const Caselle &caselle)
+    {
+        if (preparate && pronte.caselle == caselle)
+            return;
+        pronte = letti.prepara(caselle);
+        preparate = true;
+        allineamento.torna(0);
+    }
+
+    // Porta l'allineamento a ciò che è scritto, riprendendo da dove combacia.
+    void allinea(const std::vector<Elemento> &elementi)
+    {
+        size_t uguali = 0;
+        while (uguali < elementi.size() && uguali < allineamento.quanti() &&
+               allineamento.scritto(uguali).testo == elementi[uguali].testo &&
+               allineamento.scritto(uguali).chiavi == elementi[uguali].chiavi)
+            ++uguali;
+        allineamento.torna(uguali);
+        for (size_t i = uguali; i < elementi.size(); ++i)
+            allineamento.avanza(elementi[i]);
+    }
+
+    int luogoDopo(const Elemento &elemento)
+    {
+        return elemento.chiavi.empty()
+                   ? letti.testi().numero(letti.testi().testo(elemento.testo).toLower())
+                   : elemento.luogo;
+    }
 };
 
 Formulario::Formulario() : m_dentro(std::make_unique<Dentro>()) {}
@@ -16,37 +78,84 @@ Formulario &Formulario::operator=(Formulario &&) noexcept = default;
 
 void Formulario::impara(const Caselle &caselle, const QString &testo, bool nelRegistro)
 {
-    Q_UNUSED(nelRegistro)
-    if (!testo.trimmed().isEmpty())
-        m_dentro->atti.append({caselle, testo});
-}
-
-// La parola che comincia il testo, con gli spazi davanti.
-static qsizetype primaParola(const QString &testo)
-{
-    qsizetype i = 0;
-    while (i < testo.size() && testo.at(i).isSpace())
-        ++i;
-    while (i < testo.size() && !testo.at(i).isSpace())
-        ++i;
-    return i;
+    if (testo.trimmed().isEmpty())
+        return;
+    m_dentro->letti.aggiunge(caselle, testo, nelRegistro);
+    m_dentro->allineamento.azzera();
+    m_dentro->preparate = false;
 }
 
 Seguito Formulario::seguito(const Caselle &caselle, const QString &prima) const
 {
-    Q_UNUSED(caselle)
-    // Il più vicino dei testi in cui sta ciò che precede il cursore.
-    const QString coda = prima.right(12);
-    for (qsizetype k = m_dentro->atti.size() - 1; k >= 0; --k) {
-        const QString &testo = m_dentro->atti.at(k).second;
-        const qsizetype dove = coda.isEmpty() ? 0 : testo.indexOf(coda);
-        if (dove < 0 || dove + coda.size() >= testo.size())
-            continue;
-        const QString resto = testo.mid(dove + coda.size());
-        const qsizetype pausa = resto.indexOf(u',', 1);
-        return {resto, primaParola(resto), pausa < 0 ? resto.size() : pausa};
+    Dentro &in = *m_dentro;
+    Seguito esito;
+    if (in.letti.atti().empty())
+        return esito;
+    in.prepara(caselle);
+    const auto elementi = in.letti.smonta(prima, in.pronte);
+    in.allinea(elementi);
+    const Pronosticatore pronosticatore(in.letti, in.pronte);
+
+    // Ciò che sta per venire può essere già cominciato: si prova da ogni elemento degli ultimi.
+    Pronostico migliore;
+    size_t taglio = elementi.size();
+    QString coda;
+    for (size_t indietro = 0; indietro <= std::min(codaAlPiu, elementi.size()); ++indietro) {
+        const size_t quanti = elementi.size() - indietro;
+        const QString sua = prima.sliced(quanti == 0 ? 0 : elementi[quanti - 1].fine);
+        const int luogo = quanti == 0 ? 0 : in.luogoDopo(elementi[quanti - 1]);
+        const bool aMeta = sua.isEmpty() && quanti > 0 && prima.back().isLetterOrNumber();
+        const Pronostico suo = pronosticatore.dopo(in.allineamento, quanti, sua, luogo, aMeta);
+        if (suo.peso > migliore.peso) {
+            migliore = suo;
+            taglio = quanti;
+            coda = sua;
+        }
     }
-    return {};
+    if (migliore.fine || migliore.primo.testo.isEmpty())
+        return esito;
+    in.allineamento.torna(taglio);
+
+    double sicuro = migliore.fiducia;
+    bool aperto = true;
+    Pronostico adesso = migliore;
+    for (int i = 0; i < elementiAlPiu; ++i) {
+        const Candidato &primo = adesso.primo;
+        sicuro *= primo.sicurezza;
+        if (adesso.fine || primo.testo.isEmpty() || primo.sicurezza < sogliaPrima ||
+            sicuro < sogliaTutto)
+            break;
+        const bool casella = primo.chiave != 0;
+        if (i > 0 && casella && aperto) {
+            esito.tratto = esito.testo.size() + primo.spazio.size();
+            aperto = false;
+        }
+        esito.testo += (primo.spazio + primo.testo).sliced(i == 0 ? coda.size() : 0);
+        if (aperto && (casella || pausa(primo.testo))) {
+            esito.tratto = esito.testo.size();
+            aperto = false;
+        }
+        Elemento nuovo;
+        nuovo.testo = in.letti.testi().numero(primo.testo);
+        nuovo.luogo = primo.luogo;
+        nuovo.parola = primo.parola;
+        if (casella)
+            nuovo.chiavi = {primo.chiave};
+        in.allineamento.avanza(nuovo);
+        adesso =
+            pronosticatore.dopo(in.allineamento, in.allineamento.quanti(), {}, in.luogoDopo(nuovo));
+    }
+    if (esito.testo.trimmed().isEmpty())
+        return {};
+    constexpr double spazioSicuro = 0.9;
+    if (adesso.spazioSicuro >= spazioSicuro && !adesso.fine)
+        esito.testo += u' ';
+    if (aperto)
+        esito.tratto = esito.testo.size();
+    while (esito.tratto < esito.testo.size() && esito.testo.at(esito.tratto).isSpace())
+        ++esito.tratto;
+    esito.parola = primaParola(esito.testo);
+    return esito;
 }
 
 QMap<scheda::Indirizzo, Lettura> Formulario::caselle(const QString &testo,

@@ -1,0 +1,94 @@
+#include "atti/formule_scheda.h"
+
+#include "atti/pagina.h"
+
+#include <QAction>
+
+using namespace modTarvola;
+using formule::Formulario;
+
+namespace
+{
+
+const QString campoTesto = QStringLiteral("Campolungo");
+const QString postoDelTesto = QStringLiteral("testo");
+
+QString testoDi(const scheda::SchedaAtto &atto)
+{
+    return atto.valore({postoDelTesto, 0, 0, campoTesto}).toString();
+}
+
+} // namespace
+
+FormuleScheda::FormuleScheda(Pagina *pagina, QString percorso, QString registro)
+    : QObject(pagina), m_pagina(pagina), m_testo(pagina->testo(postoDelTesto))
+{
+    if (m_testo == nullptr)
+        return;
+    m_testo->testo()->continua([this](const QString &prima) {
+        return m_pronta ? m_formulario.seguito(caselle(), prima) : formule::Seguito{};
+    });
+    legge(percorso, registro);
+}
+
+// Chi legge tutto da principio lascia fuori l'atto nuovo, che ancora non c'è.
+void FormuleScheda::legge(const QString &percorso, const QString &registro)
+{
+    const auto letto = std::make_shared<Formulario>();
+    m_lettura = std::make_unique<Lettura>(
+        percorso,
+        [letto, registro](ado::Connection &sua, const Lettura::Prosegue &prosegue) {
+            *letto = formule::legge(sua, registro, prosegue);
+        },
+        [this, letto](const QString &guasto) {
+            if (!guasto.isEmpty()) {
+                for (QAction *uno : comandi())
+                    uno->setToolTip(tr("Gli atti del registro non si sono letti: %1").arg(guasto));
+            }
+            m_formulario = std::move(*letto);
+            for (const auto &[caselle, testo] : std::as_const(m_inAttesa))
+                m_formulario.impara(caselle, testo);
+            m_inAttesa.clear();
+            m_pronta = true;
+            m_testo->testo()->ripropone();
+        });
+}
+
+void FormuleScheda::mostra(const scheda::SchedaAtto &atto)
+{
+    m_atto = atto;
+    m_daLeggere = true;
+    if (m_testo != nullptr)
+        m_testo->testo()->taccia(false);
+}
+
+void FormuleScheda::impara(const scheda::SchedaAtto &atto)
+{
+    const QString testo = testoDi(atto);
+    const bool noto = m_atto && !m_atto->atto().codice.isEmpty() && testoDi(*m_atto) == testo;
+    m_atto = atto;
+    m_daLeggere = true;
+    if (noto || testo.trimmed().isEmpty())
+        return;
+    const formule::Caselle sue = formule::caselleDi(atto);
+    if (m_pronta)
+        m_formulario.impara(sue, testo);
+    else
+        m_inAttesa.append({sue, testo});
+}
+
+// Le caselle come stanno sulla pagina, le proposte comprese: si leggono quando servono.
+const formule::Caselle &FormuleScheda::caselle()
+{
+    if (std::exchange(m_daLeggere, false) && m_atto) {
+        scheda::SchedaAtto qui = *m_atto;
+        m_pagina->raccoglie(qui);
+        m_caselle = formule::caselleDi(qui);
+    }
+    return m_caselle;
+}
+
+QList<QAction *> FormuleScheda::comandi() const
+{
+    return m_testo == nullptr ? QList<QAction *>() : m_testo->testo()->comandi();
+}

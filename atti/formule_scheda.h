@@ -1,0 +1,49 @@
+#pragma once
+
+#include "db/archivio/lettura.h"
+#include "db/formule/formulario.h"
+
+#include <QObject>
+
+#include <optional>
+
+class Pagina;
+class QAction;
+class TestoPagina;
+
+// Il testo riportato di una pagina, continuato dalle formule che il registro ripete. Le impara, in
+// un filo a parte, dagli atti del registro; poi da ogni atto che la pagina registra.
+class FormuleScheda : public QObject
+{
+    Q_OBJECT
+
+public:
+    // `atto` è quello che la pagina mostra: le sue caselle riempiono le formule.
+    FormuleScheda(Pagina *pagina, QString percorso, QString registro);
+
+    // La pagina mostra quest'atto; ciò che si era fatto tacere nell'altro torna a parlare.
+    void mostra(const modTarvola::scheda::SchedaAtto &atto);
+    // Nelle caselle è cambiato qualcosa.
+    void cambiate() { m_daLeggere = true; }
+    // L'atto è stato registrato com'è qui: il suo testo, se è nuovo, si ripeterà.
+    void impara(const modTarvola::scheda::SchedaAtto &atto);
+    // Vero da quando ciò che il registro ha scritto è stato letto.
+    bool pronta() const { return m_pronta; }
+    // I comandi per il menu della pagina; nessuno se la pagina non ha un testo.
+    QList<QAction *> comandi() const;
+
+private:
+    void legge(const QString &percorso, const QString &registro);
+    const modTarvola::formule::Caselle &caselle();
+
+    Pagina *m_pagina;
+    TestoPagina *m_testo;
+    std::optional<modTarvola::scheda::SchedaAtto> m_atto;
+    modTarvola::formule::Formulario m_formulario;
+    modTarvola::formule::Caselle m_caselle;
+    // Ciò che si registra mentre si legge s'impara dopo.
+    QList<std::pair<modTarvola::formule::Caselle, QString>> m_inAttesa;
+    bool m_daLeggere = true;
+    bool m_pronta = false;
+    std::unique_ptr<modTarvola::Lettura> m_lettura;
+};

@@ -1,0 +1,570 @@
+#include "db/formule/pronostico.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace modTarvola::formule
+{
+
+namespace
+{
+
+constexpr double oblio = 0.97;    // quanto un atto pesa meno di quello che lo segue
+constexpr double discordia = 1.5; // quanto pesa meno per ogni punto di costo
+constexpr double trascurabile = 0.03;
+constexpr double spiegaAbbastanza = 0.4;
+
+int diCasella(int chiave)
+{
+    return chiave * 2 + 1;
+}
+
+int diParola(int testo)
+{
+    return testo * 2;
+}
+
+bool eCasella(int etichetta)
+{
+    return etichetta % 2 != 0;
+}
+
+int valore(const Tratti &tratti, int quale)
+{
+    const auto dove = static_cast<size_t>(quale);
+    return dove < tratti.size() ? tratti[dove] : 0;
+}
+
+bool piena(const std::vector<char> &piene, int casella)
+{
+    const auto dove = static_cast<size_t>(casella);
+    return dove < piene.size() && piene[dove] != 0;
+}
+
+// Vero se i due elementi sono la stessa parola, o la stessa casella: `certa` se non basta che una
+// parola somigli a quella della casella.
+bool stessi(const Elemento &uno, const Elemento &altro, bool certa)
+{
+    if (uno.testo == altro.testo)
+        return true;
+    return std::any_of(uno.chiavi.begin(), uno.chiavi.end(), [&](int chiave) {
+        return (!certa || Chiave::forma(chiave) != FormaDeclinata || uno.sicura) &&
+               std::binary_search(altro.chiavi.begin(), altro.chiavi.end(), chiave);
+    });
+}
+
+// Dove un atto riprende, se ciò che viene è di una casella che adesso manca: "detto il Moro".
+size_t oltreLaCasella(const std::vector<Elemento> &elementi, size_t dove,
+                      const std::vector<char> &piene)
+{
+    constexpr size_t davanti = 2;
+    for (size_t i = dove; i < std::min(elementi.size(), dove + davanti + 1); ++i) {
+        const auto &chiavi = elementi[i].chiavi;
+        if (chiavi.empty())
+            continue;
+        const bool manca = std::all_of(chiavi.begin(), chiavi.end(), [&](int chiave) {
+            return !piena(piene, Chiave::casella(chiave));
+        });
+        return manca && elementi[i].sicura ? i + 1 : dove;
+    }
+    return dove;
+}
+
+// Pesi per numero, pochi e in ordine d'arrivo.
+class Pesi
+{
+public:
+    double &di(int numero)
+    {
+        for (auto &[suo, peso] : m_pesi) {
+            if (suo == numero)
+                return peso;
+        }
+        m_pesi.emplace_back(numero, 0);
+        return m_pesi.back().second;
+    }
+    auto begin() const { return m_pesi.begin(); }
+    auto end() const { return m_pesi.end(); }
+
+private:
+    std::vector<std::pair<int, double>> m_pesi;
+};
+
+} // namespace
+
+const AttiLetti::Reso &Pronosticatore::reso(int chiave, int luogo) const
+{
+    const quint64 quale =
+        (static_cast<quint64>(chiave) << 32) +
+        (Chiave::forma(chiave) == FormaDeclinata ? static_cast<quint64>(luogo) : 0);
+    const auto gia = m_resi.constFind(quale);
+    if (gia != m_resi.constEnd())
+        return *gia;
+    return *m_resi.insert(quale, m_letti.reso(chiave, luogo, m_pronte));
+}
+
+Pronosticatore::Campioni Pronosticatore::campioni(const Allineamento &allineamento, size_t quanti,
+                                                  bool aMeta, double &costo) const
+{
+    const auto posti = allineamento.posti(quanti);
+    Campioni trovati;
+    float minimo = 100;
+    for (const auto &posto : posti)
+        minimo = std::min(minimo, posto.costo);
+    costo = minimo;
+    const auto &atti = m_letti.atti();
+    for (size_t a = 0; a < posti.size(); ++a) {
+        const double peso = atti[a].peso *
+                            std::pow(oblio, static_cast<double>(atti.size() - 1 - a)) *
+                            std::exp(-discordia * static_cast<double>(posti[a].costo - minimo));
+        if (peso < trascurabile)
+            continue;
+        const auto qui = static_cast<size_t>(posti[a].elemento);
+        const auto &elementi = atti[a].elementi;
+        const Elemento *prima = qui == 0 ? nullptr : &elementi[qui - 1];
+        if (aMeta && (prima == nullptr || !stessi(allineamento.scritto(quanti - 1), *prima, true)))
+            continue;
+        const size_t dove = oltreLaCasella(elementi, qui, m_pronte.piene);
+        trovati.push_back({&atti[a], dove < elementi.size() ? &elementi[dove] : nullptr, prima,
+                           dove == qui ? peso : peso * 0.8, 0});
+    }
+    return trovati;
+}
+
+// A parità di prove si preferisce la casella della persona di cui si stava parlando, e quella di
+// cui non si è ancora detto.
+double Pronosticatore::preferenza(int chiave, const Allineamento &allineamento, size_t quanti) const
+{
+    const int casella = Chiave::casella(chiave);
+    double merito = 0;
+    bool ultima = true;
+    bool detta = false;
+    for (size_t i = quanti; i-- > 0;) {
+        const auto &chiavi = allineamento.scritto(i).chiavi;
+        if (chiavi.empty())
+            continue;
+        for (const int sua : chiavi) {
+            detta = detta || Chiave::casella(sua) == casella;
+            if (ultima && m_letti.posto(Chiave::casella(sua)) == m_letti.posto(casella) &&
+                Chiave::casella(sua) != casella &&
+                m_letti.casella(Chiave::casella(sua)).quale == m_letti.casella(casella).quale)
+                merito = 1.5;
+        }
+        ultima = false;
+    }
+    if (!detta)
+        merito += 1;
+    if (Chiave::forma(chiave) == FormaUguale)
+        merito += 0.2;
+    return merito;
+}
+
+// Di ogni campione, che cosa vi sta: la casella che meglio spiega tutti, o la parola stessa.
+std::vector<int> Pronosticatore::etichette(Campioni &campioni, const Allineamento &allineamento,
+                                           size_t quanti) const
+{
+    struct Spiegazione {
+        int chiave;
+        double merito;
+    };
+    Pesi spiegati;
+    for (const Campione &uno : campioni) {
+        if (uno.elemento == nullptr)
+            continue;
+        for (const int chiave : uno.elemento->chiavi) {
+            if (piena(m_pronte.piene, Chiave::casella(chiave)))
+                spiegati.di(chiave) += uno.peso;
+        }
+    }
+    std::vector<Spiegazione> spiegazioni;
+    QHash<int, double> perCasella;
+    const auto conCasella = [&](int casella) {
+        double tutti = 0;
+        for (const Campione &uno : campioni) {
+            if (uno.elemento != nullptr && piena(uno.atto->piene, casella))
+                tutti += uno.peso;
+        }
+        return tutti;
+    };
+    for (const auto &[chiave, peso] : spiegati) {
+        const int casella = Chiave::casella(chiave);
+        if (!perCasella.contains(casella))
+            perCasella.insert(casella, conCasella(casella));
+        const double tutti = perCasella.value(casella);
+        const double quota = (peso + 0.3) / (tutti + 0.6);
+        if (quota >= spiegaAbbastanza)
+            spiegazioni.push_back(
+                {chiave, quota + 0.02 * preferenza(chiave, allineamento, quanti)});
+    }
+    std::sort(spiegazioni.begin(), spiegazioni.end(),
+              [](const auto &una, const auto &altra) { return una.merito > altra.merito; });
+    std::vector<int> tutte;
+    for (Campione &uno : campioni) {
+        if (uno.elemento == nullptr) {
+            uno.etichetta = 0;
+        } else {
+            const auto sua =
+                std::find_if(spiegazioni.begin(), spiegazioni.end(), [&](const Spiegazione &una) {
+                    return std::binary_search(uno.elemento->chiavi.begin(),
+                                              uno.elemento->chiavi.end(), una.chiave);
+                });
+            uno.etichetta =
+                sua == spiegazioni.end() ? diParola(uno.elemento->testo) : diCasella(sua->chiave);
+        }
+        tutte.push_back(uno.etichetta);
+    }
+    return tutte;
+}
+
+// Quanto ci si fida di ciò che si è visto una volta sola.
+double Pronosticatore::solitario(int etichetta) const
+{
+    if (eCasella(etichetta))
+        return 0.9;
+    const QString &testo = const_cast<AttiLetti &>(m_letti).testi().testo(etichetta / 2);
+    if (testo.isEmpty())
+        return 0.8;
+    const QChar prima = testo.front();
+    if (prima.isDigit())
+        return 0.4;
+    if (!prima.isLetter())
+        return 0.92;
+    return prima.isUpper() ? 0.6 : 0.88;
+}
+
+// Ciò che venne l'ultima volta che il tratto aveva il valore di adesso, e quanto spesso sarebbe
+// stato giusto dire così negli atti di prima.
+Pronosticatore::Scelta Pronosticatore::perTratto(const Campioni &campioni, int tratto) const
+{
+    const int adesso = valore(m_pronte.tratti, tratto);
+    const double fiducia = m_letti.fiducia(tratto);
+    const bool ancheVuoto = fiducia >= 0.8;
+    if (adesso == 0 && !ancheVuoto)
+        return {};
+    std::vector<std::pair<int, int>> ultime; // valore, etichetta
+    double giusti = 0;
+    double provati = 0;
+    double concordi = 0;
+    double stessi = 0;
+    int mia = -1;
+    for (const Campione &uno : campioni) {
+        const int suo = valore(uno.atto->tratti, tratto);
+        if (suo == 0 && !ancheVuoto)
+            continue;
+        auto ultima = std::find_if(ultime.begin(), ultime.end(),
+                                   [suo](const auto &una) { return una.first == suo; });
+        if (ultima == ultime.end()) {
+            ultime.emplace_back(suo, uno.etichetta);
+        } else {
+            provati += uno.peso;
+            giusti += ultima->second == uno.etichetta ? uno.peso : 0;
+            ultima->second = uno.etichetta;
+        }
+        if (suo == adesso)
+            mia = uno.etichetta;
+    }
+    if (mia < 0)
+        return {};
+    for (const Campione &uno : campioni) {
+        if (valore(uno.atto->tratti, tratto) != adesso)
+            continue;
+        stessi += uno.peso;
+        concordi += uno.etichetta == mia ? uno.peso : 0;
+    }
+    if (fiducia < 1 && provati < 1 - fiducia)
+        return {};
+    const double regola = (giusti + fiducia * 0.5) / (provati + 0.5 + (1 - fiducia) * 4);
+    // Senza condizioni vale quanto spesso ciò che venne è tornato: così una parola cambiata, come
+    // il nome di un parroco, lo è subito.
+    if (fiducia >= 1)
+        return {mia, regola};
+    constexpr double fede = 1.5;
+    return {mia, (concordi + fede * regola) / (stessi + fede)};
+}
+
+Pronosticatore::Scelta Pronosticatore::sceglie(const Campioni &campioni,
+                                               const std::vector<int> &tutte, int luogo) const
+{
+    Pesi pesi;
+    double insieme = 0;
+    for (const Campione &uno : campioni) {
+        if (eCasella(uno.etichetta) && reso(uno.etichetta / 2, luogo).testo.isEmpty())
+            continue;
+        pesi.di(uno.etichetta) += uno.peso;
+        insieme += uno.peso;
+    }
+    Scelta scelta;
+    for (const auto &[etichetta, peso] : pesi) {
+        const double quota = (peso + solitario(etichetta)) / (insieme + 1);
+        if (quota > scelta.sicurezza)
+            scelta = {etichetta, quota};
+    }
+    if (tutte.empty() ||
+        std::all_of(tutte.begin(), tutte.end(), [&](int una) { return una == tutte.front(); }))
+        return scelta;
+    for (int tratto = 1; tratto < m_letti.quantiTratti(); ++tratto) {
+        const Scelta sua = perTratto(campioni, tratto);
+        constexpr double margine = 0.005;
+        if (sua.etichetta >= 0 && sua.sicurezza > scelta.sicurezza + margine)
+            scelta = sua;
+    }
+    return scelta;
+}
+
+Candidato Pronosticatore::candidato(int etichetta, const Campioni &campioni, int luogo) const
+{
+    auto &testi = const_cast<AttiLetti &>(m_letti).testi();
+    Candidato suo;
+    suo.luogo = luogo;
+    if (eCasella(etichetta)) {
+        suo.chiave = etichetta / 2;
+        const AttiLetti::Reso &sua = reso(suo.chiave, luogo);
+        suo.testo = sua.testo;
+        suo.sicurezza = sua.sicurezza;
+    } else {
+        suo.testo = testi.testo(etichetta / 2);
+        suo.sicurezza = 1;
+    }
+    Pesi spazi;
+    for (const Campione &uno : campioni) {
+        if (uno.etichetta != etichetta || uno.elemento == nullptr)
+            continue;
+        spazi.di(uno.elemento->spazio) += uno.peso;
+        suo.parola = uno.elemento->parola;
+    }
+    double maggiore = 0;
+    for (const auto &[spazio, peso] : spazi) {
+        if (peso > maggiore)
+            suo.spazio = testi.testo(spazio);
+        maggiore = std::max(maggiore, peso);
+    }
+    return suo;
+}
+
+// La parte della sicurezza che resta quando altre caselle spiegano altrettanto bene ciò che si è
+// visto, e adesso darebbero un altro testo.
+double Pronosticatore::ambigua(int chiave, const Campioni &campioni,
+                               const Allineamento &allineamento, size_t quanti, int luogo) const
+{
+    const QString mio = reso(chiave, luogo).testo;
+    double mia = std::exp(preferenza(chiave, allineamento, quanti));
+    double altre = 0;
+    QStringList gia;
+    for (const Campione &uno : campioni) {
+        if (uno.elemento == nullptr)
+            continue;
+        for (const int altra : uno.elemento->chiavi) {
+            const QString testo = reso(altra, luogo).testo;
+            if (testo.isEmpty() || testo == mio || gia.contains(testo))
+                continue;
+            const bool sempre = std::all_of(campioni.begin(), campioni.end(), [&](const auto &c) {
+                return c.etichetta != diCasella(chiave) ||
+                       std::binary_search(c.elemento->chiavi.begin(), c.elemento->chiavi.end(),
+                                          altra);
+            });
+            if (!sempre)
+                continue;
+            gia.append(testo);
+            altre += std::exp(preferenza(altra, allineamento, quanti));
+        }
+    }
+    return mia / (mia + altre);
+}
+
+// Una parola detta finora solo di un altro sesso: se se ne conosce la compagna, è quella; se
+// potrebbe cambiare desinenza, non si è più sicuri.
+void Pronosticatore::concorda(const Campioni &campioni, Candidato &candidato) const
+{
+    auto &testi = const_cast<AttiLetti &>(m_letti).testi();
+    const int testo = testi.cerca(candidato.testo);
+    constexpr qsizetype corta = 3;
+    if (candidato.chiave != 0 || !candidato.parola || candidato.testo.size() < corta)
+        return;
+    for (int tratto = 1; tratto < m_letti.quantiTratti(); ++tratto) {
+        const int adesso = m_letti.diSesso(tratto) ? valore(m_pronte.tratti, tratto) : 0;
+        if (adesso == 0 || m_letti.volte(testo, tratto, adesso) > 0)
+            continue;
+        const bool altrove =
+            std::all_of(campioni.begin(), campioni.end(), [&](const Campione &uno) {
+                return uno.etichetta != diParola(testo) ||
+                       (valore(uno.atto->tratti, tratto) != adesso &&
+                        valore(uno.atto->tratti, tratto) != 0);
+            });
+        if (!altrove)
+            continue;
+        static const std::array<std::pair<const char *, const char *>, 9> coppie{{{"o", "a"},
+                                                                                  {"a", "o"},
+                                                                                  {"us", "a"},
+                                                                                  {"um", "am"},
+                                                                                  {"am", "um"},
+                                                                                  {"a", "us"},
+                                                                                  {"i", "ae"},
+                                                                                  {"ae", "i"},
+                                                                                  {"e", "a"}}};
+        bool cambia = false;
+        for (const auto &[da, a] : coppie) {
+            const QLatin1String vecchia(da);
+            if (!candidato.testo.endsWith(vecchia))
+                continue;
+            cambia = true;
+            const QString altra = candidato.testo.chopped(vecchia.size()) + QLatin1String(a);
+            if (m_letti.volte(testi.cerca(altra), tratto, adesso) > 0) {
+                candidato.testo = altra;
+                return;
+            }
+        }
+        if (cambia)
+            candidato.sicurezza *= 0.55;
+        return;
+    }
+}
+
+// Vero se della persona di cui si parla c'è, o manca, qualcosa come in nessuno degli atti di prima.
+bool Pronosticatore::novita(const Campioni &campioni, const Allineamento &allineamento,
+                            size_t quanti) const
+{
+    const Elemento *ultimo = nullptr;
+    for (size_t i = quanti; i-- > 0 && ultimo == nullptr;) {
+        if (!allineamento.scritto(i).chiavi.empty())
+            ultimo = &allineamento.scritto(i);
+    }
+    if (ultimo == nullptr)
+        return false;
+    const QString &posto = m_letti.posto(Chiave::casella(ultimo->chiavi.front()));
+    for (int tratto = 1; tratto < m_letti.quantiTratti(); ++tratto) {
+        if (m_letti.presenza(tratto) != posto)
+            continue;
+        const int adesso = valore(m_pronte.tratti, tratto);
+        if (std::none_of(campioni.begin(), campioni.end(), [&](const Campione &uno) {
+                return valore(uno.atto->tratti, tratto) == adesso;
+            }))
+            return true;
+    }
+    return false;
+}
+
+// Quanto ci si fida ancora, se l'ultima parola non è quella che c'è di solito.
+double Pronosticatore::rottura(const Campioni &campioni, const Allineamento &allineamento,
+                               size_t quanti) const
+{
+    if (quanti == 0)
+        return 1;
+    double tutti = 0;
+    double uguali = 0;
+    double maggiore = 0;
+    Pesi soliti;
+    for (const Campione &uno : campioni) {
+        tutti += uno.peso;
+        if (uno.prima == nullptr)
+            continue;
+        if (stessi(allineamento.scritto(quanti - 1), *uno.prima, false))
+            uguali += uno.peso;
+        double &suo = soliti.di(uno.prima->testo);
+        suo += uno.peso;
+        maggiore = std::max(maggiore, suo);
+    }
+    return 1 - 0.4 * (1 - uguali / tutti) * (maggiore / tutti);
+}
+
+Pronostico Pronosticatore::dopo(const Allineamento &allineamento, size_t quanti,
+                                const QString &coda, int luogo, bool aMeta) const
+{
+    double costo = 0;
+    Campioni tutti = campioni(allineamento, quanti, aMeta, costo);
+    Pronostico esito;
+    if (tutti.empty())
+        return esito;
+    const auto sue = etichette(tutti, allineamento, quanti);
+    const Scelta scelta = sceglie(tutti, sue, luogo);
+    if (scelta.etichetta < 0)
+        return esito;
+
+    // Le possibilità, e quanto sono probabili; ciò che resta è di chi non si è mai visto.
+    Pesi pesi;
+    double altre = 0;
+    double nuove = 0.3;
+    double visti = 0;
+    QStringList note;
+    double spazi = 0;
+    double pieni = 0;
+    QList<int> gia;
+    for (const Campione &uno : tutti) {
+        pesi.di(uno.etichetta) += uno.peso;
+        if (uno.etichetta != scelta.etichetta)
+            altre += uno.peso;
+        nuove += gia.contains(uno.etichetta) ? 0 : uno.peso;
+        visti += uno.peso;
+        gia.append(uno.etichetta);
+        if (uno.elemento != nullptr) {
+            pieni += uno.peso;
+            if (const_cast<AttiLetti &>(m_letti).testi().testo(uno.elemento->spazio) ==
+                QStringLiteral(" "))
+                spazi += uno.peso;
+        }
+    }
+    esito.spazioSicuro = pieni > 0 ? spazi / visti : 0;
+    const double ignote = std::min(0.9, nuove / (visti + 0.5));
+    const qsizetype lettere = coda.trimmed().size();
+    const double ignoteQui = lettere == 0 ? 0 : ignote * std::max(0.002, std::pow(0.06, lettere));
+
+    double somma = ignoteQui;
+    double consistenti = 0;
+    Candidato migliore;
+    double massa = 0;
+    const auto prova = [&](Candidato suo, double sua, double peso) {
+        if (suo.testo.isEmpty())
+            return;
+        const QString intero = suo.spazio + suo.testo;
+        if (!intero.startsWith(coda) || intero.size() == coda.size())
+            return;
+        somma += sua;
+        consistenti += peso;
+        if (sua > massa) {
+            massa = sua;
+            migliore = suo;
+        }
+    };
+    for (const auto &[etichetta, peso] : pesi) {
+        const bool prima = etichetta == scelta.etichetta;
+        const double sua =
+            prima ? scelta.sicurezza
+                  : (altre > 0 ? (1 - scelta.sicurezza) * (1 - ignote * 0.5) * peso / altre : 0);
+        if (etichetta == 0) {
+            if (prima && coda.isEmpty() && sua > 0.5)
+                esito.fine = true;
+            continue;
+        }
+        Candidato suo = candidato(etichetta, tutti, luogo);
+        if (prima)
+            concorda(tutti, suo);
+        prova(suo, sua, peso);
+        if (lettere > 0 && eCasella(etichetta)) {
+            const QStringList grafie = m_letti.altreGrafie(etichetta / 2, m_pronte);
+            for (const QString &grafia : grafie) {
+                if (grafia == suo.testo)
+                    continue;
+                Candidato altra = suo;
+                altra.testo = grafia;
+                altra.sicurezza = 1;
+                prova(altra, sua * 0.05, peso * 0.05);
+            }
+        }
+    }
+    if (migliore.testo.isEmpty() || esito.fine) {
+        esito.peso = esito.fine ? visti * std::exp(-discordia * costo) : 0;
+        return esito;
+    }
+    // Senza lettere davanti, ciò che non comincia come dovrebbe non è una possibilità in meno.
+    migliore.sicurezza *= lettere == 0 ? massa : massa / somma;
+    if (migliore.chiave != 0)
+        migliore.sicurezza *= ambigua(migliore.chiave, tutti, allineamento, quanti, luogo);
+    if (lettere == 0 && novita(tutti, allineamento, quanti))
+        migliore.sicurezza *= 0.8;
+    esito.fiducia = rottura(tutti, allineamento, quanti) * std::exp(-0.1 * costo);
+    esito.primo = migliore;
+    esito.peso = (consistenti > 0 ? consistenti : 0.01) * std::exp(-discordia * costo);
+    return esito;
+}
+
+} // namespace modTarvola::formule

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "db/formule/allineamento.h"
+
+// Che cosa viene dopo, a giudicare da ciò che venne negli atti arrivati allo stesso posto.
+namespace modTarvola::formule
+{
+
+struct Candidato {
+    QString spazio;
+    QString testo;
+    int chiave = 0; // della casella da cui viene; 0: una parola ferma
+    int luogo = 0;
+    bool parola = true;
+    double sicurezza = 0;
+};
+
+struct Pronostico {
+    Candidato primo;         // senza testo: niente, o la fine
+    bool fine = false;       // il testo è finito
+    double fiducia = 1;      // che si sia ancora nella formula, qualunque cosa venga
+    double peso = 0;         // quanto somigliano, in tutto, gli atti che lo dicono
+    double spazioSicuro = 0; // che uno spazio venga comunque
+};
+
+class Pronosticatore
+{
+public:
+    Pronosticatore(const AttiLetti &letti, const Pronte &pronte) : m_letti(letti), m_pronte(pronte)
+    {
+    }
+
+    // Ciò che viene dopo i primi `quanti` elementi dell'allineamento, se comincia con `coda` e non
+    // è già tutto in essa.
+    // `aMeta`: l'ultimo elemento potrebbe essere solo l'inizio di una parola; allora vale quel che
+    // dicono gli atti in cui sta intero.
+    Pronostico dopo(const Allineamento &allineamento, size_t quanti, const QString &coda, int luogo,
+                    bool aMeta = false) const;
+
+private:
+    struct Campione {
+        const AttoLetto *atto = nullptr;
+        const Elemento *elemento = nullptr; // nullo: l'atto finisce lì
+        const Elemento *prima = nullptr;    // quello che lo precede
+        double peso = 0;
+        int etichetta = 0;
+    };
+    struct Scelta {
+        int etichetta = -1;
+        double sicurezza = 0;
+    };
+    using Campioni = std::vector<Campione>;
+
+    const AttiLetti::Reso &reso(int chiave, int luogo) const;
+    Campioni campioni(const Allineamento &allineamento, size_t quanti, bool aMeta,
+                      double &costo) const;
+    std::vector<int> etichette(Campioni &campioni, const Allineamento &allineamento,
+                               size_t quanti) const;
+    Scelta sceglie(const Campioni &campioni, const std::vector<int> &etichette, int luogo) const;
+    Scelta perTratto(const Campioni &campioni, int tratto) const;
+    double solitario(int etichetta) const;
+    Candidato candidato(int etichetta, const Campioni &campioni, int luogo) const;
+    double ambigua(int chiave, const Campioni &campioni, const Allineamento &allineamento,
+                   size_t quanti, int luogo) const;
+    void concorda(const Campioni &campioni, Candidato &candidato) const;
+    double preferenza(int chiave, const Allineamento &allineamento, size_t quanti) const;
+    double rottura(const Campioni &campioni, const Allineamento &allineamento, size_t quanti) const;
+    bool novita(const Campioni &campioni, const Allineamento &allineamento, size_t quanti) const;
+
+    const AttiLetti &m_letti;
+    const Pronte &m_pronte;
+    mutable QHash<quint64, AttiLetti::Reso> m_resi;
+};
+
+} // namespace modTarvola::formule

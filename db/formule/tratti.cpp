@@ -1,0 +1,123 @@
+#include "db/formule/atti_letti.h"
+
+#include <QDate>
+
+// Ciò che di un atto può decidere le parole del suo testo.
+namespace modTarvola::formule
+{
+
+namespace
+{
+
+// Quanto ci si crede prima di ogni prova.
+constexpr double sempre = 1;
+constexpr double molto = 0.8;
+constexpr double abbastanza = 0.6;
+constexpr double poco = 0.4;
+
+QString nome(const scheda::Indirizzo &dove)
+{
+    return dove.posto + u'.' + QString::number(dove.quale) + u'.' + QString::number(dove.evento) +
+           u'.' + dove.campo;
+}
+
+bool vocale(QChar c)
+{
+    return QStringLiteral("aeiouàèéìòù").contains(c.toLower());
+}
+
+} // namespace
+
+void AttiLetti::tratto(Tratti &tratti, const QString &nome, const QString &valore, double fiducia,
+                       bool sesso)
+{
+    const auto quale = static_cast<size_t>(m_nomiTratti.numero(nome));
+    if (m_fiducia.size() <= quale) {
+        m_fiducia.resize(quale + 1);
+        m_diSesso.resize(quale + 1);
+        m_presenza.resize(quale + 1);
+        if (nome.endsWith(QStringLiteral(" c'è")))
+            m_presenza[quale] = nome.section(u'.', 0, 0);
+    }
+    m_fiducia[quale] = fiducia;
+    m_diSesso[quale] = sesso ? 1 : 0;
+    if (tratti.size() <= quale)
+        tratti.resize(quale + 1);
+    tratti[quale] = m_valori.numero(valore);
+}
+
+void AttiLetti::trattiDi(Pronte &pronte)
+{
+    Tratti &tratti = pronte.tratti;
+    tratto(tratti, QStringLiteral("*"), QStringLiteral("*"), sempre);
+    const Caselle &caselle = pronte.caselle;
+    QList<QPair<QString, qint64>> giorni;
+    QMap<QString, QString> persone;
+    QList<QPair<QString, QString>> uguali;
+    QMap<QString, int> quante;
+    for (auto una = caselle.cbegin(); una != caselle.cend(); ++una) {
+        const scheda::Indirizzo &dove = una.key();
+        const QString valore = una.value().simplified();
+        const QString suo = nome(dove);
+        if (valore.isEmpty())
+            continue;
+        quante[dove.posto] = std::max(quante.value(dove.posto), dove.quale + 1);
+        if (!siScrive(dove)) {
+            if (dove.campo != QStringLiteral("Campolungo"))
+                tratto(tratti, suo, valore, molto, dove.campo == QStringLiteral("Sesso"));
+            continue;
+        }
+        if (const qint64 giorno = giornoDi(valore); giorno != 0) {
+            giorni.append({suo, giorno});
+            const QDate data = QDate::fromJulianDay(giorno);
+            tratto(tratti, suo + QStringLiteral(" giorno"), QString::number(data.day()),
+                   abbastanza);
+            tratto(tratti, suo + QStringLiteral(" mese"), QString::number(data.month()),
+                   abbastanza);
+            tratto(tratti, suo + QStringLiteral(" anno"), QString::number(data.year()), abbastanza);
+            tratto(tratti, suo + QStringLiteral(" feria"), QString::number(data.dayOfWeek()), poco);
+            continue;
+        }
+        tratto(tratti, suo + QStringLiteral(" c'è"), QStringLiteral("1"), molto);
+        tratto(tratti, suo, valore, poco);
+        tratto(tratti, suo + QStringLiteral(" vocale"),
+               vocale(valore.front()) ? QStringLiteral("1") : QStringLiteral("0"), poco);
+        if (dove.campo == QStringLiteral("Nome") || dove.campo == QStringLiteral("Cognome"))
+            persone[dove.posto + QString::number(dove.quale)] += u' ' + valore;
+        if (dove.campo == QStringLiteral("Nome"))
+            tratto(tratti, suo + QStringLiteral(" fine"), valore.section(u' ', 0, 0).right(1),
+                   poco);
+        if (dove.campo == QStringLiteral("Cognome") || dove.campo == QStringLiteral("Luogo"))
+            uguali.append({suo, valore});
+        if (dove.campo == QStringLiteral("Ora"))
+            tratto(tratti, suo + QStringLiteral(" mezzodì"),
+                   valore.section(u':', 0, 0).toInt() < 12 ? QStringLiteral("0")
+                                                           : QStringLiteral("1"),
+                   abbastanza);
+    }
+    for (auto una = persone.cbegin(); una != persone.cend(); ++una)
+        tratto(tratti, una.key() + QStringLiteral(" chi"), una.value(), abbastanza);
+    tratto(tratti, QStringLiteral("genitori"),
+           persone.value(QStringLiteral("padre0")) + persone.value(QStringLiteral("madre0")),
+           abbastanza);
+    for (auto una = quante.cbegin(); una != quante.cend(); ++una)
+        tratto(tratti, una.key() + QStringLiteral(" quante"), QString::number(una.value()), molto);
+    for (qsizetype i = 0; i < giorni.size(); ++i) {
+        for (qsizetype j = i + 1; j < giorni.size(); ++j) {
+            const qint64 giorno = giorni.at(j).second - giorni.at(i).second;
+            const QString coppia = giorni.at(i).first + u'-' + giorni.at(j).first;
+            tratto(tratti, coppia, QString::number(giorno), molto);
+            tratto(tratti, coppia + QStringLiteral(" circa"),
+                   QString::number(std::clamp<qint64>(giorno, -2, 2)), molto);
+        }
+    }
+    for (qsizetype i = 0; i < uguali.size(); ++i) {
+        for (qsizetype j = i + 1; j < uguali.size(); ++j)
+            tratto(tratti, uguali.at(i).first + u'=' + uguali.at(j).first,
+                   uguali.at(i).second == uguali.at(j).second ? QStringLiteral("1")
+                                                              : QStringLiteral("0"),
+                   poco);
+    }
+}
+
+} // namespace modTarvola::formule

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "db/formule/formulario.h"
+
+#include <QList>
+#include <QPlainTextEdit>
+
+#include <functional>
+
+class QAction;
+
+// Un testo lungo che, dove chi scrive è arrivato in fondo, mostra come potrebbe continuare.
+//
+// La proposta non è mai nel documento: sta nella disposizione della riga, dove un metodo di
+// immissione tiene ciò che non è ancora scritto, e va a capo come il resto; testo, appunti, storia
+// di ciò che si annulla e lettori di schermo non la conoscono. Si mostra solo quando la tastiera è
+// qui, non c'è nulla di scelto, e dopo il cursore non resta che un punto o spazi.
+//
+// I tasti che la prendono sono quelli che in fondo a un testo non portano da nessuna parte: la
+// freccia a destra prende il tratto, con Ctrl la parola, Fine tutto ciò che si vede.
+class TestoProposto : public QPlainTextEdit
+{
+    Q_OBJECT
+    // Ciò che lo schermo mostra dopo il cursore, e quanto ne è segnato come tratto.
+    Q_PROPERTY(QString proposta READ proposta)
+    Q_PROPERTY(qlonglong tratto READ tratto)
+
+public:
+    enum Quanto { Parola, Tratto, Tutto };
+    using Seguito = modTarvola::formule::Seguito;
+    // Come continua ciò che sta prima del cursore.
+    using Continua = std::function<Seguito(const QString &prima)>;
+
+    explicit TestoProposto(QWidget *sopra);
+
+    void continua(Continua fonte);
+    // Chiede di nuovo la proposta: ciò da cui dipende è cambiato.
+    void ripropone();
+    QString proposta() const { return m_proposta.testo; }
+    qlonglong tratto() const { return m_proposta.tratto; }
+    // Mette ciò che si vede, o una sua parte, nel testo, in un passo che si annulla intero.
+    void prende(Quanto quanto);
+    // Finché tace non propone nulla.
+    void taccia(bool tace);
+    bool tace() const { return m_tace; }
+    // I comandi per un menu, con i tasti: la parola, il tratto, tutto, e se si propone.
+    const QList<QAction *> &comandi() const { return m_comandi; }
+
+signals:
+    // Si è fatta tacere, o ha ripreso a proporre, coi tasti.
+    void taciuta(bool tace);
+
+protected:
+    bool event(QEvent *evento) override;
+    void keyPressEvent(QKeyEvent *evento) override;
+    void inputMethodEvent(QInputMethodEvent *evento) override;
+    void mousePressEvent(QMouseEvent *evento) override;
+    void focusInEvent(QFocusEvent *evento) override;
+    void focusOutEvent(QFocusEvent *evento) override;
+    void changeEvent(QEvent *evento) override;
+
+private:
+    void creaComandi();
+    QAction *comandoDi(const QKeyEvent *evento) const;
+    bool puoProporre() const;
+    QString primaDelCursore() const;
+    Seguito cerca() const;
+    void mostra(const Seguito &proposta);
+    void nasconde();
+    void racconta();
+
+    Continua m_continua;
+    Seguito m_proposta;
+    QList<QAction *> m_comandi;
+    bool m_tace = false;
+    bool m_inCorso = false; // un tasto, o noi stessi, stiamo cambiando il testo
+};
