@@ -35,9 +35,9 @@ FormuleScheda::FormuleScheda(Pagina *pagina, QString percorso, QString registro)
 void FormuleScheda::legge(const QString &percorso, const QString &registro)
 {
     const auto letto = std::make_shared<Formulario>();
-    m_lettura = std::make_unique<Lettura>(
+    m_lettura = std::make_unique<LetturaAParte>(
         percorso,
-        [letto, registro](ado::Connection &sua, const Lettura::Prosegue &prosegue) {
+        [letto, registro](ado::Connection &sua, const LetturaAParte::Prosegue &prosegue) {
             *letto = formule::legge(sua, registro, prosegue);
         },
         [this, letto](const QString &guasto) {

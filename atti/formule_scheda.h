@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/archivio/lettura.h"
+#include "db/archivio/lettura_a_parte.h"
 #include "db/formule/formulario.h"
 
 #include <QObject>
@@ -45,5 +45,5 @@ private:
     QList<std::pair<modTarvola::formule::Caselle, QString>> m_inAttesa;
     bool m_daLeggere = true;
     bool m_pronta = false;
-    std::unique_ptr<modTarvola::Lettura> m_lettura;
+    std::unique_ptr<modTarvola::LetturaAParte> m_lettura;
 };

@@ -1,4 +1,4 @@
-#include "db/archivio/lettura.h"
+#include "db/archivio/lettura_a_parte.h"
 
 #include "db/archivio/connessioni.h"
 
@@ -7,7 +7,7 @@
 namespace modTarvola
 {
 
-Lettura::Lettura(const QString &percorso, Legge legge, Consegna consegna)
+LetturaAParte::LetturaAParte(const QString &percorso, Legge legge, Consegna consegna)
 {
     const auto gira = [this, percorso, legge = std::move(legge), consegna = std::move(consegna)] {
         const QString guasto = compie(percorso, legge);
@@ -26,13 +26,13 @@ Lettura::Lettura(const QString &percorso, Legge legge, Consegna consegna)
     m_filo->start(QThread::LowPriority);
 }
 
-Lettura::~Lettura()
+LetturaAParte::~LetturaAParte()
 {
     m_ferma = true;
     m_filo->wait();
 }
 
-QString Lettura::compie(const QString &percorso, const Legge &legge) const
+QString LetturaAParte::compie(const QString &percorso, const Legge &legge) const
 {
     const Prosegue prosegue = [this] { return !m_ferma; };
     try {

@@ -16,15 +16,16 @@ namespace modTarvola
 // Una lettura dell'archivio fatta in un filo a parte, con una connessione sua che non può scrivere:
 // chi la chiede non aspetta mai, e ne riceve l'esito nel proprio filo.
 //
-//   m_lettura = std::make_unique<Lettura>(percorso,
-//       [tutto](ado::Connection &sua, const Lettura::Prosegue &prosegue) { … },  nel filo a parte
-//       [this, tutto](const QString &guasto) { … });                            qui, se non fermata
+//   m_lettura = std::make_unique<LetturaAParte>(percorso,
+//       [tutto](ado::Connection &sua, const LetturaAParte::Prosegue &prosegue) { … },  nel filo a
+//       parte [this, tutto](const QString &guasto) { … });                            qui, se non
+//       fermata
 //
 // Ciò che si legge sta in un valore che le due funzioni dividono, e che fra l'una e l'altra nessuno
 // tocca. Distruggerla la ferma, anche a metà di un'istruzione, e aspetta che il filo sia uscito:
 // dopo, del file non ha più nulla in mano e `consegna` non è più chiamata. Chi legge lo faccia a
 // pezzi corti: finché un'istruzione non è finita nessuno scrive nel file.
-class Lettura : public QObject
+class LetturaAParte : public QObject
 {
 public:
     using Prosegue = std::function<bool()>;
@@ -32,8 +33,8 @@ public:
     // `consegna` riceve il motivo per cui non si è letto, vuoto se è andata bene.
     using Consegna = std::function<void(const QString &guasto)>;
 
-    Lettura(const QString &percorso, Legge legge, Consegna consegna);
-    ~Lettura() override;
+    LetturaAParte(const QString &percorso, Legge legge, Consegna consegna);
+    ~LetturaAParte() override;
 
     bool finita() const { return m_finita; }
 
