@@ -139,7 +139,8 @@ void fmTasti::disponi()
     m_elenco->setAlternatingRowColors(true);
     m_elenco->setColumnCount(Quante);
     m_elenco->setHeaderLabels({tr("Comando"), tr("Dove vale"), tr("Tasto"), tr("Primo tasto")});
-    m_elenco->header()->setStretchLastSection(true);
+    m_elenco->header()->setStretchLastSection(false);
+    m_elenco->header()->setSectionResizeMode(Nome, QHeaderView::Stretch);
     auto *etichetta = new QLabel(tr("&Nuovo tasto"), this);
     etichetta->setBuddy(m_casella);
     m_nota->setTextFormat(Qt::PlainText);
@@ -175,6 +176,7 @@ void fmTasti::elenca()
             riga->setText(Finestra, uno.finestre());
             riga->setText(Primo, scritto(uno.primo));
             riga->setData(Nome, Qt::UserRole, uno.id);
+            riga->setSizeHint(Nome, {0, fontMetrics().lineSpacing() * 4 / 3});
         }
     }
     for (int i = 0; i < m_elenco->topLevelItemCount(); ++i) {
@@ -185,8 +187,11 @@ void fmTasti::elenca()
         carattere.setBold(m_tasti.di(suo.id) != suo.primo);
         riga->setFont(Tasto, carattere);
     }
-    for (int colonna = 0; colonna < Quante; ++colonna)
+    for (int colonna = Finestra; colonna < Quante; ++colonna) {
         m_elenco->resizeColumnToContents(colonna);
+        m_elenco->setColumnWidth(colonna, m_elenco->columnWidth(colonna) +
+                                              2 * fontMetrics().averageCharWidth());
+    }
     m_rimetteTutti->setEnabled(m_tasti != Tasti());
     mostraScelto();
 }
