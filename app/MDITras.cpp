@@ -29,16 +29,10 @@ MDITras::MDITras()
           [this](const fmScheda &pagina, const QString &codice) { apreRecord(pagina, codice); }),
       m_menu(this, {[this](VoceFile voce) { SubFileItem_Click(voce); },
                     [this](VoceFinestre voce) { SubFinestreItem_Click(voce); },
-                    [this](VoceAiuto voce) { SubAiutoItem_Click(voce); }}),
+                    [this](VoceAiuto voce) { SubAiutoItem_Click(voce); },
+                    [this](const QString &percorso) { apreUltimo(percorso); }}),
       m_archivi(
-          this,
-          [this] {
-              ProprietaTabella proprieta;
-              proprieta.TipoTabella = QStringLiteral("Archivi");
-              proprieta.Percorso = contesto().PercorsoCorrente;
-              proprieta.ConOperatore = contesto().OperatoreCorrente;
-              apre(proprieta);
-          },
+          this, [this] { mostraArchivi(); },
           [this](const ado::Connection *connessione) { return chiudeFinestre(connessione); }),
       m_custodia(this, m_archivi)
 {
@@ -48,6 +42,8 @@ MDITras::MDITras()
     setCentralWidget(m_area);
     mostraMenu({});
     connect(m_area, &QMdiArea::subWindowActivated, this, &MDITras::attivata);
+    // Più tardi, quando chi ha scritto ha finito.
+    connect(&annunci(), &Annunci::avvenuto, this, &MDITras::ricordaPosto, Qt::QueuedConnection);
     resize(screen()->availableSize() * 4 / 5);
     memoria::ricordaFinestra(this, objectName());
 }
@@ -197,6 +193,8 @@ void MDITras::SubFileItem_Click(VoceFile voce)
             return m_custodia.recupera();
         case VoceFile::Riapri:
             return riapreElenchi();
+        case VoceFile::Continua:
+            return continua();
         }
     });
 }

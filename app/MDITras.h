@@ -5,6 +5,7 @@
 #include "app/menu.h"
 #include "app/schede.h"
 #include "browser/fmTabella.h"
+#include "db/lavoro/annunci.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -41,6 +42,11 @@ private:
     bool chiudeFinestre(const ado::Connection *connessione);
     void apreRecord(const fmScheda &pagina, const QString &codice);
     void nuovo();
+    void mostraArchivi();
+    void apreUltimo(const QString &percorso);
+    bool siTrova(const QString &percorso);
+    void continua();
+    void ricordaPosto(const modTarvola::Annuncio &annuncio);
     void backUp();
     void riapreElenchi();
     void SubFinestreItem_Click(VoceFinestre voce);

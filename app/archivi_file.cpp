@@ -2,10 +2,12 @@
 
 #include "app/conversione_archivio.h"
 #include "app/fmLogin.h"
+#include "app/ultimi.h"
 #include "contesto/contesto.h"
 #include "db/archivio/connessioni.h"
 #include "db/archivio/conversione.h"
 #include "db/archivio/custodia.h"
+#include "db/lavoro/operatori.h"
 #include "platform/disco/provvisorio.h"
 #include "platform/disco/shell.h"
 #include "platform/finestre/a_parte.h"
@@ -72,18 +74,25 @@ QString ArchiviFile::sceglie(const QString &titolo) const
 
 void ArchiviFile::apreCorrente(const QString &percorso)
 {
+    if (entra(percorso))
+        m_apreArchivi();
+}
+
+bool ArchiviFile::entra(const QString &percorso, const QString &operatore)
+{
     if (diFormatoAnteriore(percorso) &&
         (!libera(percorso) || !converteArchivio(m_finestra, percorso, cartellaCestino())))
-        return;
+        return false;
     try {
         ApriArchivio(percorso);
     } catch (const ado::Errore &errore) {
         messaggi::riferisceErrore(m_finestra, percorso + u'\n' + errore.testo());
-        return;
+        return false;
     }
     contesto().PercorsoCorrente = percorso;
-    fmLogin(m_finestra).exec();
-    m_apreArchivi();
+    ultimi::aggiunge(percorso);
+    fmLogin(m_finestra, NomeOperatore(connessione(), operatore)).exec();
+    return true;
 }
 
 void ArchiviFile::nuovo()

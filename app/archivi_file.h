@@ -19,6 +19,9 @@ public:
     void nuovo();
     // Apre l'archivio, lo rende corrente e ne mostra gli archivi; un guasto diventa un messaggio.
     void apreCorrente(const QString &percorso);
+    // Apre l'archivio, lo rende corrente e fa entrare chi trascrive; `operatore` è chi si aspetta.
+    // Falso se non si apre: il motivo è già detto.
+    bool entra(const QString &percorso, const QString &operatore = {});
 
     // Fa scegliere un archivio che esiste; vuoto se non se ne sceglie nessuno.
     QString sceglie(const QString &titolo) const;

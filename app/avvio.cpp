@@ -10,6 +10,27 @@
 #include <QLocale>
 #include <QTranslator>
 
+namespace
+{
+
+// Il tasto che il toolkit chiama anche in italiano "Shift" ha un nome suo.
+class NomiDeiTasti : public QTranslator
+{
+public:
+    using QTranslator::QTranslator;
+
+    bool isEmpty() const override { return false; }
+    QString translate(const char *contesto, const char *testo, const char * /*distinzione*/,
+                      int /*quanti*/) const override
+    {
+        return qstrcmp(contesto, "QShortcut") == 0 && qstrcmp(testo, "Shift") == 0
+                   ? QStringLiteral("Maiusc")
+                   : QString();
+    }
+};
+
+} // namespace
+
 // Le risorse di una libreria statica vanno chieste per nome, fuori da ogni spazio dei nomi.
 static void caricaIcone()
 {
@@ -30,6 +51,7 @@ void preparaApplicazione(QApplication &applicazione)
     if (traduzioni->load(QStringLiteral("qtbase_it"),
                          QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QApplication::installTranslator(traduzioni);
+    QApplication::installTranslator(new NomiDeiTasti(&applicazione));
     registraEditori();
     installaTastoGuida(applicazione);
 }

@@ -28,7 +28,7 @@ const QString istruzioni = QStringLiteral(
 
 } // namespace
 
-fmLogin::fmLogin(QWidget *sopra) : QDialog(sopra)
+fmLogin::fmLogin(QWidget *sopra, const QString &nome) : QDialog(sopra)
 {
     setObjectName(QStringLiteral("fmLogin"));
     setWindowTitle(QStringLiteral("Accesso"));
@@ -59,6 +59,9 @@ fmLogin::fmLogin(QWidget *sopra) : QDialog(sopra)
     cmdCancel =
         bottone(QStringLiteral("cmdCancel"), QStringLiteral("&Annulla"), [this] { reject(); });
     disponi(Label1);
+    txtUserName->setText(nome);
+    if (!nome.isEmpty())
+        txtPassword->setFocus();
 }
 
 QPushButton *fmLogin::bottone(const QString &nome, const QString &didascalia,

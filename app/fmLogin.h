@@ -16,7 +16,8 @@ class fmLogin : public QDialog
     Q_OBJECT
 
 public:
-    explicit fmLogin(QWidget *sopra);
+    // `nome` è di chi si aspetta: resta da scrivere la password.
+    explicit fmLogin(QWidget *sopra, const QString &nome = {});
 
     void reject() override;
 

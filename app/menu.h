@@ -6,7 +6,7 @@
 #include <functional>
 
 // Le voci dei menu comuni a tutte le finestre, nell'ordine in cui vi stanno.
-enum class VoceFile { Apri = 1, Nuovo, Compatta, BackUp, Recupera, Riapri };
+enum class VoceFile { Apri = 1, Nuovo, Compatta, BackUp, Recupera, Riapri, Continua };
 enum class VoceFinestre { InVerticale = 1, InOrizzontale, Cascata, Mostra };
 enum class VoceAiuto { Manuale = 1, HomePage, Scrivi };
 
@@ -20,6 +20,8 @@ public:
         std::function<void(VoceFile)> file;
         std::function<void(VoceFinestre)> finestre;
         std::function<void(VoceAiuto)> aiuto;
+        // Apre uno degli ultimi file.
+        std::function<void(const QString &percorso)> ultimo;
     };
     MenuComuni(QWidget *finestra, const Comandi &comandi);
 
@@ -28,9 +30,15 @@ public:
     QList<QMenu *> barra(const QList<QMenu *> &propri) const;
     // Accende "Riapri gli elenchi chiusi" quando ce ne sono.
     void offreRiapertura(bool si) const;
+    // Accende "Continua" se c'è da che cosa.
+    void offreContinua() const;
 
 private:
+    QAction *voce(const char *id) const;
+    void elencaUltimi() const;
+
     QMenu *FileItem;
     QMenu *FinestreItem;
     QMenu *AiutoItem;
+    std::function<void(const QString &)> m_ultimo;
 };

@@ -119,6 +119,19 @@ QList<fmScheda *> Schede::aperte() const
     return tutte;
 }
 
+bool Schede::mostraNuova(const QString &percorso, const QString &registro) const
+{
+    const QList<fmScheda *> tutte = aperte();
+    for (fmScheda *una : tutte) {
+        if (una->proprieta.VoceLocale.isEmpty() && una->proprieta.RegistroLocale == registro &&
+            stessoFile(una->proprieta.Percorso, percorso)) {
+            m_area->setActiveSubWindow(qobject_cast<QMdiSubWindow *>(una->parentWidget()));
+            return true;
+        }
+    }
+    return false;
+}
+
 bool Schede::possonoChiudersi(const ado::Connection *connessione) const
 {
     const QList<fmScheda *> tutte = aperte();

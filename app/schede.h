@@ -21,6 +21,8 @@ public:
     // chiudersi: chi ha qualcosa di scritto lo domanda. Falso se una deve restare.
     bool possonoChiudersi(const ado::Connection *connessione) const;
     QList<fmScheda *> aperte() const;
+    // Porta davanti la pagina su un atto nuovo del registro, se c'è; falso se non c'è.
+    bool mostraNuova(const QString &percorso, const QString &registro) const;
 
 private:
     void apreNuova(fmTabella &elenco);

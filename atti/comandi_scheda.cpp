@@ -1,4 +1,5 @@
 #include "atti/fmScheda.h"
+#include "atti/fmTasti.h"
 #include "atti/pagina.h"
 #include "contesto/comandi.h"
 #include "contesto/contesto.h"
@@ -44,6 +45,8 @@ std::vector<fmScheda::Voce> fmScheda::voci()
         {QStringLiteral("scheda.altraPersona"), false, [this] { aggiungePersona(); }},
         {QStringLiteral("scheda.togliPersona"), false,
          [this] { esegue([this] { togliePersona(); }); }},
+        {},
+        {QStringLiteral("scheda.tasti"), false, [this] { fmTasti(window()).exec(); }},
     };
 }
 

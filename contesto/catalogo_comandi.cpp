@@ -140,6 +140,7 @@ const std::vector<Comando> &catalogo()
     static const std::vector<Comando> tutti{
         {QStringLiteral("file.riapri"), tr("Riapri gli elenchi chiusi"), Principale,
          Qt::CTRL | Qt::SHIFT | Qt::Key_T},
+        {QStringLiteral("file.continua"), tr("&Continua"), Principale, Qt::Key_F9},
         {QStringLiteral("elenco.trascrivi"), tr("Trascrivi"), Registri, Qt::Key_F4},
         {QStringLiteral("elenco.scheda"), tr("Scheda"), Voci, Qt::Key_F4},
         {QStringLiteral("elenco.nuovaScheda"), tr("Nuova scheda"), Voci, Qt::SHIFT | Qt::Key_F4},
@@ -157,6 +158,7 @@ const std::vector<Comando> &catalogo()
         {QStringLiteral("scheda.altraPersona"), tr("Un'altra pe&rsona"), Scheda, Qt::Key_F3},
         {QStringLiteral("scheda.togliPersona"), tr("&Togli la persona"), Scheda,
          Qt::SHIFT | Qt::Key_F3},
+        {QStringLiteral("scheda.tasti"), tr("Tast&i…"), Scheda},
     };
     return tutti;
 }

@@ -7,6 +7,7 @@
 #include "app/fmLogin.h"
 #include "app/MDITras.h"
 #include "atti/fmScheda.h"
+#include "atti/fmTasti.h"
 #include "browser/fmVisualizza.h"
 #include "contesto/contesto.h"
 #include "contesto/finestre.h"
@@ -155,6 +156,9 @@ void dialoghi(QWidget *sopra)
     fmLogin accesso(sopra);
     accesso.show();
     fotografa(accesso, u"fmLogin"_s);
+    fmTasti tasti(sopra);
+    tasti.show();
+    fotografa(tasti, u"fmTasti"_s);
     ortografia();
     fotografaModale(u"avanzamento"_s);
     avanzamento::compie(

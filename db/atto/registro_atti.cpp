@@ -76,4 +76,21 @@ QString attoDi(ado::Connection &connessione, const QString &codice)
     }
 }
 
+std::optional<RegistroTrovato> registroDi(ado::Connection &connessione, const QString &codice)
+{
+    std::optional<RegistroTrovato> trovato;
+    const bool suo = codice.startsWith(u'R', Qt::CaseInsensitive);
+    const QString condizione =
+        suo ? QStringLiteral("?") : QStringLiteral("(SELECT Registro FROM Voci WHERE Codice = ?)");
+    connessione.leggi(
+        {QStringLiteral("SELECT Codice, Archivio, Tipo FROM Registri WHERE Codice = ") + condizione,
+         {suo ? codice : attoDi(connessione, codice)},
+         {}},
+        [&](const ado::Riga &riga) {
+            trovato = {riga.testo(0), riga.testo(1), riga.valore(2).toInt()};
+            return false;
+        });
+    return trovato;
+}
+
 } // namespace modTarvola

@@ -2,6 +2,8 @@
 
 #include "platform/motore/ado.h"
 
+#include <optional>
+
 // Gli atti di un registro, nell'ordine in cui furono scritti.
 namespace modTarvola
 {
@@ -16,6 +18,13 @@ QString attoAccanto(ado::Connection &connessione, const QString &registro, const
 ado::Comando attiDiTipo(int tipo);
 // Il titolo del registro; vuoto se non ne ha.
 QString titoloDiRegistro(ado::Connection &connessione, const QString &registro);
+struct RegistroTrovato {
+    QString codice;
+    QString archivio;
+    int tipo = 0;
+};
+// Il registro del codice dato, o quello in cui sta l'atto del record; niente se non c'è.
+std::optional<RegistroTrovato> registroDi(ado::Connection &connessione, const QString &codice);
 // L'atto cui il record appartiene: una voce, o ciò che a una voce porta salendo di proprietario in
 // proprietario. Vuoto se non appartiene a nessuno.
 QString attoDi(ado::Connection &connessione, const QString &codice);

@@ -26,6 +26,13 @@ QString OperatoreCon(ado::Connection &connessione, const QString &nome, const QS
     return trovato;
 }
 
+QString NomeOperatore(ado::Connection &connessione, const QString &operatore)
+{
+    return connessione
+        .valore({QStringLiteral("SELECT Nome FROM Operatori WHERE Codice = ?"), {operatore}, {}})
+        .toString();
+}
+
 int CollegamentiDi(ado::Connection &connessione, const QString &operatore)
 {
     return connessione

@@ -12,6 +12,9 @@ namespace modTarvola
 QString OperatoreCon(ado::Connection &connessione, const QString &nome, const QString &password,
                      const QString &tranne = {});
 
+// Il nome con cui l'operatore entra; vuoto se non c'è più.
+QString NomeOperatore(ado::Connection &connessione, const QString &operatore);
+
 // Quanti record sono legati all'operatore.
 int CollegamentiDi(ado::Connection &connessione, const QString &operatore);
 // Toglie il legame del record con l'operatore; il record e l'operatore restano.
