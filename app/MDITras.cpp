@@ -38,9 +38,13 @@ MDITras::MDITras()
               proprieta.Percorso = contesto().PercorsoCorrente;
               proprieta.ConOperatore = contesto().OperatoreCorrente;
               apre(proprieta);
+              m_riprese.offre(proprieta.Percorso);
           },
           [this](const ado::Connection *connessione) { return chiudeFinestre(connessione); }),
-      m_custodia(this, m_archivi)
+      m_custodia(this, m_archivi),
+      m_riprese(this, [this](const bozze::Finestra &bozza) {
+          m_schede.riprende(bozza, contesto().PercorsoCorrente, contesto().OperatoreCorrente);
+      })
 {
     avviaContesto();
     setObjectName(QStringLiteral("MDITras"));
@@ -197,6 +201,8 @@ void MDITras::SubFileItem_Click(VoceFile voce)
             return m_custodia.recupera();
         case VoceFile::Riapri:
             return riapreElenchi();
+        case VoceFile::Bozze:
+            return m_riprese.mostraUltime();
         }
     });
 }

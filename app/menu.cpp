@@ -41,7 +41,8 @@ MenuComuni::MenuComuni(QWidget *finestra, const Comandi &comandi)
                                {VoceFile::Compatta, QStringLiteral("Compatta e ripristina")},
                                {VoceFile::BackUp, QStringLiteral("Back up"), Qt::CTRL | Qt::Key_B},
                                {VoceFile::Recupera, QStringLiteral("Recupera")},
-                               {VoceFile::Riapri, {}, {}, QStringLiteral("file.riapri")}},
+                               {VoceFile::Riapri, {}, {}, QStringLiteral("file.riapri")},
+                               {VoceFile::Bozze, {}, {}, QStringLiteral("file.bozze")}},
                               comandi.file)),
       FinestreItem(menu<VoceFinestre>(
           finestra, QStringLiteral("&Finestre"),
@@ -56,13 +57,14 @@ MenuComuni::MenuComuni(QWidget *finestra, const Comandi &comandi)
                                  {VoceAiuto::Scrivi, QStringLiteral("Scrivi a Tarvola")}},
                                 comandi.aiuto))
 {
-    FileItem->insertSeparator(FileItem->actions().constLast());
+    m_riapri = FileItem->actions().at(int(VoceFile::Riapri) - 1);
+    FileItem->insertSeparator(m_riapri);
     offreRiapertura(false);
 }
 
 void MenuComuni::offreRiapertura(bool si) const
 {
-    FileItem->actions().constLast()->setEnabled(si);
+    m_riapri->setEnabled(si);
 }
 
 QList<QMenu *> MenuComuni::barra(const QList<QMenu *> &propri) const

@@ -6,7 +6,7 @@
 #include <functional>
 
 // Le voci dei menu comuni a tutte le finestre, nell'ordine in cui vi stanno.
-enum class VoceFile { Apri = 1, Nuovo, Compatta, BackUp, Recupera, Riapri };
+enum class VoceFile { Apri = 1, Nuovo, Compatta, BackUp, Recupera, Riapri, Bozze };
 enum class VoceFinestre { InVerticale = 1, InOrizzontale, Cascata, Mostra };
 enum class VoceAiuto { Manuale = 1, HomePage, Scrivi };
 
@@ -33,4 +33,5 @@ private:
     QMenu *FileItem;
     QMenu *FinestreItem;
     QMenu *AiutoItem;
+    QAction *m_riapri;
 };

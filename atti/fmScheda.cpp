@@ -3,6 +3,7 @@
 #include "atti/completamento.h"
 #include "atti/pagina.h"
 #include "atti/proposte.h"
+#include "contesto/bozze.h"
 #include "contesto/contesto.h"
 #include "db/archivio/connessioni.h"
 #include "db/atto/registro_atti.h"
@@ -79,6 +80,7 @@ void fmScheda::Form_Load()
     creaCompletamento();
     setFocusProxy(m_pagina);
     mostra(*letto);
+    abbozza();
 }
 
 // Propone nelle caselle ciò che gli ultimi atti del registro hanno già scritto.
@@ -107,6 +109,7 @@ void fmScheda::creaCompletamento()
 void fmScheda::mostra(const Atto &atto)
 {
     m_prima = atto;
+    m_ripresa = false;
     m_altrove = Altrove::Niente;
     proprieta.VoceLocale = atto.codice;
     const QString prima = attoAccanto(*m_connessione, proprieta.RegistroLocale, atto.codice, false);

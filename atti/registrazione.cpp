@@ -1,5 +1,6 @@
 #include "atti/fmScheda.h"
 #include "atti/pagina.h"
+#include "contesto/bozze.h"
 #include "contesto/contesto.h"
 #include "db/archivio/connessioni.h"
 #include "db/atto/registro_atti.h"
@@ -105,6 +106,7 @@ bool fmScheda::registra()
     if (m_prima.codice.isEmpty())
         m_vocabolario.impara(pronto.atto);
     m_prima = pronto.atto;
+    m_ripresa = false;
     proprieta.VoceLocale = m_prima.codice;
     contesto().VoceCorrente = m_prima.codice;
     return true;
@@ -180,6 +182,8 @@ bool fmScheda::puoChiudersi()
     case messaggi::Salva:
         return salva();
     case messaggi::Abbandona:
+        if (m_sorgente != nullptr)
+            m_sorgente->abbandonata();
         return true;
     default:
         return false;
