@@ -101,10 +101,10 @@ public:
             return;
         suo.scritto = suo.ora;
         const int mio = ++*suo.numero;
-        m_fila.start([volta = suo.ora, mio, ultimo = suo.numero] {
+        m_fila.start([dove = cartella(), volta = suo.ora, mio, ultimo = suo.numero] {
             // Una più nuova aspetta già dietro questa.
             if (*ultimo == mio)
-                bozze::scrive(volta);
+                bozze::scrive(dove, volta);
         });
     }
 

@@ -30,12 +30,12 @@ QString &scelta()
 }
 
 // Lo stesso archivio, comunque lo si nomini, ha lo stesso cassetto.
-QString percorsoDi(const QString &archivio)
+QString percorsoDi(const QString &cartella, const QString &archivio)
 {
     const QFileInfo file(archivio);
     const QString vero =
         file.canonicalFilePath().isEmpty() ? file.absoluteFilePath() : file.canonicalFilePath();
-    return cartella() + u'/' +
+    return cartella + u'/' +
            QString::fromLatin1(
                QCryptographicHash::hash(vero.toUtf8(), QCryptographicHash::Sha256).toHex()) +
            QStringLiteral(".json");
@@ -95,7 +95,7 @@ Cassetto legge(const QString &archivio, QString *guasto)
     Cassetto cassetto{archivio, {}, {}};
     if (cartella().isEmpty())
         return cassetto;
-    QFile file(percorsoDi(archivio));
+    QFile file(percorsoDi(cartella(), archivio));
     if (!file.open(QIODevice::ReadOnly))
         return cassetto;
     const QJsonObject tutto = QJsonDocument::fromJson(file.readAll()).object();
@@ -112,12 +112,12 @@ Cassetto legge(const QString &archivio, QString *guasto)
     return cassetto;
 }
 
-bool scrive(const Cassetto &cassetto)
+bool scrive(const QString &cartella, const Cassetto &cassetto)
 {
-    const QString percorso = percorsoDi(cassetto.archivio);
+    const QString percorso = percorsoDi(cartella, cassetto.archivio);
     if (cassetto.vuoto())
         return !QFile::exists(percorso) || QFile::remove(percorso);
-    if (!QDir().mkpath(cartella()) || !QFile::setPermissions(cartella(), soloSuo | QFile::ExeOwner))
+    if (!QDir().mkpath(cartella) || !QFile::setPermissions(cartella, soloSuo | QFile::ExeOwner))
         return false;
     QSaveFile file(percorso);
     if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(soloSuo))

@@ -32,8 +32,9 @@ QString cartellaDellUtente();
 // Il cassetto di un archivio; vuoto se non ne ha. Un file che non si capisce è messo da parte con
 // un altro nome, e `guasto` ne riceve il percorso.
 Cassetto legge(const QString &archivio, QString *guasto = nullptr);
-// Scrive il cassetto al posto di quello che c'era, in un passo solo: chi è interrotto lascia
-// l'uno o l'altro. Uno vuoto toglie il file. Si può chiamare da ogni filo. Falso se non ci riesce.
-bool scrive(const Cassetto &cassetto);
+// Scrive il cassetto nella cartella data al posto di quello che c'era, in un passo solo: chi è
+// interrotto lascia l'uno o l'altro. Uno vuoto toglie il file. Si può chiamare da ogni filo. Falso
+// se non ci riesce.
+bool scrive(const QString &cartella, const Cassetto &cassetto);
 
 } // namespace bozze

@@ -1,4 +1,6 @@
 #include "app/riprese.h"
+#include "atti/fmScheda.h"
+#include "atti/pagina.h"
 #include "contesto/bozze.h"
 #include "db/schema/generi.h"
 #include "editors/editori.h"
@@ -120,6 +122,41 @@ private slots:
         Riprese(nullptr, {}).offre(archivio->percorso());
         QVERIFY(persona->finita());
         QCOMPARE(tornate, (QStringList{u"Così sta scritto"_s, u"Sant'Anna"_s, u"Nicolò"_s}));
+    }
+
+    // La scheda di un atto, con una riga in più e una data che non si può leggere.
+    void tornaLaScheda()
+    {
+        const auto apre = [&] {
+            ProprietaScheda sue;
+            sue.Percorso = archivio->percorso();
+            sue.VoceLocale = u"V1"_s;
+            auto scheda = std::make_unique<fmScheda>(sue, nullptr);
+            scheda->Form_Load();
+            return scheda;
+        };
+        const QList<std::pair<scheda::Indirizzo, QString>> scritte{
+            {{u"voce"_s, 0, 0, u"Data"_s}, u"30 2"_s},
+            {{u"battezzato"_s, 0, 0, u"Cognome"_s}, u"D'Àro"_s},
+            {{u"padrini"_s, 0, 0, u"Nome"_s}, u"Pietro"_s}};
+        bozze::Finestra sua;
+        {
+            const auto scheda = apre();
+            for (const auto &[dove, testo] : scritte) {
+                QVERIFY2(scheda->pagina()->campo(dove) != nullptr, qUtf8Printable(dove.posto));
+                auto *casella = scheda->pagina()->campo(dove)->fuoco();
+                qobject_cast<QLineEdit *>(casella)->clear();
+                batte(casella, testo);
+            }
+            QCOMPARE(nelCassetto().size(), 1);
+            sua = bozze::legge(archivio->percorso()).aperte.constFirst().finestre.constFirst();
+        }
+        const auto scheda = apre();
+        QVERIFY(!scheda->daRegistrare());
+        scheda->riprende(sua);
+        for (const auto &[dove, testo] : scritte)
+            QCOMPARE(scheda->pagina()->campo(dove)->testo(), testo);
+        QVERIFY(scheda->daRegistrare());
     }
 
     // Chi chiude dalla cornice, o senza "&Salva", ritrova ciò che aveva scritto.
