@@ -2,6 +2,7 @@
 #include "app/MDITras.h"
 #include "app/richieste.h"
 #include "contesto/comandi.h"
+#include "contesto/cassetto.h"
 #include "platform/finestre/memoria_finestre.h"
 
 #include <QApplication>
@@ -19,6 +20,7 @@ int main(int argc, char **argv)
         return 0;
     memoria::usaFile(memoria::fileDellUtente());
     comandi::riprende();
+    bozze::usaCartella(bozze::cartellaDellUtente());
     MDITras finestra;
     Richieste richieste(&finestra,
                         [&finestra](const QString &percorso) { finestra.apreArchivio(percorso); });

@@ -32,9 +32,16 @@ MDITras::MDITras()
                     [this](VoceAiuto voce) { SubAiutoItem_Click(voce); },
                     [this](const QString &percorso) { apreUltimo(percorso); }}),
       m_archivi(
-          this, [this] { mostraArchivi(); },
+          this,
+          [this] {
+              mostraArchivi();
+              m_riprese.offre(contesto().PercorsoCorrente);
+          },
           [this](const ado::Connection *connessione) { return chiudeFinestre(connessione); }),
-      m_custodia(this, m_archivi)
+      m_custodia(this, m_archivi),
+      m_riprese(this, [this](const bozze::Finestra &bozza) {
+          m_schede.riprende(bozza, contesto().PercorsoCorrente, contesto().OperatoreCorrente);
+      })
 {
     avviaContesto();
     setObjectName(QStringLiteral("MDITras"));
@@ -195,6 +202,8 @@ void MDITras::SubFileItem_Click(VoceFile voce)
             return riapreElenchi();
         case VoceFile::Continua:
             return continua();
+        case VoceFile::Bozze:
+            return m_riprese.mostraUltime();
         }
     });
 }

@@ -3,6 +3,7 @@
 #include "app/archivi_file.h"
 #include "app/custodia.h"
 #include "app/menu.h"
+#include "app/riprese.h"
 #include "app/schede.h"
 #include "browser/fmTabella.h"
 #include "db/lavoro/annunci.h"
@@ -70,4 +71,5 @@ private:
     bool m_chiusiDiPrima = false;
     ArchiviFile m_archivi;
     Custodia m_custodia;
+    Riprese m_riprese;
 };

@@ -48,6 +48,7 @@ MenuComuni::MenuComuni(QWidget *finestra, const Comandi &comandi)
                                {VoceFile::BackUp, QStringLiteral("Back up"), Qt::CTRL | Qt::Key_B},
                                {VoceFile::Recupera, QStringLiteral("Recupera")},
                                {VoceFile::Riapri, {}, {}, QString::fromUtf8(riapri)},
+                               {VoceFile::Bozze, {}, {}, QStringLiteral("file.bozze")},
                                {VoceFile::Continua, {}, {}, QString::fromUtf8(continua)}},
                               comandi.file)),
       FinestreItem(menu<VoceFinestre>(

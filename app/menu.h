@@ -6,7 +6,7 @@
 #include <functional>
 
 // Le voci dei menu comuni a tutte le finestre, nell'ordine in cui vi stanno.
-enum class VoceFile { Apri = 1, Nuovo, Compatta, BackUp, Recupera, Riapri, Continua };
+enum class VoceFile { Apri = 1, Nuovo, Compatta, BackUp, Recupera, Riapri, Bozze, Continua };
 enum class VoceFinestre { InVerticale = 1, InOrizzontale, Cascata, Mostra };
 enum class VoceAiuto { Manuale = 1, HomePage, Scrivi };
 

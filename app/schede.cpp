@@ -1,8 +1,10 @@
 #include "app/schede.h"
 
 #include "browser/fmTabella.h"
+#include "contesto/bozza.h"
 #include "db/archivio/connessioni.h"
 #include "db/atto/registro_atti.h"
+#include "db/lavoro/codici.h"
 #include "platform/finestre/messaggi.h"
 
 #include <QMdiSubWindow>
@@ -86,6 +88,28 @@ void Schede::apreDa(fmTabella &elenco, const QString &registro, const QString &v
 
 void Schede::apre(const ProprietaScheda &proprieta)
 {
+    pagina(proprieta);
+}
+
+void Schede::riprende(const bozze::Finestra &bozza, const QString &archivio,
+                      const QString &operatore)
+{
+    ProprietaScheda sua;
+    sua.Percorso = archivio;
+    sua.ConOperatore = operatore;
+    sua.RegistroLocale = bozza.come.value(QStringLiteral("registro")).toString();
+    sua.VoceLocale = bozza.come.value(QStringLiteral("voce")).toString();
+    if (!sua.VoceLocale.isEmpty() && !esiste(connessione(), sua.VoceLocale)) {
+        messaggi::avvisa(m_area->window(),
+                         QObject::tr("L'atto di questa bozza non c'è più: ciò che vi era scritto è "
+                                     "in una scheda nuova"));
+        sua.VoceLocale.clear();
+    }
+    pagina(sua)->riprende(bozza);
+}
+
+fmScheda *Schede::pagina(const ProprietaScheda &proprieta)
+{
     const QList<fmScheda *> tutte = aperte();
     const auto gia = std::find_if(tutte.begin(), tutte.end(), [&](const fmScheda *una) {
         return !proprieta.VoceLocale.isEmpty() &&
@@ -94,7 +118,7 @@ void Schede::apre(const ProprietaScheda &proprieta)
     });
     if (gia != tutte.end()) {
         m_area->setActiveSubWindow(qobject_cast<QMdiSubWindow *>((*gia)->parentWidget()));
-        return;
+        return *gia;
     }
     auto scheda = std::make_unique<fmScheda>(proprieta, m_area->window());
     scheda->apreRecord = [this, pagina = scheda.get()](const QString &codice) {
@@ -105,7 +129,9 @@ void Schede::apre(const ProprietaScheda &proprieta)
     finestra->setAttribute(Qt::WA_DeleteOnClose);
     finestra->setWindowIcon(finestra->widget()->windowIcon());
     m_colloca(finestra);
-    qobject_cast<fmScheda *>(finestra->widget())->comincia();
+    auto *nuova = qobject_cast<fmScheda *>(finestra->widget());
+    nuova->comincia();
+    return nuova;
 }
 
 QList<fmScheda *> Schede::aperte() const

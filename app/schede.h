@@ -17,6 +17,9 @@ public:
     std::vector<ComandoElenco> comandi(const GenereElenco &genere);
     // Apre la pagina di un atto, o mostra quella che c'è già. Lancia ado::Errore se non si può.
     void apre(const ProprietaScheda &proprieta);
+    // Riapre la pagina di una bozza, con ciò che vi era scritto; di un atto che non c'è più, come
+    // uno nuovo del suo registro.
+    void riprende(const bozze::Finestra &bozza, const QString &archivio, const QString &operatore);
     // Chiede alle pagine che lavorano sulla connessione, o a tutte se è nulla, se possono
     // chiudersi: chi ha qualcosa di scritto lo domanda. Falso se una deve restare.
     bool possonoChiudersi(const ado::Connection *connessione) const;
@@ -26,6 +29,7 @@ public:
 
 private:
     void apreNuova(fmTabella &elenco);
+    fmScheda *pagina(const ProprietaScheda &proprieta);
     void apreDa(fmTabella &elenco, const QString &registro, const QString &voce);
 
     QMdiArea *m_area;

@@ -36,6 +36,8 @@ public:
     // Mette un valore come se lo avesse scritto chi trascrive.
     void scrive(const QVariant &valore);
 
+    // Ciò che nel record c'era quando la casella fu mostrata.
+    const QVariant &nelRecord() const { return m_nelRecord; }
     bool proposto() const { return m_stato == Proposto; }
     bool scritto() const { return m_stato == Scritto; }
     bool vuoto() const { return m_casella->vuota(); }

@@ -103,6 +103,8 @@ void fmScheda::aggiornaTesta()
     titolo += proprieta.VoceLocale.isEmpty() ? tr(" · nuovo atto") : tr(" · atto");
     if (!numero.isEmpty())
         titolo += u' ' + numero;
+    if (m_ripresa)
+        titolo += tr(" · bozza");
     if (m_altrove == Altrove::Cambiato)
         titolo += tr(" · cambiato da un'altra parte");
     else if (m_altrove == Altrove::Eliminato)

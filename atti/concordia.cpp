@@ -1,6 +1,6 @@
-#include "atti/discordia.h"
 #include "atti/fmScheda.h"
 #include "atti/pagina.h"
+#include "platform/finestre/discordia.h"
 
 #include <algorithm>
 
@@ -33,6 +33,20 @@ QVariant valoreDi(const SchedaAtto &atto, const Campo &campo, bool elenco, int c
         return {};
     return campo.dove.campo == QStringLiteral("Ruolo") ? QVariant(persona->ruolo)
                                                        : persona->campi.value(campo.dove.campo);
+}
+
+// Tenere è scrivere ciò che c'è nella pagina; di un atto che non c'è più, scriverlo da capo.
+discordia::Parole parole(bool esiste)
+{
+    return {QObject::tr("L'atto è cambiato"),
+            esiste ? QObject::tr("Mentre la pagina era aperta quest'atto è stato cambiato da "
+                                 "un'altra parte. Nulla è stato scritto.")
+                   : QObject::tr("Mentre la pagina era aperta quest'atto è stato eliminato da "
+                                 "un'altra parte. Nulla è stato scritto."),
+            QObject::tr("Nella pagina"),
+            esiste ? QObject::tr("&Tieni ciò che è nella pagina")
+                   : QObject::tr("&Scrivilo da capo"),
+            esiste ? QObject::tr("&Prendi ciò che è nel file") : QObject::tr("&Lascialo perdere")};
 }
 
 } // namespace
@@ -94,7 +108,7 @@ bool fmScheda::concorda(const std::optional<Atto> &nelFile)
 {
     const SchedaAtto era(*m_scheda, m_prima);
     const SchedaAtto ora(*m_scheda, nelFile.value_or(Atto{}));
-    switch (discordia::chiede(this, m_pagina->differenze(ora), nelFile.has_value())) {
+    switch (discordia::chiede(this, parole(nelFile.has_value()), m_pagina->differenze(ora))) {
     case discordia::Tiene:
         if (!nelFile) {
             ricomincia();

@@ -4,6 +4,7 @@
 #include "atti/formule_scheda.h"
 #include "atti/pagina.h"
 #include "atti/proposte.h"
+#include "contesto/bozze.h"
 #include "contesto/contesto.h"
 #include "db/archivio/connessioni.h"
 #include "db/atto/registro_atti.h"
@@ -82,6 +83,7 @@ void fmScheda::Form_Load()
     creaFormule();
     setFocusProxy(m_pagina);
     mostra(*letto);
+    abbozza();
 }
 
 // Propone nelle caselle ciò che gli ultimi atti del registro hanno già scritto.
@@ -120,6 +122,7 @@ void fmScheda::creaFormule()
 void fmScheda::mostra(const Atto &atto)
 {
     m_prima = atto;
+    m_ripresa = false;
     m_altrove = Altrove::Niente;
     proprieta.VoceLocale = atto.codice;
     const QString prima = attoAccanto(*m_connessione, proprieta.RegistroLocale, atto.codice, false);

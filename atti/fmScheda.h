@@ -20,6 +20,11 @@ namespace modTarvola
 {
 struct Annuncio;
 }
+namespace bozze
+{
+class Sorgente;
+struct Finestra;
+} // namespace bozze
 
 // Le proprietà che chi apre una pagina le dà prima di mostrarla.
 struct ProprietaScheda {
@@ -61,6 +66,9 @@ public:
     void salvaENuovo();
     void nuovo();
     void vicino(bool segue);
+    // Rimette ciò che una bozza dice che vi era scritto; se nel file l'atto intanto è cambiato fa
+    // scegliere.
+    void riprende(const bozze::Finestra &mia);
     // Porta la tastiera nella prima casella da scrivere.
     void comincia();
     Pagina *pagina() const { return m_pagina; }
@@ -97,6 +105,9 @@ private:
     void aggiornaTesta();
     void aggiornaAltro();
     void creaAltro();
+    void abbozza();
+    bozze::Finestra bozza() const;
+    QString testoNelFile(const QString &posto) const;
     void creaCompletamento();
     void creaFormule();
     void esegue(const std::function<void()> &comando);
@@ -115,6 +126,8 @@ private:
     QWidget *m_piede = nullptr;
     QListWidget *m_altro = nullptr;
     QMenu *m_menu = nullptr;
+    bozze::Sorgente *m_sorgente = nullptr; // nulla se si può solo guardare
+    bool m_ripresa = false;                // ciò che vi è scritto viene da una bozza
     // Che cosa è accaduto all'atto da un'altra parte, mentre nella pagina si scriveva.
     enum class Altrove { Niente, Cambiato, Eliminato };
     Altrove m_altrove = Altrove::Niente;

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "atti/discordia.h"
 #include "atti/riga_pagina.h"
 #include "atti/testo_pagina.h"
 #include "db/atto/scheda_atto.h"
+#include "platform/finestre/discordia.h"
 
 #include <QScrollArea>
 

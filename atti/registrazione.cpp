@@ -1,6 +1,7 @@
 #include "atti/fmScheda.h"
 #include "atti/formule_scheda.h"
 #include "atti/pagina.h"
+#include "contesto/bozze.h"
 #include "contesto/contesto.h"
 #include "db/archivio/connessioni.h"
 #include "db/atto/registro_atti.h"
@@ -108,6 +109,7 @@ bool fmScheda::registra()
     if (m_formule != nullptr)
         m_formule->impara(SchedaAtto(*m_scheda, pronto.atto));
     m_prima = pronto.atto;
+    m_ripresa = false;
     proprieta.VoceLocale = m_prima.codice;
     contesto().VoceCorrente = m_prima.codice;
     return true;
@@ -183,6 +185,8 @@ bool fmScheda::puoChiudersi()
     case messaggi::Salva:
         return salva();
     case messaggi::Abbandona:
+        if (m_sorgente != nullptr)
+            m_sorgente->abbandonata();
         return true;
     default:
         return false;

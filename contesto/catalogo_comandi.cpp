@@ -140,6 +140,7 @@ const std::vector<Comando> &catalogo()
     static const std::vector<Comando> tutti{
         {QStringLiteral("file.riapri"), tr("Riapri gli elenchi chiusi"), Principale,
          Qt::CTRL | Qt::SHIFT | Qt::Key_T},
+        {QStringLiteral("file.bozze"), tr("Ultime bozze…"), Principale},
         {QStringLiteral("file.continua"), tr("&Continua"), Principale, Qt::Key_F9},
         {QStringLiteral("elenco.trascrivi"), tr("Trascrivi"), Registri, Qt::Key_F4},
         {QStringLiteral("elenco.scheda"), tr("Scheda"), Voci, Qt::Key_F4},

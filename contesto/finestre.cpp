@@ -49,6 +49,51 @@ public:
 
 } // namespace
 
+namespace
+{
+
+constexpr std::pair<const char *, QString ProprietaFinestra::*> testi[] = {
+    {"archivio", &ProprietaFinestra::ArchivioLocale},
+    {"registro", &ProprietaFinestra::RegistroLocale},
+    {"voce", &ProprietaFinestra::VoceLocale},
+    {"individuo", &ProprietaFinestra::IndividuoLocale},
+    {"famiglia", &ProprietaFinestra::FamigliaLocale},
+    {"evento", &ProprietaFinestra::EventoLocale},
+    {"operatore", &ProprietaFinestra::OperatoreLocale},
+    {"luogo", &ProprietaFinestra::LuogoLocale},
+    {"recapito", &ProprietaFinestra::RecapitoLocale},
+};
+constexpr std::pair<const char *, int ProprietaFinestra::*> numeri[] = {
+    {"blocco", &ProprietaFinestra::TipoLock},
+    {"tipoVoce", &ProprietaFinestra::VoceLocaleTipo},
+    {"tipoFamiglia", &ProprietaFinestra::TipoFamigliaLocale},
+    {"tipoEvento", &ProprietaFinestra::EventoLocaleTipo},
+    {"tipoOperatore", &ProprietaFinestra::TipoOperatore},
+};
+
+} // namespace
+
+QJsonObject FinestraEditor::come() const
+{
+    QJsonObject tutto{{QStringLiteral("etichetta"), Label2.Caption},
+                      {QStringLiteral("genere"), Label2.Tag}};
+    for (const auto &[nome, campo] : testi)
+        tutto.insert(QLatin1String(nome), proprieta.*campo);
+    for (const auto &[nome, campo] : numeri)
+        tutto.insert(QLatin1String(nome), proprieta.*campo);
+    return tutto;
+}
+
+void FinestraEditor::riprende(const QJsonObject &come)
+{
+    Label2 = {come.value(QStringLiteral("etichetta")).toString(),
+              come.value(QStringLiteral("genere")).toInt()};
+    for (const auto &[nome, campo] : testi)
+        proprieta.*campo = come.value(QLatin1String(nome)).toString();
+    for (const auto &[nome, campo] : numeri)
+        proprieta.*campo = come.value(QLatin1String(nome)).toInt();
+}
+
 FinestraEditor::FinestraEditor(const QString &nome, QWidget *sopra) : QDialog(sopra)
 {
     setObjectName(nome);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QJsonObject>
 #include <QString>
 
 #include <functional>
@@ -46,6 +47,10 @@ public:
 
     ProprietaFinestra proprieta;
     Etichetta Label2;
+
+    // Ciò che serve a riaprirla com'è, salvo il file e l'operatore, che sono di chi la riapre.
+    QJsonObject come() const;
+    void riprende(const QJsonObject &come);
 
     // Costruisce la finestra dalle proprietà; lancia ado::Errore se il record non si può leggere.
     virtual void Form_Load() = 0;

@@ -30,6 +30,13 @@ void Casella::mostra(const QVariant &valore)
 {
     m_mostrato = valore;
     presenta();
+    m_scrittaPrima = scritta();
+}
+
+void Casella::rimette(const QString &testo)
+{
+    mette(testo);
+    emit cambiata();
 }
 
 void Casella::riprende()

@@ -42,6 +42,13 @@ public:
     void mostra(const QVariant &valore);
     // L'ultimo valore mostrato.
     const QVariant &mostrato() const { return m_mostrato; }
+    // Ciò che vi sta, come testo: `rimette` lo rimette tale e quale, anche se è da rifiutare. Vuoto
+    // per ciò che non deve uscire dalla finestra.
+    virtual QString scritta() const = 0;
+    // Ciò che vi stava quando fu mostrata.
+    const QString &scrittaPrima() const { return m_scrittaPrima; }
+    // Vi mette un testo come se lo avesse scritto chi usa la casella.
+    void rimette(const QString &testo);
     // Il valore da registrare: quello mostrato, tale e quale, se nessuno ha toccato la casella; non
     // valido (Null) se è vuota, o se contiene ciò che `rifiuto` rifiuta.
     virtual QVariant valore() const = 0;
@@ -78,6 +85,8 @@ signals:
 protected:
     // Fa vedere mostrato().
     virtual void presenta() = 0;
+    // Fa vedere ciò che `scritta` ha reso.
+    virtual void mette(const QString &testo) = 0;
     // Si accorge di quando il fuoco lascia la parte.
     void sorveglia();
     // Il fuoco se ne va: ciò che la casella vuol fare prima che lo sappiano gli altri.
@@ -87,6 +96,7 @@ protected:
 private:
     DescrizioneCampo m_descrizione;
     QVariant m_mostrato;
+    QString m_scrittaPrima;
 };
 
 // La casella che il formato vuole.

@@ -22,6 +22,11 @@ void CasellaGenere::presenta()
     m_elenco->setCurrentIndex(mostrato().isValid() ? m_elenco->findData(mostrato().toInt()) : -1);
 }
 
+void CasellaGenere::mette(const QString &testo)
+{
+    m_elenco->setCurrentIndex(testo.isEmpty() ? -1 : m_elenco->findData(testo.toInt()));
+}
+
 QVariant CasellaGenere::valore() const
 {
     return vuota() || m_elenco->currentData() == mostrato() ? mostrato() : m_elenco->currentData();

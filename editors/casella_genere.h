@@ -16,6 +16,7 @@ public:
     // Offre una voce in fondo all'elenco. Si offrono tutte prima di mostrare un valore.
     void offre(const QIcon &icona, const QString &etichetta, int codice);
 
+    QString scritta() const override { return valore().toString(); }
     QVariant valore() const override;
     // Vero se nessuna voce è scelta, anche se il valore mostrato è uno che l'elenco non ha.
     bool vuota() const override;
@@ -25,6 +26,7 @@ public:
 
 protected:
     void presenta() override;
+    void mette(const QString &testo) override;
 
 private:
     QComboBox *m_elenco;

@@ -21,7 +21,11 @@ CasellaScelta::CasellaScelta(const DescrizioneCampo &descrizione, QWidget *sopra
 
 void CasellaScelta::presenta()
 {
-    const QString lettera = mostrato().toString();
+    mette(mostrato().toString());
+}
+
+void CasellaScelta::mette(const QString &lettera)
+{
     const auto sua = std::find_if(m_bottoni.begin() + 1, m_bottoni.end(),
                                   [&](const auto *uno) { return uno->text() == lettera; });
     (sua == m_bottoni.end() ? m_bottoni.front() : *sua)->setChecked(true);

@@ -16,6 +16,7 @@ public:
     CasellaScelta(const DescrizioneCampo &descrizione, QWidget *sopra);
 
     // La lettera scelta; non valida se "?", anche al posto di un valore che non si offre.
+    QString scritta() const override { return valore().toString(); }
     QVariant valore() const override;
     bool vuota() const override { return !valore().isValid(); }
     void setSolaLettura(bool sola) override;
@@ -26,6 +27,7 @@ public:
 
 protected:
     void presenta() override;
+    void mette(const QString &testo) override;
 
 private:
     QGroupBox *m_riquadro;

@@ -26,6 +26,7 @@ public:
 
     QString testo() const;
 
+    QString scritta() const override { return testo(); }
     QVariant valore() const override;
     QString rifiuto() const override;
     bool vuota() const override;
@@ -44,6 +45,7 @@ protected:
     virtual QString motivo() const { return {}; }
 
     void presenta() override;
+    void mette(const QString &testo) override { riscrive(testo); }
     // Cambia il testo come se lo avesse scritto il programma, non chi usa la casella.
     void riscrive(const QString &testo);
     // Ciò che serve a leggere è cambiato: si rilegga.
@@ -67,6 +69,9 @@ class CasellaPassword : public CasellaTesto
 public:
     CasellaPassword(const DescrizioneCampo &descrizione, QWidget *sopra);
 
+    QString scritta() const override { return {}; }
+
 protected:
+    void mette(const QString & /*testo*/) override {}
     std::optional<QVariant> legge(const QString &testo) const override { return testo; }
 };

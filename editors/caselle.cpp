@@ -66,6 +66,34 @@ void Caselle::scrivi(ado::Recordset &record) const
     }
 }
 
+QList<bozze::Scritta> Caselle::scritte() const
+{
+    QList<bozze::Scritta> tutte;
+    for (size_t i = 0; i < m_caselle.size(); ++i) {
+        const Casella *una = m_caselle[i];
+        if (!m_descrizioni[i].campo.isEmpty() && una->scritta() != una->scrittaPrima())
+            tutte.append({m_descrizioni[i].campo, una->descrizione().etichetta, una->scritta(),
+                          una->scrittaPrima()});
+    }
+    return tutte;
+}
+
+QList<discordia::Casella> Caselle::riprende(const QList<bozze::Scritta> &scritte)
+{
+    QList<discordia::Casella> cambiate;
+    for (const bozze::Scritta &una : scritte) {
+        const auto posto = std::find_if(m_descrizioni.begin(), m_descrizioni.end(),
+                                        [&una](const auto &d) { return d.campo == una.nome; });
+        if (posto == m_descrizioni.end())
+            continue;
+        Casella *sua = m_caselle.at(static_cast<size_t>(posto - m_descrizioni.begin()));
+        if (sua->scrittaPrima() != una.prima && sua->scrittaPrima() != una.testo)
+            cambiate.append({una.etichetta, una.testo, sua->scrittaPrima()});
+        sua->rimette(una.testo);
+    }
+    return cambiate;
+}
+
 CasellaTesto *Caselle::operator[](int indice) const
 {
     const auto nome = QStringLiteral("Text1_%1").arg(indice);

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "contesto/bozza.h"
 #include "editors/casella_testo.h"
+#include "platform/finestre/discordia.h"
 #include "platform/motore/recordset.h"
 
 #include <vector>
@@ -42,6 +44,10 @@ public:
     // La casella del campo, di qualunque formato.
     Casella *operator[](QStringView campo) const;
     const std::vector<Casella *> &tutte() const { return m_caselle; }
+    // Ciò che è stato scritto e non è ancora nel record.
+    QList<bozze::Scritta> scritte() const;
+    // Rimette ciò che era scritto; rende le caselle in cui il record, intanto, è cambiato.
+    QList<discordia::Casella> riprende(const QList<bozze::Scritta> &scritte);
     // Vero se tutte le caselle di testo date contengono solo spazi.
     bool vuote(const std::vector<int> &indici) const;
     void setReadOnly(bool sola);

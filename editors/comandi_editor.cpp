@@ -1,3 +1,4 @@
+#include "contesto/bozze.h"
 #include "contesto/contesto.h"
 #include "db/archivio/connessioni.h"
 #include "db/lavoro/codici.h"
@@ -7,11 +8,23 @@
 #include "texts/allegati.h"
 #include "texts/testi.h"
 
+#include <QScopedValueRollback>
+#include <QTimer>
+
 #include <algorithm>
 
 // I comandi di un editore sui collegamenti del suo record, e le finestre che aprono.
 
 using namespace modTarvola;
+
+namespace
+{
+
+// Come una bozza dice quale comando ha aperto la finestra che segue.
+const QString viaNuovo = QStringLiteral("nuovo ");
+const QString viaApri = QStringLiteral("apri ");
+
+} // namespace
 
 void fmEditor::nuovo()
 {
@@ -36,6 +49,7 @@ void fmEditor::nuovo()
         throw ado::Errore(ado::Causa::Altro,
                           QStringLiteral("il record %1 non esiste più").arg(codice()));
     const std::vector<Elemento> prima = pannello->collegamenti();
+    const QScopedValueRollback via(m_via, viaNuovo + QString::number(genere->Tag));
     if (nuovoProprio(*genere) || nuovoComune(*genere)) {
         CaricaCollegamenti();
         pannello->sceglieNuovo(prima);
@@ -67,6 +81,7 @@ void fmEditor::apri()
     const auto collegamento = pannello->collegamentoScelto();
     if (!collegamento)
         return;
+    const QScopedValueRollback via(m_via, viaApri + collegamento->Key);
     if (apriProprio(*collegamento) || apriComune(*collegamento))
         CaricaCollegamenti();
 }
@@ -129,6 +144,55 @@ void fmEditor::elimina()
     else
         EliminaVoce(this, collegamento->Key, proprieta.ConOperatore);
     CaricaCollegamenti();
+}
+
+// Ciò che si scrive qui è tenuto da parte finché non è registrato.
+void fmEditor::abbozza()
+{
+    if (solaLettura() || !salvaChiudendo())
+        return;
+    m_sorgente = new bozze::Sorgente(this, proprieta.Percorso, bozze::Sorgente::Posto::InPila,
+                                     [this] { return bozza(); });
+    for (const Casella *casella : Text1.tutte())
+        connect(casella, &Casella::cambiata, m_sorgente, &bozze::Sorgente::cambiata);
+    connect(this, &QDialog::rejected, m_sorgente, &bozze::Sorgente::abbandonata);
+    if (const auto mia = bozze::prende(objectName(), codice()))
+        QTimer::singleShot(0, this, [this, mia] {
+            messaggi::protetto(this, [&] { riprendeBozza(*mia); });
+            // Ciò che non si è riaperto non aspetti la prossima finestra dello stesso nome.
+            bozze::smette();
+        });
+}
+
+bozze::Finestra fmEditor::bozza() const
+{
+    return {objectName(), windowTitle(), come(), codice(), m_via, Text1.scritte()};
+}
+
+// Rimette ciò che era scritto, fa scegliere dove il record intanto è cambiato, e riapre la finestra
+// che era sopra.
+void fmEditor::riprendeBozza(const bozze::Finestra &mia)
+{
+    const ado::Recordset nelFile = adoDettagli;
+    const QList<discordia::Casella> cambiate = Text1.riprende(mia.caselle);
+    if (!mia.caselle.isEmpty())
+        setWindowTitle(windowTitle() + tr(" – bozza"));
+    if (!cambiate.isEmpty() &&
+        discordia::chiede(this,
+                          {tr("Il record è cambiato"),
+                           tr("Dopo che questa bozza è stata scritta il record è cambiato. Nulla è "
+                              "ancora registrato."),
+                           tr("Nella bozza"), tr("&Tieni la bozza"),
+                           tr("&Prendi ciò che è nel file")},
+                          cambiate) == discordia::Prende)
+        Text1.mostra(nelFile);
+    // Chi era nato da "Nuovo" può essere stato registrato per aprire una finestra sopra la sua.
+    const QString suo = bozze::recordAtteso();
+    const QString via = suo.isEmpty() ? mia.via : viaApri + suo;
+    if (via.startsWith(viaNuovo) && pannello->sceglieGenere(via.mid(viaNuovo.size()).toInt()))
+        nuovo();
+    else if (via.startsWith(viaApri) && pannello->sceglie(via.mid(viaApri.size())))
+        apri();
 }
 
 std::unique_ptr<modTarvola::FinestraEditor>

@@ -1,5 +1,6 @@
 #include "editors/fmEditor.h"
 
+#include "contesto/bozze.h"
 #include "contesto/contesto.h"
 #include "db/archivio/connessioni.h"
 #include "db/elenchi/descrizioni.h"
@@ -141,6 +142,7 @@ void fmEditor::Form_Load()
             pannello->offre(
                 {u'K' + QString::number(genere), adoInseribili.Campo(2).toString(), genere});
     }
+    abbozza();
 }
 
 void fmEditor::CaricaCollegamenti()
@@ -200,6 +202,8 @@ bool fmEditor::SalvaDettagli()
     }
     codice() = adoDettagli.Testo(QStringLiteral("Codice"));
     Text1.mostra(adoDettagli);
+    if (m_sorgente != nullptr)
+        m_sorgente->registrata();
     salvato();
     return true;
 }

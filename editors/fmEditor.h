@@ -8,6 +8,12 @@
 #include "editors/pannello.h"
 #include "platform/motore/recordset.h"
 
+namespace bozze
+{
+class Sorgente;
+struct Finestra;
+} // namespace bozze
+
 class QGroupBox;
 class QLabel;
 class QPushButton;
@@ -95,6 +101,9 @@ private:
     bool nuovoComune(const Elemento &genere);
     bool apriComune(const Elemento &collegamento);
     void apreRecapito(int genere, const QString &suo, const QString &didascalia);
+    void abbozza();
+    bozze::Finestra bozza() const;
+    void riprendeBozza(const bozze::Finestra &mia);
     QString scrive();
     QString nomeDelRecord() const;
     void controllaCasella(Casella &casella);
@@ -106,4 +115,6 @@ private:
     QLabel *m_etichetta = nullptr;
     QPushButton *Command1 = nullptr;
     bool m_nelMessaggio = false;
+    bozze::Sorgente *m_sorgente = nullptr; // di una finestra in cui si scrive
+    QString m_via;                         // il comando che ha aperto la finestra che è sopra
 };

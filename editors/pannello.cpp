@@ -158,14 +158,24 @@ std::optional<Elemento> PannelloCollegamenti::collegamentoScelto() const
     return m_collegamenti.at(static_cast<size_t>(scelto));
 }
 
-void PannelloCollegamenti::sceglie(const QString &codice)
+bool PannelloCollegamenti::sceglie(const QString &codice)
 {
-    int posto = 0;
-    for (size_t i = 0; i < m_collegamenti.size(); ++i) {
-        if (m_collegamenti[i].Key == codice)
-            posto = static_cast<int>(i);
-    }
+    const auto suo = std::find_if(m_collegamenti.begin(), m_collegamenti.end(),
+                                  [&codice](const Elemento &uno) { return uno.Key == codice; });
+    const bool trovato = suo != m_collegamenti.end();
+    const auto posto = trovato ? static_cast<int>(suo - m_collegamenti.begin()) : 0;
     ListView1->setCurrentItem(ListView1->topLevelItem(posto));
+    return trovato;
+}
+
+bool PannelloCollegamenti::sceglieGenere(int genere)
+{
+    const auto suo = std::find_if(m_generi.begin(), m_generi.end(),
+                                  [genere](const Elemento &uno) { return uno.Tag == genere; });
+    if (suo == m_generi.end())
+        return false;
+    ImageCombo1->setCurrentIndex(static_cast<int>(suo - m_generi.begin()));
+    return true;
 }
 
 void PannelloCollegamenti::sceglieNuovo(const std::vector<Elemento> &prima)

@@ -36,13 +36,16 @@ public:
     // Il genere scelto; niente se non se n'è scelto alcuno.
     std::optional<Elemento> genereScelto() const;
 
+    // Sceglie il genere; falso se non si offre.
+    bool sceglieGenere(int genere);
+
     void svuota();
     void aggiunge(const Elemento &collegamento);
     const std::vector<Elemento> &collegamenti() const { return m_collegamenti; }
     // Quello che si vede scelto; niente se non se ne vede alcuno.
     std::optional<Elemento> collegamentoScelto() const;
-    // Sceglie il collegamento col codice dato, o il primo se non c'è più.
-    void sceglie(const QString &codice);
+    // Sceglie il collegamento col codice dato, o il primo se non c'è più: allora è falso.
+    bool sceglie(const QString &codice);
     // Sceglie il collegamento che prima non c'era; se non ve n'è alcuno resta la scelta che c'è.
     void sceglieNuovo(const std::vector<Elemento> &prima);
     // "Apri" ed "Elimina" quando c'è qualche collegamento; in sola lettura mai "Nuovo", con i suoi

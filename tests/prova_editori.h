@@ -98,8 +98,8 @@ protected:
     // messi in comincia(); il genere è quello del registro, della famiglia o dell'operatore.
     void apre(const QString &nome, const QString &codice, int genere, const Persona::Passo &passo)
     {
-        using Campo = QString ProprietaFinestra::*;
-        const QHash<QString, std::pair<QString, Campo>> editori{
+        using Codice = QString ProprietaFinestra::*;
+        const QHash<QString, std::pair<QString, Codice>> editori{
             {u"fmArchivio"_s, {{}, &ProprietaFinestra::ArchivioLocale}},
             {u"fmRegistro"_s, {{}, &ProprietaFinestra::RegistroLocale}},
             {u"fmVoce"_s, {{}, &ProprietaFinestra::VoceLocale}},

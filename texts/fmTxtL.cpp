@@ -1,6 +1,8 @@
 #include "texts/fmTxtL.h"
 
+#include "contesto/bozze.h"
 #include "contesto/contesto.h"
+#include "platform/finestre/discordia.h"
 #include "platform/finestre/limite.h"
 #include "platform/finestre/memoria_finestre.h"
 #include "platform/finestre/messaggi.h"
@@ -28,6 +30,16 @@ constexpr int puntiMinimi = 6;
 constexpr int puntiMassimi = 20;
 constexpr int puntiPerPasso = 2;
 constexpr int lunghezzaTitolo = 60;
+
+// Le caselle, in una bozza.
+const QString nomeTitolo = QStringLiteral("Titolo");
+const QString nomeTesto = QStringLiteral("Testo");
+
+// Il codice del testo; vuoto per uno nuovo.
+QString recordDi(const QJsonObject &come)
+{
+    return come.value(QStringLiteral("codice")).toString();
+}
 
 // I punti fra cui si sceglie vanno di due in due; fra due conta il più grande, che si legge meglio.
 int aPassi(int punti)
@@ -188,6 +200,59 @@ void fmTxtL::Form_Load(const QString &proprietario)
     Text1->setReadOnly(sola);
     Text2->setReadOnly(sola);
     Text1->setFocus();
+    if (!sola && !origine.come.isEmpty())
+        abbozza();
+}
+
+// Ciò che si scrive qui è tenuto da parte finché non è registrato.
+void fmTxtL::abbozza()
+{
+    m_sorgente = new bozze::Sorgente(this, contesto().PercorsoCorrente,
+                                     bozze::Sorgente::Posto::InPila, [this] { return bozza(); });
+    connect(Text1, &QPlainTextEdit::textChanged, m_sorgente, &bozze::Sorgente::cambiata);
+    connect(Text2, &QLineEdit::textEdited, m_sorgente, &bozze::Sorgente::cambiata);
+    const auto mia = bozze::prende(objectName(), recordDi(origine.come));
+    if (!mia)
+        return;
+    QList<discordia::Casella> cambiate;
+    for (const bozze::Scritta &una : mia->caselle) {
+        const bool titolo = una.nome == nomeTitolo;
+        const QString nelFile = titolo ? origine.nome : origine.testo;
+        if (nelFile != una.prima && nelFile != una.testo)
+            cambiate.append({una.etichetta, una.testo, nelFile});
+    }
+    const discordia::Parole parole{
+        tr("Il testo è cambiato"),
+        tr("Dopo che questa bozza è stata scritta il testo è cambiato. Nulla è ancora registrato."),
+        tr("Nella bozza"), tr("&Tieni la bozza"), tr("&Prendi ciò che è nel file")};
+    if (!cambiate.isEmpty() &&
+        discordia::chiede(parentWidget(), parole, cambiate) == discordia::Prende)
+        return;
+    for (const bozze::Scritta &una : mia->caselle) {
+        if (una.nome == nomeTitolo)
+            Text2->setText(una.testo);
+        else
+            Text1->setPlainText(una.testo);
+    }
+    m_didascalia += tr(" – bozza");
+    Text1->document()->setModified(true);
+    segna();
+}
+
+bozze::Finestra fmTxtL::bozza() const
+{
+    bozze::Finestra mia{objectName(), m_didascalia, origine.come, recordDi(origine.come), {}, {}};
+    const QString testo = modTarvola::testoDi(*Text1);
+    if (Text2->text() != origine.nome)
+        mia.caselle.append({nomeTitolo, tr("Titolo"), Text2->text(), origine.nome});
+    if (testo != origine.testo)
+        mia.caselle.append({nomeTesto, tr("Testo"), testo, origine.testo});
+    return mia;
+}
+
+bool fmTxtL::daSalvare() const
+{
+    return Text1->document()->isModified() || Text2->text() != contesto().NomeCampoLungo;
 }
 
 void fmTxtL::salva()
@@ -204,9 +269,7 @@ void fmTxtL::salva()
 // nella barra del titolo.
 void fmTxtL::segna()
 {
-    const bool daSalvare =
-        Text1->document()->isModified() || Text2->text() != contesto().NomeCampoLungo;
-    if (daSalvare)
+    if (daSalvare())
         setWindowTitle(tr("%1 – da salvare").arg(m_didascalia));
     else
         setWindowTitle(m_tenuto ? tr("%1 – si registra chiudendo").arg(m_didascalia)
@@ -270,5 +333,8 @@ void fmTxtL::done(int esito)
         contesto().TestoModificato = false;
         contesto().NomeModificato = false;
     }
+    // Chiudere senza "&Salva" lascia cadere ciò che è scritto: se ne tiene la bozza.
+    if (m_sorgente != nullptr && daSalvare())
+        m_sorgente->abbandonata();
     QDialog::done(esito);
 }

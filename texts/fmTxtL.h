@@ -1,6 +1,13 @@
 #pragma once
 
 #include <QDialog>
+#include <QJsonObject>
+
+namespace bozze
+{
+class Sorgente;
+struct Finestra;
+} // namespace bozze
 
 class Limite;
 class QLabel;
@@ -21,6 +28,15 @@ public:
     // 1: si può solo guardare. Ogni altro valore: si può modificare.
     int TipoLock = 3;
 
+    // Di quale testo si tratta, perché una bozza lo ritrovi, e com'è nel file; `come` vuoto: una
+    // finestra senza bozza.
+    struct Origine {
+        QJsonObject come;
+        QString testo;
+        QString nome;
+    };
+    Origine origine;
+
     // Riempie le caselle e fa della didascalia l'inizio di quelle che diranno se c'è da salvare;
     // `proprietario` è il codice del record cui il testo appartiene, se c'è.
     void Form_Load(const QString &proprietario);
@@ -31,6 +47,9 @@ protected:
     void keyPressEvent(QKeyEvent *evento) override;
 
 private:
+    void abbozza();
+    bozze::Finestra bozza() const;
+    bool daSalvare() const;
     QWidget *fondo();
     void creaBottoni(QWidget *Frame1);
     void salva();
@@ -52,4 +71,5 @@ private:
     QString m_didascalia;
     // "&Salva" ha tenuto un testo, che sarà registrato chiudendo.
     bool m_tenuto = false;
+    bozze::Sorgente *m_sorgente = nullptr;
 };

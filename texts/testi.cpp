@@ -63,6 +63,7 @@ struct Finestra {
     int blocco;
     QString didascalia;
     QString proprietario;
+    QJsonObject come; // ciò che una bozza deve sapere per riaprirla
 };
 
 // Mostra la finestra; se ciò che ne esce non si può scrivere lo dice e la ripropone, perché una
@@ -70,11 +71,13 @@ struct Finestra {
 bool compie(const Finestra &dove, TestoLungo testo,
             const std::function<void(const TestoLungo &)> &scrive)
 {
+    const TestoLungo nelFile = testo;
     for (;;) {
         const Scambio scambio;
         fmTxtL finestra(dove.sopra);
         finestra.TipoLock = dove.blocco;
         finestra.setWindowTitle(testo_semplice::didascalia(dove.didascalia));
+        finestra.origine = {dove.come, nelFile.testo, nelFile.nome};
         Scambio::mostra(testo, finestra, dove.proprietario);
         if (testo.vuoto())
             return false;
@@ -100,8 +103,11 @@ void registra(const QString &passo, const QString &codice, const QVariantMap &va
 
 void NuovoTesto(QWidget *sopra, const QString &proprietario, int genere, const QString &didascalia)
 {
-    compie({sopra, ado::adLockOptimistic, didascalia, proprietario}, {},
-           [&](const TestoLungo &testo) {
+    compie({sopra, ado::adLockOptimistic, didascalia, proprietario,
+            QJsonObject{{QStringLiteral("proprietario"), proprietario},
+                        {QStringLiteral("genere"), genere},
+                        {QStringLiteral("didascalia"), didascalia}}},
+           {}, [&](const TestoLungo &testo) {
                registra(QStringLiteral("Aggiunta di ") + didascalia, {},
                         {{QStringLiteral("Tipo"), genere},
                          {QStringLiteral("IdProprietario"), proprietario},
@@ -117,7 +123,10 @@ bool ApriTesto(QWidget *sopra, const QString &codice, int blocco, const QString 
     const TestoLungo presente{adoCampiLunghi.Testo(QStringLiteral("Campolungo")),
                               adoCampiLunghi.Testo(QStringLiteral("Nome"))};
     const bool scritto =
-        compie({sopra, blocco, didascalia, adoCampiLunghi.Testo(QStringLiteral("IdProprietario"))},
+        compie({sopra, blocco, didascalia, adoCampiLunghi.Testo(QStringLiteral("IdProprietario")),
+                QJsonObject{{QStringLiteral("codice"), codice},
+                            {QStringLiteral("blocco"), blocco},
+                            {QStringLiteral("didascalia"), didascalia}}},
                presente, [&](const TestoLungo &testo) {
                    QVariantMap valori;
                    if (testo.testoModificato && testo.testo != presente.testo)
@@ -130,6 +139,17 @@ bool ApriTesto(QWidget *sopra, const QString &codice, int blocco, const QString 
     if (!scritto)
         messaggi::avvisa(sopra, QStringLiteral("Impossibile salvare un testo vuoto"));
     return scritto;
+}
+
+void RiapreTesto(QWidget *sopra, const QJsonObject &come)
+{
+    const QString codice = come.value(QStringLiteral("codice")).toString();
+    const QString didascalia = come.value(QStringLiteral("didascalia")).toString();
+    if (codice.isEmpty())
+        NuovoTesto(sopra, come.value(QStringLiteral("proprietario")).toString(),
+                   come.value(QStringLiteral("genere")).toInt(), didascalia);
+    else
+        ApriTesto(sopra, codice, come.value(QStringLiteral("blocco")).toInt(), didascalia);
 }
 
 } // namespace modTarvola

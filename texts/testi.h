@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QString>
 #include <QWidget>
 
@@ -14,5 +15,8 @@ void NuovoTesto(QWidget *sopra, const QString &proprietario, int genere, const Q
 // Mostra il testo del codice e scrive ciò che è cambiato; falso, dopo un messaggio, se il testo
 // torna vuoto: allora nulla è scritto. Con blocco 1 si può solo guardare.
 bool ApriTesto(QWidget *sopra, const QString &codice, int blocco, const QString &didascalia);
+
+// Riapre la finestra di un testo come la descrive una sua bozza.
+void RiapreTesto(QWidget *sopra, const QJsonObject &come);
 
 } // namespace modTarvola

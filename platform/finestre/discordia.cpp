@@ -1,4 +1,4 @@
-#include "atti/discordia.h"
+#include "platform/finestre/discordia.h"
 
 #include <QDialog>
 #include <QHBoxLayout>
@@ -14,17 +14,15 @@ namespace discordia
 namespace
 {
 
-QTreeWidget *tavola(const QList<Casella> &caselle, QWidget *sopra)
+QTreeWidget *tavola(const QString &scritto, const QList<Casella> &caselle, QWidget *sopra)
 {
     auto *tavola = new QTreeWidget(sopra);
     tavola->setObjectName(QStringLiteral("Differenze"));
     tavola->setAccessibleName(QObject::tr("Ciò che è diverso"));
-    tavola->setHeaderLabels(
-        {QObject::tr("Casella"), QObject::tr("Nella pagina"), QObject::tr("Nel file")});
+    tavola->setHeaderLabels({QObject::tr("Casella"), scritto, QObject::tr("Nel file")});
     tavola->setRootIsDecorated(false);
     for (const Casella &una : caselle)
-        new QTreeWidgetItem(tavola,
-                            {una.nome, una.nellaPagina.simplified(), una.nelFile.simplified()});
+        new QTreeWidgetItem(tavola, {una.nome, una.scritto.simplified(), una.nelFile.simplified()});
     for (int i = 0; i < tavola->columnCount(); ++i)
         tavola->resizeColumnToContents(i);
     tavola->setCurrentItem(tavola->topLevelItem(0));
@@ -33,31 +31,22 @@ QTreeWidget *tavola(const QList<Casella> &caselle, QWidget *sopra)
 
 } // namespace
 
-Scelta chiede(QWidget *sopra, const QList<Casella> &caselle, bool esiste)
+Scelta chiede(QWidget *sopra, const Parole &parole, const QList<Casella> &caselle)
 {
     QDialog finestra(sopra);
     finestra.setObjectName(QStringLiteral("Discordia"));
-    finestra.setWindowTitle(QObject::tr("L'atto è cambiato"));
-    auto *testo = new QLabel(
-        esiste ? QObject::tr("Mentre la pagina era aperta quest'atto è stato cambiato da un'altra "
-                             "parte. Nulla è stato scritto.")
-               : QObject::tr("Mentre la pagina era aperta quest'atto è stato eliminato da un'altra "
-                             "parte. Nulla è stato scritto."),
-        &finestra);
+    finestra.setWindowTitle(parole.titolo);
+    auto *testo = new QLabel(parole.testo, &finestra);
     testo->setTextFormat(Qt::PlainText);
     testo->setWordWrap(true);
     auto *colonna = new QVBoxLayout(&finestra);
     colonna->addWidget(testo);
-    colonna->addWidget(tavola(caselle, &finestra), 1);
+    colonna->addWidget(tavola(parole.scritto, caselle, &finestra), 1);
     auto *riga = new QHBoxLayout;
     riga->addStretch();
     Scelta scelta = Annulla;
     const std::pair<QString, Scelta> bottoni[] = {
-        {esiste ? QObject::tr("&Tieni ciò che è nella pagina") : QObject::tr("&Scrivilo da capo"),
-         Tiene},
-        {esiste ? QObject::tr("&Prendi ciò che è nel file") : QObject::tr("&Lascialo perdere"),
-         Prende},
-        {QObject::tr("&Annulla"), Annulla}};
+        {parole.tiene, Tiene}, {parole.prende, Prende}, {QObject::tr("&Annulla"), Annulla}};
     for (const auto &[nome, sua] : bottoni) {
         auto *bottone = new QPushButton(nome, &finestra);
         bottone->setAutoDefault(false);
