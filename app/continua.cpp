@@ -67,6 +67,9 @@ void MDITras::continua()
     elenco.VoceLocaleTabella = registro->codice;
     elenco.ConOperatore = contesto().OperatoreCorrente;
     apre(elenco);
+    // Chi riprende ciò che aveva interrotto continua da lì.
+    if (m_riprese.offre(posto.percorso))
+        return;
     ProprietaScheda nuova;
     nuova.Percorso = elenco.Percorso;
     nuova.ConOperatore = elenco.ConOperatore;

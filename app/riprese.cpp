@@ -14,14 +14,14 @@ Riprese::Riprese(QWidget *finestra, ApreScheda apreScheda)
 {
 }
 
-void Riprese::offre(const QString &archivio)
+bool Riprese::offre(const QString &archivio)
 {
     const qsizetype quante = bozze::ritrova(archivio);
-    if (quante > 0)
-        scegliere(archivio, QObject::tr("Riprendi la bozza"),
-                  QObject::tr("L'ultima volta il programma è finito prima che questo fosse "
-                              "registrato. Ciò che non si riprende resta fra le ultime bozze."),
-                  quante);
+    return quante > 0 &&
+           scegliere(archivio, QObject::tr("Riprendi la bozza"),
+                     QObject::tr("L'ultima volta il programma è finito prima che questo fosse "
+                                 "registrato. Ciò che non si riprende resta fra le ultime bozze."),
+                     quante);
 }
 
 void Riprese::mostraUltime()
@@ -39,7 +39,7 @@ void Riprese::mostraUltime()
               1);
 }
 
-void Riprese::scegliere(const QString &archivio, const QString &titolo, const QString &testo,
+bool Riprese::scegliere(const QString &archivio, const QString &titolo, const QString &testo,
                         qsizetype scelte)
 {
     QList<bozze::Bozza> daRiprendere;
@@ -55,6 +55,7 @@ void Riprese::scegliere(const QString &archivio, const QString &titolo, const QS
     });
     for (const bozze::Bozza &una : std::as_const(daRiprendere))
         messaggi::protetto(m_finestra, [&] { riprende(archivio, una); });
+    return !daRiprendere.isEmpty();
 }
 
 void Riprese::riprende(const QString &archivio, const bozze::Bozza &bozza)

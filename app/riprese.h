@@ -15,13 +15,14 @@ public:
     using ApreScheda = std::function<void(const bozze::Finestra &)>;
     Riprese(QWidget *finestra, ApreScheda apreScheda);
 
-    // Di un archivio appena aperto: se un programma finito male ha lasciato bozze le offre.
-    void offre(const QString &archivio);
+    // Di un archivio appena aperto: se un programma finito male ha lasciato bozze le offre. Vero se
+    // se n'è ripresa una.
+    bool offre(const QString &archivio);
     // Le bozze dell'archivio corrente: di finestre chiuse senza registrare, o non ancora riprese.
     void mostraUltime();
 
 private:
-    void scegliere(const QString &archivio, const QString &titolo, const QString &testo,
+    bool scegliere(const QString &archivio, const QString &titolo, const QString &testo,
                    qsizetype scelte);
     void riprende(const QString &archivio, const bozze::Bozza &bozza);
     void riapre(const bozze::Finestra &prima);
