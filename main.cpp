@@ -1,8 +1,8 @@
 #include "app/avvio.h"
 #include "app/MDITras.h"
 #include "app/richieste.h"
-#include "contesto/comandi.h"
 #include "contesto/cassetto.h"
+#include "contesto/comandi.h"
 #include "platform/finestre/memoria_finestre.h"
 
 #include <QApplication>

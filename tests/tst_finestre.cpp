@@ -13,7 +13,8 @@ private slots:
         const auto titoli = [&] { return didascalie(principale->menuBar()->actions()); };
         const QStringList file{
             u"Apri"_s,     u"Nuovo"_s, u"Compatta e ripristina"_s,     u"Back up"_s,
-            u"Recupera"_s, {},         u"Riapri gli elenchi chiusi"_s, u"&Continua"_s};
+            u"Recupera"_s, {},         u"Riapri gli elenchi chiusi"_s, u"Ultime bozze…"_s,
+            u"&Continua"_s};
         const QStringList aiuto{u"Manuale"_s, u"Home page"_s, u"Scrivi a Tarvola"_s};
         QCOMPARE(principale->windowTitle(), u"Tarvola"_s);
         QVERIFY(!principale->windowIcon().pixmap(32).isNull());
