@@ -91,13 +91,13 @@ Posto posto()
             memoria::valore(chiaveOperatore).toString()};
 }
 
-void ricorda(const Posto &nuovo)
+void ricorda(const Posto &qui)
 {
-    if (nuovo == posto())
+    if (qui == posto())
         return;
-    memoria::ricorda(chiavePercorso, nuovo.percorso);
-    memoria::ricorda(chiaveRegistro, nuovo.registro);
-    memoria::ricorda(chiaveOperatore, nuovo.operatore);
+    memoria::ricorda(chiavePercorso, qui.percorso);
+    memoria::ricorda(chiaveRegistro, qui.registro);
+    memoria::ricorda(chiaveOperatore, qui.operatore);
 }
 
 } // namespace ultimi

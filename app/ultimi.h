@@ -29,6 +29,6 @@ struct Posto {
     bool operator==(const Posto &altro) const = default;
 };
 Posto posto();
-void ricorda(const Posto &posto);
+void ricorda(const Posto &qui);
 
 } // namespace ultimi

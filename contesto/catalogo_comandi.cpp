@@ -18,53 +18,55 @@ bool siScrive(Qt::Key tasto)
     return tasto >= Qt::Key_Space && tasto < Qt::Key_Escape;
 }
 
+constexpr QKeySequence::StandardKey usiDelleCaselle[] = {
+    QKeySequence::Copy,
+    QKeySequence::Cut,
+    QKeySequence::Paste,
+    QKeySequence::Undo,
+    QKeySequence::Redo,
+    QKeySequence::SelectAll,
+    QKeySequence::Deselect,
+    QKeySequence::Delete,
+    QKeySequence::Backspace,
+    QKeySequence::DeleteStartOfWord,
+    QKeySequence::DeleteEndOfWord,
+    QKeySequence::DeleteEndOfLine,
+    QKeySequence::DeleteCompleteLine,
+    QKeySequence::InsertLineSeparator,
+    QKeySequence::InsertParagraphSeparator,
+    QKeySequence::MoveToNextChar,
+    QKeySequence::MoveToPreviousChar,
+    QKeySequence::MoveToNextWord,
+    QKeySequence::MoveToPreviousWord,
+    QKeySequence::MoveToNextLine,
+    QKeySequence::MoveToPreviousLine,
+    QKeySequence::MoveToStartOfLine,
+    QKeySequence::MoveToEndOfLine,
+    QKeySequence::MoveToStartOfBlock,
+    QKeySequence::MoveToEndOfBlock,
+    QKeySequence::MoveToStartOfDocument,
+    QKeySequence::MoveToEndOfDocument,
+    QKeySequence::SelectNextChar,
+    QKeySequence::SelectPreviousChar,
+    QKeySequence::SelectNextWord,
+    QKeySequence::SelectPreviousWord,
+    QKeySequence::SelectNextLine,
+    QKeySequence::SelectPreviousLine,
+    QKeySequence::SelectStartOfLine,
+    QKeySequence::SelectEndOfLine,
+    QKeySequence::SelectStartOfBlock,
+    QKeySequence::SelectEndOfBlock,
+    QKeySequence::SelectStartOfDocument,
+    QKeySequence::SelectEndOfDocument,
+};
+
 // I tasti che il toolkit dà alle caselle di testo, sul sistema in cui si è.
 bool delleCaselle(const QKeySequence &tasto)
 {
-    static const QKeySequence::StandardKey usi[] = {
-        QKeySequence::Copy,
-        QKeySequence::Cut,
-        QKeySequence::Paste,
-        QKeySequence::Undo,
-        QKeySequence::Redo,
-        QKeySequence::SelectAll,
-        QKeySequence::Deselect,
-        QKeySequence::Delete,
-        QKeySequence::Backspace,
-        QKeySequence::DeleteStartOfWord,
-        QKeySequence::DeleteEndOfWord,
-        QKeySequence::DeleteEndOfLine,
-        QKeySequence::DeleteCompleteLine,
-        QKeySequence::InsertLineSeparator,
-        QKeySequence::InsertParagraphSeparator,
-        QKeySequence::MoveToNextChar,
-        QKeySequence::MoveToPreviousChar,
-        QKeySequence::MoveToNextWord,
-        QKeySequence::MoveToPreviousWord,
-        QKeySequence::MoveToNextLine,
-        QKeySequence::MoveToPreviousLine,
-        QKeySequence::MoveToStartOfLine,
-        QKeySequence::MoveToEndOfLine,
-        QKeySequence::MoveToStartOfBlock,
-        QKeySequence::MoveToEndOfBlock,
-        QKeySequence::MoveToStartOfDocument,
-        QKeySequence::MoveToEndOfDocument,
-        QKeySequence::SelectNextChar,
-        QKeySequence::SelectPreviousChar,
-        QKeySequence::SelectNextWord,
-        QKeySequence::SelectPreviousWord,
-        QKeySequence::SelectNextLine,
-        QKeySequence::SelectPreviousLine,
-        QKeySequence::SelectStartOfLine,
-        QKeySequence::SelectEndOfLine,
-        QKeySequence::SelectStartOfBlock,
-        QKeySequence::SelectEndOfBlock,
-        QKeySequence::SelectStartOfDocument,
-        QKeySequence::SelectEndOfDocument,
-    };
-    return std::any_of(std::begin(usi), std::end(usi), [&](QKeySequence::StandardKey uso) {
-        return QKeySequence::keyBindings(uso).contains(tasto);
-    });
+    return std::any_of(std::begin(usiDelleCaselle), std::end(usiDelleCaselle),
+                       [&](QKeySequence::StandardKey uso) {
+                           return QKeySequence::keyBindings(uso).contains(tasto);
+                       });
 }
 
 struct Fisso {
@@ -133,11 +135,8 @@ QString delleFinestre(QKeyCombination uno)
     return {};
 }
 
-} // namespace
-
-const std::vector<Comando> &catalogo()
-{
-    static const std::vector<Comando> tutti{
+struct Catalogo {
+    const std::vector<Comando> tutti{
         {QStringLiteral("file.riapri"), tr("Riapri gli elenchi chiusi"), Principale,
          Qt::CTRL | Qt::SHIFT | Qt::Key_T},
         {QStringLiteral("file.bozze"), tr("Ultime bozze…"), Principale},
@@ -161,7 +160,14 @@ const std::vector<Comando> &catalogo()
          Qt::SHIFT | Qt::Key_F3},
         {QStringLiteral("scheda.tasti"), tr("Tast&i…"), Scheda},
     };
-    return tutti;
+};
+
+} // namespace
+
+const std::vector<Comando> &catalogo()
+{
+    static const Catalogo solo;
+    return solo.tutti;
 }
 
 QString impedimento(const QKeySequence &tasto, unsigned dove)
