@@ -249,7 +249,7 @@ int cambiandoUnaCasella(Lettore &lettore)
         return soloLettere;
     });
     uscita() << lettore.cambiati() << " boxes changed by a letter, " << cambiate
-             << " letters in the archive: different besides " << diverse.size() << '\n';
+             << " letters in the archive: different besides " << diverse.size() << Qt::endl;
     righe::dice(diverse);
     return static_cast<int>(diverse.size()) + std::abs(lettore.cambiati() - cambiate);
 }
