@@ -104,6 +104,8 @@ private:
         m_pagina->activateWindow();
         if (!QTest::qWaitForWindowActive(m_pagina.get()))
             qFatal("la pagina non diventa attiva");
+        // Nessuno guarda: disegnarla costerebbe più di tutto il resto.
+        m_pagina->setUpdatesEnabled(false);
     }
 
     static void preme(Qt::Key tasto, Qt::KeyboardModifiers modi = {}, const QString &testo = {})
