@@ -45,6 +45,11 @@ Campo::Campo(scheda::Indirizzo dato, const QString &tabella, const QString &chi,
         passa(Scritto);
         emit cambiato();
     });
+    // Ciò che non si legge si vede appena lo si lascia; a dirlo aspetta chi salva.
+    connect(m_casella, &Casella::lasciata, this, [this] {
+        if (m_stato == Scritto && m_motivo.isEmpty())
+            segna(m_casella->rifiuto());
+    });
 }
 
 void Campo::chiama(const QString &chi)

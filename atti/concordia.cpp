@@ -88,8 +88,11 @@ QList<discordia::Casella> Pagina::differenze(const SchedaAtto &ora) const
 {
     QList<discordia::Casella> diverse;
     for (const RigaPagina *riga : m_righe) {
+        const bool elenco = eElenco(riga->riga().posto);
+        // La riga che aspetta una persona non è di nessuno.
+        if (elenco && riga->chiave == 0 && riga->vuota())
+            continue;
         for (Campo *campo : riga->campi()) {
-            const bool elenco = eElenco(riga->riga().posto);
             const QString nelFile = valoreDi(ora, *campo, elenco, riga->chiave).toString();
             if (campo->valore().toString() != nelFile && campo->fuoco()->isVisibleTo(this))
                 diverse.append({campo->nome(), campo->testo(), nelFile});

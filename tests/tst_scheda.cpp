@@ -264,6 +264,9 @@ private slots:
         QVERIFY(!scheda->close());
         attiva();
         scrive(u"Nascita: Data"_s, u"trentadue"_s);
+        const QWidget *giorno = QApplication::focusWidget();
+        batte(Qt::Key_Tab);
+        QVERIFY(giorno->property("rifiutata").toBool());
         persona->avviso(u"Non è stata inserita una data valida"_s);
         salva();
         QCOMPARE(qui(), u"Nascita: Data"_s);
