@@ -87,27 +87,30 @@ void fmStoria::mostra()
     exec();
 }
 
-void fmStoria::carica()
+// Resta scelto il passo dato; senza, l'ultimo compiuto.
+void fmStoria::carica(qint64 numero)
 {
     m_passi = storia::elenco(connessione());
     const QSignalBlocker zitto(m_elenco);
     m_elenco->clear();
-    QTreeWidgetItem *ultimo = nullptr;
+    QTreeWidgetItem *corrente = nullptr;
     for (const storia::Passo &passo : std::as_const(m_passi)) {
         auto *riga = new QTreeWidgetItem(
             m_elenco, {QLocale().toString(passo.quando, QStringLiteral("dd/MM/yyyy HH:mm:ss")),
                        passo.nome.simplified(), passo.annullato ? tr("annullato") : QString()});
         riga->setToolTip(1, passo.nome.toHtmlEscaped());
         if (passo.annullato) {
+            QFont corsivo = font();
+            corsivo.setItalic(true);
             for (int i = 0; i < m_elenco->columnCount(); ++i)
-                riga->setForeground(i, palette().brush(QPalette::Disabled, QPalette::Text));
-        } else if (ultimo == nullptr) {
-            ultimo = riga;
+                riga->setFont(i, corsivo);
         }
+        if (passo.numero == numero || (corrente == nullptr && !passo.annullato))
+            corrente = riga;
     }
     m_elenco->resizeColumnToContents(0);
     m_elenco->resizeColumnToContents(2);
-    m_elenco->setCurrentItem(ultimo != nullptr ? ultimo : m_elenco->topLevelItem(0));
+    m_elenco->setCurrentItem(corrente != nullptr ? corrente : m_elenco->topLevelItem(0));
     m_quanto->setText(
         m_passi.isEmpty()
             ? tr("Di questo archivio non si ricorda nessun passo.")
@@ -130,12 +133,12 @@ void fmStoria::scelto()
 // L'elenco si rilegge in ogni caso: un altro programma può aver cambiato la storia.
 void fmStoria::svolge()
 {
-    messaggi::protetto(this, [this] {
-        const int riga = m_elenco->indexOfTopLevelItem(m_elenco->currentItem());
-        if (riga >= 0)
-            riprende(this, m_passi.at(riga));
-    });
-    messaggi::protetto(this, [this] { carica(); });
+    const int riga = m_elenco->indexOfTopLevelItem(m_elenco->currentItem());
+    if (riga < 0)
+        return;
+    const storia::Passo passo = m_passi.at(riga);
+    messaggi::protetto(this, [&] { riprende(this, passo); });
+    messaggi::protetto(this, [&] { carica(passo.numero); });
 }
 
 void fmStoria::svuota()

@@ -24,7 +24,7 @@ public:
     void mostra();
 
 private:
-    void carica();
+    void carica(qint64 numero = -1);
     void scelto();
     void svolge();
     void svuota();

@@ -1,7 +1,9 @@
 #include "db/storia/chiavi.h"
 
 #include <QDataStream>
-#include <QMap>
+#include <QHash>
+
+#include <algorithm>
 
 namespace modTarvola::storia
 {
@@ -22,7 +24,7 @@ qint64 numeroDi(QStringView codice)
 void Chiavi::annota(ado::Connection &connessione, const QString &tabella, const QString &dove,
                     const QVariantList &valori)
 {
-    auto &sue = m_chiavi[tabella];
+    std::vector<std::pair<qint64, qint64>> sue;
     connessione.leggi(
         {QStringLiteral("SELECT Codice, rowid FROM %1 WHERE %2").arg(tabella, dove), valori, {}},
         [&sue](const ado::Riga &riga) {
@@ -31,16 +33,22 @@ void Chiavi::annota(ado::Connection &connessione, const QString &tabella, const 
             const qint64 numero =
                 QByteArray::fromRawData(codice.data() + 1, codice.size() - 1).toLongLong(&intero);
             if (intero && numero > 0)
-                sue.insert(numero, riga.intero(1));
+                sue.emplace_back(numero, riga.intero(1));
             return true;
         });
+    if (sue.empty())
+        return;
+    auto &tutte = m_chiavi[tabella];
+    tutte.insert(tutte.end(), sue.begin(), sue.end());
 }
 
 // In due tempi: il posto di una può essere quello che un'altra ha preso tornando.
 void Chiavi::rimette(ado::Connection &connessione, const QHash<QString, QStringList> &codici) const
 {
     for (auto tabella = codici.cbegin(); tabella != codici.cend(); ++tabella) {
-        const auto sue = m_chiavi.value(tabella.key());
+        QHash<qint64, qint64> sue;
+        for (const auto &[numero, chiave] : m_chiavi.value(tabella.key()))
+            sue.insert(numero, chiave);
         const QString &nome = tabella.key();
         const QString sposta =
             QStringLiteral("UPDATE OR IGNORE %1 SET rowid = ? WHERE Codice = ?").arg(nome);
@@ -64,18 +72,15 @@ QByteArray Chiavi::byte() const
     QByteArray tutte;
     QDataStream flusso(&tutte, QIODevice::WriteOnly);
     for (auto tabella = m_chiavi.cbegin(); tabella != m_chiavi.cend(); ++tabella) {
-        if (tabella->isEmpty())
-            continue;
-        QMap<qint64, qint64> inOrdine;
-        for (auto una = tabella->cbegin(); una != tabella->cend(); ++una)
-            inOrdine.insert(una.key(), una.value());
+        auto inOrdine = *tabella;
+        std::sort(inOrdine.begin(), inOrdine.end());
         flusso << tabella.key() << static_cast<quint32>(inOrdine.size());
         qint64 numero = 0;
         qint64 chiave = 0;
-        for (auto una = inOrdine.cbegin(); una != inOrdine.cend(); ++una) {
-            flusso << una.key() - numero << una.value() - chiave;
-            numero = una.key();
-            chiave = una.value();
+        for (const auto &[suo, sua] : inOrdine) {
+            flusso << suo - numero << sua - chiave;
+            numero = suo;
+            chiave = sua;
         }
     }
     return tutte;
@@ -97,7 +102,7 @@ Chiavi Chiavi::da(const QByteArray &byte)
             flusso >> passoNumero >> passoChiave;
             numero += passoNumero;
             chiave += passoChiave;
-            lette.m_chiavi[tabella].insert(numero, chiave);
+            lette.m_chiavi[tabella].emplace_back(numero, chiave);
         }
         if (flusso.status() != QDataStream::Ok)
             throw ado::Errore(ado::Causa::Danneggiato,

@@ -46,6 +46,10 @@ qint64 grandezza(ado::Connection &connessione)
     return pragma("PRAGMA page_count") * pragma("PRAGMA page_size");
 }
 
+// Come comincia un passo scritto.
+const QByteArray compresso = QByteArrayLiteral("z");
+const QByteArray intero = QByteArrayLiteral("i");
+
 // Dimentica i passi più vecchi di quanti ne stanno nei limiti.
 void sfoltisce(ado::Connection &connessione)
 {
@@ -80,14 +84,16 @@ QByteArray Scrittura::byte() const
     QByteArray tutti;
     QDataStream flusso(&tutti, QIODevice::WriteOnly);
     flusso << pezzi << chiavi.byte();
-    // Su un'eliminazione grande conta il tempo, su un atto lo spazio.
-    constexpr qsizetype grande = qsizetype{1} << 20;
-    return qCompress(tutti, tutti.size() > grande ? 1 : 9);
+    // Di un'eliminazione grande conta il tempo, di un atto lo spazio: la prima lascia nel file più
+    // posto di quanto ne prenda.
+    constexpr qsizetype grande = qsizetype{4} << 20;
+    return tutti.size() > grande ? intero + tutti : compresso + qCompress(tutti, 9);
 }
 
 Scrittura Scrittura::da(const QByteArray &byte)
 {
-    const QByteArray tutti = qUncompress(byte);
+    const QByteArray tutti = byte.startsWith(compresso) ? qUncompress(byte.sliced(1))
+                                                        : byte.sliced(qMin(1, byte.size()));
     Scrittura letta;
     QByteArray chiavi;
     QDataStream flusso(tutti);
@@ -196,11 +202,7 @@ void Registrazione::conferma(const QString &nome)
 
 void Registrazione::scrive(const QString &nome)
 {
-    m_tolte = m_contenuti > 0;
-    for (const QByteArray &pezzo : std::as_const(m_pezzi))
-        ado::Insieme(pezzo, ado::Insieme::Avanti).percorre([this](const ado::Mutamento &uno) {
-            m_tolte = m_tolte || uno.specie() == ado::Mutamento::Tolto;
-        });
+    const bool tolte = m_contenuti > 0 || !m_chiavi.vuote();
     const QByteArray byte = Scrittura{m_pezzi, m_chiavi}.byte();
     m_persa = byte.size() > limiti().tolte;
     if (m_persa)
@@ -212,7 +214,7 @@ void Registrazione::scrive(const QString &nome)
                            {}});
     // Ogni tanto basta: fra una volta e l'altra la storia cresce di poco.
     constexpr qint64 ognuno = 16;
-    if (m_tolte || numero() % ognuno == 0)
+    if (tolte || numero() % ognuno == 0)
         sfoltisce(m_connessione);
 }
 

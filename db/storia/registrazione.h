@@ -56,7 +56,6 @@ private:
     qint64 m_numero = 0;
     qint64 m_contenuti = 0; // byte
     int m_file = 0;
-    bool m_tolte = false;
     bool m_persa = false;
 };
 

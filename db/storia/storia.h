@@ -19,9 +19,9 @@ namespace modTarvola::storia
 // Fin dove la storia arriva: oltre, i passi più vecchi si dimenticano.
 struct Limiti {
     int passi = 1000;
-    // Ciò che i passi occupano può essere un cinquantesimo del file, e comunque il minimo (byte).
-    qint64 parteDelFile = 50;
-    qint64 minimo = qint64{64} << 10;
+    // Ciò che i passi occupano può essere un settantesimo del file, e comunque il minimo (byte).
+    qint64 parteDelFile = 70;
+    qint64 minimo = qint64{16} << 10;
     // Quelli che hanno tolto righe occupano meno di ciò che hanno tolto, e contano a parte (byte).
     qint64 tolte = qint64{64} << 20;
     // I contenuti dei file tolti (byte).
