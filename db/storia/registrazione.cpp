@@ -209,7 +209,7 @@ void Registrazione::scrive(const QString &nome)
         return;
     m_connessione.Execute({QStringLiteral("INSERT INTO Storia VALUES (?, ?, ?, 0, ?, ?, ?)"),
                            {numero(), QDateTime::currentDateTime().toString(Qt::ISODate),
-                            nome.isEmpty() ? QStringLiteral("Modifica") : nome, m_tolte,
+                            nome.isEmpty() ? QStringLiteral("Modifica") : nome, tolte,
                             byte.size() + m_contenuti, byte},
                            {}});
     // Ogni tanto basta: fra una volta e l'altra la storia cresce di poco.
