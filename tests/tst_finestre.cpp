@@ -1,4 +1,7 @@
+#include "db/lavoro/lavoro.h"
 #include "prova_principale.h"
+
+#include <QTreeWidget>
 
 class TstFinestre : public QObject, private ProvaPrincipale
 {
@@ -21,7 +24,7 @@ private slots:
         QCOMPARE(titoli(), QStringList({u"&File"_s, u"&Aiuto"_s}));
         fmTabella *tabella = apreEsempio();
         QCOMPARE(titoli(), QStringList({u"&File"_s, u"&Archivi"_s, u"&Tabelle"_s, u"&Finestre"_s,
-                                        u"&Aiuto"_s}));
+                                        u"&Aiuto"_s, u"&Modifica"_s}));
         QCOMPARE(didascalie(menu(u"&File"_s)->actions()), file);
         QCOMPARE(didascalie(menu(u"&Aiuto"_s)->actions()), aiuto);
         QCOMPARE(didascalie(menu(u"&Tabelle"_s)->actions()),
@@ -29,6 +32,38 @@ private slots:
                               u"Eventi"_s, u"Testi e Oggetti"_s}));
         cornice(tabella)->close();
         QTRY_COMPARE(titoli(), QStringList({u"&File"_s, u"&Aiuto"_s}));
+    }
+
+    // Ciò che torna è al suo posto, scelto; la storia rifà ciò che si era annullato.
+    void annullaEStoria()
+    {
+        fmTabella *tabella = apreEsempio();
+        const auto quante = [&] { return griglia(tabella)->model()->rowCount(); };
+        const int righe = quante();
+        const QString primo = cella(tabella, 0, 0);
+        {
+            Lavoro lavoro(connessione());
+            lavoro.elimina(primo);
+            lavoro.conferma();
+        }
+        QTRY_COMPARE(quante(), righe - 1);
+        const QMenu *modifica = menu(u"&Modifica"_s);
+        emit const_cast<QMenu *>(modifica)->aboutToShow();
+        QVERIFY(modifica->actions().at(0)->text().startsWith(u"&Annulla: Eliminato l'archivio"_s));
+        modifica->actions().at(0)->trigger();
+        QTRY_COMPARE(quante(), righe);
+        QCOMPARE(cella(tabella, 0, 0), primo);
+        QTRY_COMPARE(corrente(tabella), primo);
+        persona->poi([&](QWidget *finestra) {
+            auto *passi = parte<QTreeWidget>(finestra, u"Passi"_s);
+            QCOMPARE(passi->topLevelItemCount(), 1);
+            QCOMPARE(passi->topLevelItem(0)->text(2), u"annullato"_s);
+            QTest::keyClick(passi, Qt::Key_Return);
+            QCOMPARE(passi->topLevelItem(0)->text(2), QString());
+            finestra->close();
+        });
+        modifica->actions().at(3)->trigger();
+        QTRY_COMPARE(quante(), righe - 1);
     }
 
     void nomiNuovi_data()
