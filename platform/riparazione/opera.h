@@ -19,6 +19,7 @@ struct Opera {
     bool adatta(const Tabella &tabella, const QList<pagine::Valore> &riga) const;
     void avanza(qint64 fatte) const { provvisorio::avanza(passo, fatte, file.quante()); }
 
+    // In quest'ordine: gli alberi da cercare sono quelli delle tabelle del file nuovo.
     pagine::File file;
     const Regole &regole;
     const provvisorio::Passo &passo;
