@@ -51,6 +51,8 @@ discordia::Parole parole(bool esiste)
 
 } // namespace
 
+// Ciò che è scritto nella pagina resta, il resto prende il valore del file. Le chiavi valgono per
+// un atto solo: le righe di un elenco si ritrovano per il codice della persona.
 void Pagina::concilia(const SchedaAtto &era, const SchedaAtto &ora)
 {
     for (RigaPagina *riga : m_righe) {
@@ -71,6 +73,7 @@ void Pagina::concilia(const SchedaAtto &era, const SchedaAtto &ora)
 
 void Pagina::tuttoDaScrivere()
 {
+    // Una copia: scrivere nell'ultima riga di un elenco ne fa nascere un'altra.
     const std::vector<RigaPagina *> tutte = m_righe;
     for (RigaPagina *riga : tutte)
         riga->chiave = 0;
@@ -94,6 +97,7 @@ QList<discordia::Casella> Pagina::differenze(const SchedaAtto &ora) const
             continue;
         for (Campo *campo : riga->campi()) {
             const QString nelFile = valoreDi(ora, *campo, elenco, riga->chiave).toString();
+            // Di una casella nascosta chi scrive non ha deciso nulla.
             if (campo->valore().toString() != nelFile && campo->fuoco()->isVisibleTo(this))
                 diverse.append({campo->nome(), campo->testo(), nelFile});
         }
@@ -118,6 +122,8 @@ bool fmScheda::concorda(const std::optional<Atto> &nelFile)
             return registra();
         }
         m_pagina->concilia(era, ora);
+        // Da qui in poi l'atto di prima è quello del file: si scrive soltanto ciò che ne
+        // differisce.
         m_prima = *nelFile;
         return registra();
     case discordia::Prende:

@@ -39,6 +39,8 @@ void Pagina::aggiorna(const scheda::SchedaAtto &atto)
     const scheda::Indirizzo dove = qui == nullptr ? scheda::Indirizzo{} : qui->dove;
     const auto *riga = qobject_cast<QLineEdit *>(focusWidget());
     const int cursore = riga == nullptr ? 0 : riga->cursorPosition();
+    // Le righe di un elenco possono sparire: la casella si ritrova per ciò che mostra, e di `qui`
+    // da ora si sa soltanto che c'era.
     mostra(atto);
     Campo *stesso = qui == nullptr ? nullptr : campo(dove);
     if (qui != nullptr && (stesso == nullptr || !stesso->fuoco()->isVisibleTo(this)))
@@ -72,6 +74,7 @@ void Pagina::riempie(RigaPagina *riga, const scheda::SchedaAtto &atto)
         const bool nata =
             std::any_of(riga->campi().begin(), riga->campi().end(),
                         [&](const Campo *uno) { return uno->dove.campo == casella.campo; });
+        // Una casella nascosta nasce solo quando ha qualcosa da mostrare.
         if (!nata && valore.toString().isEmpty())
             continue;
         Campo *campo = riga->campo(casella.campo);

@@ -83,11 +83,13 @@ QString ModelloTabella::esempio(int colonna) const
 void ModelloTabella::sostituisce(const std::function<std::vector<qint64>()> &legge)
 {
     beginResetModel();
+    // Un pezzo ancora in attesa nel ciclo degli eventi è di un elenco che non c'è più.
     ++m_lettura;
     m_incompleto = false;
     m_daContinuare = false;
     m_righe.clear();
     m_chiavi.clear();
+    // Se non riesce la griglia resta con un elenco vuoto, e l'errore va a chi ha dato il comando.
     try {
         m_chiavi = legge();
     } catch (...) {
@@ -141,6 +143,7 @@ bool ModelloTabella::leggePezzo()
     beginInsertRows({}, prima, prima + static_cast<int>(altre.size()) - 1);
     m_chiavi.insert(m_chiavi.end(), altre.begin(), altre.end());
     endInsertRows();
+    // Un pezzo non pieno è l'ultimo: si risparmia la lettura che non renderebbe nulla.
     const bool forseAltre = static_cast<int>(altre.size()) == m_pezzo;
     const qint64 durata = orologio.elapsed();
     if (durata < pezzoBreve)

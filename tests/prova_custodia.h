@@ -43,6 +43,8 @@ protected:
     {
         const ArchivioDiProva archivio;
         campione::riempie(connessione(), 60);
+        // Il motore di Debian copre ciò che cancella, altri no.
+        esegui(u"PRAGMA secure_delete = OFF"_s);
         esegui(u"DELETE FROM Eventi WHERE CAST(substr(Codice, 2) AS INTEGER) BETWEEN 20 AND 30"_s);
         esegui(u"DELETE FROM Binari WHERE Codice IN ('B6', 'B11')"_s);
         m_prima = campione::istantanea(connessione());

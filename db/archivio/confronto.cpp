@@ -43,6 +43,7 @@ void Confronto::tabella(const Corrispondenza &come, const std::vector<quint32> &
     bool uguali = true;
     while (uguali && lettura.righe.prossima()) {
         const RigaLetta attesa = come.legge(lettura, m_massimo);
+        // Le rifiutate sono nell'ordine della prima lettura, che questa ripete.
         if (rifiutata != rifiutate.end() && *rifiutata == lettura.righe.lette())
             ++rifiutata;
         else
@@ -50,6 +51,7 @@ void Confronto::tabella(const Corrispondenza &come, const std::vector<quint32> &
         if (lettura.righe.lette() % righePerPasso == 0)
             m_avanza(lettura);
     }
+    // Che ogni riga dell'originale ci sia non basta: la copia non deve averne altre.
     const QVariant presenti =
         m_archivio.valore({QStringLiteral("SELECT count(*) FROM ") + come.tabella(), {}, {}});
     if (!uguali || lettura.righe.lette() != lette ||
@@ -89,6 +91,7 @@ bool Confronto::lungo(const Corrispondenza &come, Lettura &lettura, const RigaLe
              {}});
         return presente == attesa.valori.at(come.postoLungo());
     }
+    // A pezzi si leggono anche i testi: con gli stessi byte passerebbero per un contenuto.
     const QVariant specie = m_archivio.valore(
         {QStringLiteral("SELECT typeof(%1) FROM %2 WHERE rowid = ?").arg(campo, come.tabella()),
          {chiave},

@@ -29,6 +29,7 @@ void apri(ado::Connection &connessione, const QString &percorso)
         verificaSchema(connessione);
     } catch (const ado::Errore &errore) {
         connessione.Close();
+        // Un bit rovinato nella versione basta a far sembrare più nuovo un file dei nostri.
         if (errore.causa() == ado::Causa::VersioneNuova && !diVersioneNuova(percorso))
             throw ado::Errore(ado::Causa::Danneggiato,
                               QStringLiteral("il file è danneggiato (la versione che vi è "
@@ -82,6 +83,8 @@ void ApriArchivio(const QString &percorso)
     ado::Connection &scelta = *archivi().Connessioni.at(static_cast<size_t>(posto));
     if (scelta.State() == ado::adStateClosed) {
         const QString suo = scelta.Properties(origine);
+        // Il posto ricorda il percorso com'è sul disco; chi lo scrive con altre maiuscole intende
+        // quello.
         const bool soloMaiuscole = !suo.isEmpty() && !QFileInfo::exists(percorso);
         apri(scelta, soloMaiuscole ? suo : percorso);
     }

@@ -93,6 +93,7 @@ private:
             QVariantMap valori = differenze(era.campi, persona.campi);
             if (!persona.codice.isEmpty() && persona.ruolo != era.ruolo)
                 valori.insert(QStringLiteral("Ruolo"), persona.ruolo);
+            // Di chi si sta scrivendo: se è rifiutato, la pagina sa accanto a chi dirlo.
             m_esito.persona = persona.chiave;
             if (!record(QStringLiteral("Individui"), persona.codice, valori,
                         {{QStringLiteral("Voce"), m_dopo.codice},
@@ -183,11 +184,13 @@ EsitoAtto scriveAtto(ado::Connection &connessione, const QString &operatore, con
                      Atto &dopo)
 {
     Lavoro lavoro(connessione, nomeDelPasso(dopo), operatore);
+    // Dentro la transazione: fra il confronto e la scrittura nessun altro può cambiare l'atto.
     if (!dopo.codice.isEmpty()) {
         const auto nelFile = leggeAtto(connessione, dopo.codice);
         if (nelFile != prima)
             return {EsitoAtto::Cambiato, {}, 0, nelFile};
     }
+    // Su una copia: se a metà si rinuncia, in `dopo` non restano codici di record mai registrati.
     Atto scritto = dopo;
     Scrittore scrittore(lavoro, prima, scritto);
     if (!scrittore.scrive())

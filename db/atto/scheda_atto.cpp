@@ -97,6 +97,7 @@ int SchedaAtto::genitoreDi(int chiave, const Posto &posto) const
 
 int SchedaAtto::trova(const Posto &posto) const
 {
+    // Chi è nato nella pagina non ha ancora legami per cui ritrovarlo.
     if (const int nata = m_nate.value(posto.nome); nata != 0 && m_atto.persona(nata) != nullptr)
         return nata;
     switch (posto.come) {
@@ -123,6 +124,7 @@ int SchedaAtto::trova(const Posto &posto) const
 
 QList<int> SchedaAtto::elenco(const Posto &posto) const
 {
+    // Chi sta già in un posto suo non compare due volte; le «altre» sono quelle che restano.
     QList<int> presi;
     for (const Posto &altro : m_scheda->posti) {
         if (const int suo = trova(altro); suo != 0)
@@ -167,6 +169,8 @@ const QList<EventoDiAtto> *SchedaAtto::eventi(const QString &posto, int quale) c
             if (famiglia != nullptr)
                 return &famiglia->eventi;
         }
+        // La famiglia nasce quando l'atto si registra: fino ad allora i suoi eventi stanno da
+        // parte.
         const auto nati = m_diCoppia.constFind(posto);
         return nati == m_diCoppia.constEnd() ? nullptr : &*nati;
     }
@@ -242,6 +246,7 @@ TestoDiAtto &SchedaAtto::testoDi(const Posto &posto)
 void SchedaAtto::assegna(const Indirizzo &dove, const QVariant &valore)
 {
     const Posto &posto = *m_scheda->posto(dove.posto);
+    // Svuotare ciò che è vuoto non deve far nascere persone o eventi.
     if (vuoto(valore) && vuoto(this->valore(dove)))
         return;
     if (posto.come == Come::Voce) {
@@ -279,6 +284,7 @@ void SchedaAtto::toglie(int chiave)
 
 QList<EventoDiAtto> SchedaAtto::eventiDiTroppo() const
 {
+    // Per indirizzo: due eventi possono dire le stesse cose, e la pagina ne mostra uno.
     QList<const EventoDiAtto *> mostrati;
     for (const Riga &riga : m_scheda->righe) {
         for (int i = 0; riga.evento != 0 && i < std::max(1, quante(riga.posto)); ++i)

@@ -49,6 +49,7 @@ public:
             else if (posto.come == Come::Coppia)
                 celebra(posto);
         }
+        // Per ultimo: finché si compone, anche di chi non dice nulla si deve sapere che manca.
         m_atto.persone.removeIf(vuota);
         for (PersonaDiAtto &persona : m_atto.persone)
             persona.eventi.removeIf(nuovoVuoto);

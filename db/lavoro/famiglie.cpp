@@ -37,6 +37,7 @@ bool ConiugeGiaInserito(const std::vector<int> &inseriti, int ruolo)
             principale = principale || eIndividuo(inserito);
         }
     }
+    // Una coppia è di due: con il principale dell'atto e il suo coniuge è piena.
     return principale && coniuge;
 }
 

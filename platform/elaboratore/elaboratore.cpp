@@ -30,6 +30,8 @@ bool diAltri()
     if (registro::RegOpenKeyEx(Radice::HKEY_CLASSES_ROOT, estensione, registro::KEY_READ, chiave) !=
         registro::ERROR_SUCCESS)
         return false;
+    // Lo spazio è quello della nostra, con lo zero finale: una classe più lunga non ci sta, ed è
+    // d'altri.
     QString valore(classe.size() + 1, QChar(u'\0'));
     const bool nostra = registro::RegQueryValueEx(chiave, valore) == registro::ERROR_SUCCESS &&
                         valore == classe + QChar(u'\0');

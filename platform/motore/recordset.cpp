@@ -66,11 +66,12 @@ void Recordset::Assegna(const QString &nome, const QVariant &valore)
 {
     if (m_blocco == adLockReadOnly)
         throw Errore(Causa::SolaLettura, QStringLiteral("il record è aperto in sola lettura"));
-    riga();
+    riga(); // lancia, se non c'è un record corrente
     const bool vuoto = valore.typeId() == QMetaType::QString && valore.toString().isEmpty();
     const QVariant nuovo = vuoto ? QVariant() : valore;
     const qsizetype dove = posto(nome);
     QVariant &presente = m_righe[static_cast<size_t>(m_corrente)][static_cast<size_t>(dove)];
+    // Riscrivere lo stesso valore non è un cambiamento: nel file si scrive solo ciò che cambia.
     if (presente == nuovo && presente.isValid() == nuovo.isValid())
         return;
     presente = nuovo;

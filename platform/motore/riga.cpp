@@ -33,6 +33,7 @@ qint64 Riga::intero(int colonna) const
 
 QByteArrayView Riga::byte(int colonna) const
 {
+    // Prima il testo, che può convertire il valore: la lunghezza è di ciò che ne viene.
     const void *inizio = sqlite3_column_text(m_istruzione, colonna);
     return {static_cast<const char *>(inizio), sqlite3_column_bytes(m_istruzione, colonna)};
 }
@@ -54,6 +55,7 @@ QVariant Riga::valore(int colonna) const
     case SQLITE_BLOB: {
         const void *inizio = sqlite3_column_blob(m_istruzione, colonna);
         const int lunghezza = sqlite3_column_bytes(m_istruzione, colonna);
+        // Di un contenuto vuoto il motore non dà l'indirizzo, ma vuoto non è Null.
         return lunghezza == 0 ? QByteArray("")
                               : QByteArray(static_cast<const char *>(inizio), lunghezza);
     }

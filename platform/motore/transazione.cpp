@@ -22,6 +22,8 @@ Sorveglianza::~Sorveglianza()
 
 int Sorveglianza::chiede()
 {
+    // Chi risponde può tornare al ciclo degli eventi, e di lì rivolgersi a questa connessione: a
+    // metà di un'istruzione lo si rifiuta.
     m_connessione.m_sospesa = true;
     const bool procedere = m_procede();
     m_connessione.m_sospesa = false;
@@ -47,6 +49,7 @@ Transazione::~Transazione()
         return;
     try {
         esegue(m_interna ? "ROLLBACK TO passo" : "ROLLBACK");
+        // Tornare al punto non lo toglie: resterebbe aperto sotto chi sta fuori.
         if (m_interna)
             esegue("RELEASE passo");
     } catch (const Errore &) {
