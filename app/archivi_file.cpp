@@ -7,6 +7,7 @@
 #include "db/archivio/connessioni.h"
 #include "db/archivio/conversione.h"
 #include "db/archivio/custodia.h"
+#include "db/archivio/salvati.h"
 #include "db/lavoro/operatori.h"
 #include "platform/disco/provvisorio.h"
 #include "platform/disco/shell.h"
@@ -50,6 +51,16 @@ QString fileEsistente(const QString &percorso)
     return {};
 }
 
+// Perché un file non si è aperto, e il comando che lo ripara se può.
+QString motivo(const QString &percorso, const ado::Errore &errore)
+{
+    const QString comando = QStringLiteral("«Compatta e ripristina»");
+    const QString detto = errore.testo();
+    return detto.contains(comando) || !siSalverebbe(percorso, errore.causa())
+               ? detto
+               : detto + QStringLiteral("\n%1 ne salva ciò che si legge").arg(comando);
+}
+
 } // namespace
 
 ArchiviFile::ArchiviFile(QWidget *finestra, std::function<void()> apreArchivi,
@@ -86,7 +97,7 @@ bool ArchiviFile::entra(const QString &percorso, const QString &operatore)
     try {
         ApriArchivio(percorso);
     } catch (const ado::Errore &errore) {
-        messaggi::riferisceErrore(m_finestra, percorso + u'\n' + errore.testo());
+        messaggi::riferisceErrore(m_finestra, percorso + u'\n' + motivo(percorso, errore));
         return false;
     }
     contesto().PercorsoCorrente = percorso;

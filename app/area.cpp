@@ -1,5 +1,7 @@
 #include "app/area.h"
 
+#include "app/ultimi.h"
+#include "contesto/comandi.h"
 #include "platform/finestre/memoria_finestre.h"
 
 #include <QEvent>
@@ -13,10 +15,19 @@
 namespace
 {
 
-const QString invito = QStringLiteral("Per cominciare, dal menu File:\n"
-                                      "Nuovo (Ctrl+N) crea un file di archivi,\n"
-                                      "Apri (Ctrl+O) ne riprende uno.\n\n"
-                                      "Il manuale (F1) accompagna nella prima trascrizione.");
+QString invito()
+{
+    const QString continua =
+        ultimi::posto().percorso.isEmpty()
+            ? QString()
+            : comandi::suggerimento(QStringLiteral("file.continua")) +
+                  QStringLiteral(" riprende dal registro dell'ultima volta,\n");
+    return QStringLiteral("Per cominciare, dal menu File:\n%1"
+                          "Nuovo (Ctrl+N) crea un file di archivi,\n"
+                          "Apri (Ctrl+O) ne riprende uno.\n\n"
+                          "Il manuale (F1) accompagna nella prima trascrizione.")
+        .arg(continua);
+}
 
 QString chiave(const QMdiSubWindow *finestra)
 {
@@ -32,7 +43,7 @@ void ricordaPosto(const QMdiSubWindow *finestra)
 
 } // namespace
 
-Area::Area(QWidget *sopra) : QMdiArea(sopra), m_invito(new QLabel(invito, viewport()))
+Area::Area(QWidget *sopra) : QMdiArea(sopra), m_invito(new QLabel(viewport()))
 {
     setAccessibleName(QStringLiteral("Elenchi aperti"));
     setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -88,9 +99,10 @@ void Area::disponiInvito()
     m_invito->setGeometry(viewport()->rect());
     const bool vuota = subWindowList().isEmpty();
     m_invito->setVisible(vuota);
+    m_invito->setText(invito());
     // I lettori di schermo dell'area vedono solo le finestre: l'invito è la sua descrizione, e la
     // sentono perché finché è vuota i tasti vanno a lei.
-    setAccessibleDescription(vuota ? invito : QString());
+    setAccessibleDescription(vuota ? m_invito->text() : QString());
     setFocusPolicy(vuota ? Qt::StrongFocus : Qt::NoFocus);
     if (vuota && window()->focusWidget() != this)
         setFocus();

@@ -55,6 +55,11 @@ void MDITras::continua()
         messaggi::avvisa(this, tr("Il registro in cui si è scritto per ultimo non c'è più"));
         return mostraArchivi();
     }
+    if (!QFileInfo(posto.percorso).isWritable()) {
+        messaggi::avvisa(this,
+                         tr("Il file è di sola lettura: un atto nuovo non si potrebbe salvare"));
+        return mostraArchivi();
+    }
     contesto().ArchivioCorrente = registro->archivio;
     contesto().RegistroCorrente = registro->codice;
     contesto().TipoRegistroCorrente = registro->tipo;

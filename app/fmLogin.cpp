@@ -6,6 +6,7 @@
 #include "db/lavoro/operatori.h"
 #include "editors/casella_testo.h"
 #include "editors/fmOperatore.h"
+#include "platform/finestre/limite.h"
 #include "platform/finestre/messaggi.h"
 
 #include <QFormLayout>
@@ -80,12 +81,15 @@ void fmLogin::disponi(QLabel *Label1)
 {
     auto *caselle = new QFormLayout;
     const QString etichette[] = {QStringLiteral("&Nome utente:"), QStringLiteral("&Password:")};
+    const QStringView colonne[] = {u"Nome", u"Password"};
     int indice = 0;
     for (QLineEdit *casella : {txtUserName, txtPassword}) {
         auto *lblLabels = new QLabel(etichette[indice], this);
         lblLabels->setObjectName(QStringLiteral("lblLabels_%1").arg(indice));
         lblLabels->setBuddy(casella);
         caselle->addRow(lblLabels, casella);
+        auto *limite = new Limite(casella, campoDi(u"Operatori", colonne[indice]).lunghezza);
+        caselle->addRow(QString(), limite->nota(this));
         ++indice;
     }
     auto *riga = new QHBoxLayout;

@@ -1,3 +1,4 @@
+#include "db/archivio/salvati.h"
 #include "db/lavoro/codici.h"
 #include "db/schema/schema.h"
 #include "prova_custodia.h"
@@ -155,6 +156,10 @@ private slots:
             errore([&] { copiaArchivio(m_percorso, accanto(u"c.tvd"_s), avanti); });
         QVERIFY(rifiuto.causa() != ado::Causa::PasswordErrata && !rifiuto.testo().isEmpty());
         QVERIFY(!QFileInfo::exists(accanto(u"c.tvd"_s)));
+        // Chi non riesce ad aprirlo sa con che comando si ripara; di un altro file no.
+        QVERIFY(siSalverebbe(m_percorso, ado::Causa::Danneggiato));
+        scrive(accanto(u"altro.tvd"_s), QByteArray(9000, 'x'));
+        QVERIFY(!siSalverebbe(accanto(u"altro.tvd"_s), ado::Causa::NonArchivio));
         QVERIFY(compattaArchivio(m_percorso, cestino(), avanti).riparato);
         QCOMPARE(righeDi(m_percorso), m_prima);
         ApriArchivio(m_percorso);

@@ -171,6 +171,14 @@ void rifiutaVersioneNuova(const QString &danneggiato)
                               .arg(versioneSchema));
 }
 
+// Vero se la riga dello schema è di qualcosa che questa versione fa.
+bool nostra(const pagine::RigaDiSchema &riga)
+{
+    const QStringList nostre = istruzioniNote();
+    return std::any_of(nostre.cbegin(), nostre.cend(),
+                       [&riga](const QString &una) { return somiglia(riga.testo, una.toUtf8()); });
+}
+
 } // namespace
 
 bool diVersioneNuova(const QString &percorso)
@@ -178,15 +186,24 @@ bool diVersioneNuova(const QString &percorso)
     const pagine::File file(percorso);
     if (file.versione() <= versioneSchema)
         return false;
-    const QStringList nostre = istruzioniNote();
-    const auto nostra = [&nostre](const pagine::RigaDiSchema &riga) {
-        return riga.testo.isEmpty() ||
-               std::any_of(nostre.cbegin(), nostre.cend(), [&riga](const QString &una) {
-                   return somiglia(riga.testo, una.toUtf8());
-               });
-    };
     const auto schema = pagine::schemaDi(file);
-    return !std::all_of(schema.cbegin(), schema.cend(), nostra);
+    return !std::all_of(schema.cbegin(), schema.cend(), [](const pagine::RigaDiSchema &riga) {
+        return riga.testo.isEmpty() || nostra(riga);
+    });
+}
+
+bool siSalverebbe(const QString &percorso, ado::Causa causa)
+{
+    if (causa != ado::Causa::Danneggiato && causa != ado::Causa::NonArchivio)
+        return false;
+    try {
+        // Lo schema di un archivio sta nelle prime pagine; il salvataggio lo cercherebbe in tutte.
+        constexpr quint32 prime = 64;
+        const auto schema = pagine::schemaSparso(pagine::File(percorso), prime);
+        return std::any_of(schema.cbegin(), schema.cend(), nostra) && !diVersioneNuova(percorso);
+    } catch (const ado::Errore &) {
+        return false;
+    }
 }
 
 Salvato salvaArchivio(const QString &danneggiato, const QString &nuovo,

@@ -16,6 +16,9 @@ struct Salvato {
 // qualcosa che questa versione non fa. Un numero alto in uno schema nostro l'ha scritto un guasto.
 // Lancia ado::Errore se il file non si legge.
 bool diVersioneNuova(const QString &percorso);
+// Vero se un file che per quella causa non si apre è un archivio da cui il salvataggio trae
+// qualcosa: nel suo schema si riconosce una tabella nostra. Legge poche pagine.
+bool siSalverebbe(const QString &percorso, ado::Causa causa);
 
 // Scrive in un file nuovo tutto ciò che dell'archivio ancora si legge. Nel nuovo nessun codice che
 // una riga nomina ancora sarà dato a un altro record. Lancia ado::Errore; con la causa

@@ -75,6 +75,14 @@ QList<RigaDiSchema> schemaDi(const File &file)
     return righe;
 }
 
+QList<RigaDiSchema> schemaSparso(const File &file, quint32 pagine)
+{
+    QList<RigaDiSchema> righe;
+    for (quint32 numero = 1; numero <= std::min(pagine, file.quante()); ++numero)
+        righe += righeDi(file, file.pagina(numero));
+    return righe;
+}
+
 // Lo schema si cerca prima dal suo posto; se non c'è tutto, in ogni foglia del file.
 QHash<QString, quint32> Alberi::radici(const File &file)
 {

@@ -30,6 +30,8 @@ struct RigaDiSchema {
 
 // Le righe dello schema che si leggono, a partire dal suo posto.
 QList<RigaDiSchema> schemaDi(const File &file);
+// Quelle che si leggono nelle prime pagine, anche se il loro posto è rovinato.
+QList<RigaDiSchema> schemaSparso(const File &file, quint32 pagine);
 
 class Alberi
 {
