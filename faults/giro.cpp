@@ -152,10 +152,11 @@ private:
     // Una lettera in fondo a una casella che ha già qualcosa, e che non chiede una forma.
     void cambia()
     {
-        static const QStringList libere{QStringLiteral("Nome"),         QStringLiteral("Cognome"),
-                                        QStringLiteral("Luogo"),        QStringLiteral("Volume"),
-                                        QStringLiteral("Precisazione"), QStringLiteral("Valore"),
-                                        QStringLiteral("Causa")};
+        static const QStringList libere{
+            QStringLiteral("Nome"),   QStringLiteral("Cognome"),      QStringLiteral("Luogo"),
+            QStringLiteral("Volume"), QStringLiteral("Precisazione"), QStringLiteral("Valore"),
+            QStringLiteral("Causa"),  QStringLiteral("Detto"),        QStringLiteral("Soprannome"),
+            QStringLiteral("Età"),    QStringLiteral("Indirizzo")};
         std::vector<Campo *> adatti;
         for (Campo *campo : m_pagina->pagina()->campi()) {
             constexpr int lungo = 50;
@@ -213,20 +214,16 @@ int senzaCambiare(Lettore &lettore)
     return static_cast<int>(diverse.size());
 }
 
-// Quante volte la lettera è stata scritta in fondo ai valori della riga: la stessa persona può
-// essere di due atti.
-int lettereInPiu(const Diversa &una)
+// Quante lettere il valore ha in più in fondo: la stessa persona può essere di due atti.
+int lettereInPiu(const std::pair<QString, QString> &valore)
 {
-    const auto inFondo = [](const QStringList &valori) {
+    const auto inFondo = [](const QByteArray &byte) {
         int quante = 0;
-        for (const QString &valore : valori) {
-            const QByteArray byte = righe::byteDi(valore);
-            for (qsizetype i = byte.size(); i > 0 && byte.at(i - 1) == 'x'; --i)
-                ++quante;
-        }
+        for (qsizetype i = byte.size(); i > 0 && byte.at(i - 1) == 'x'; --i)
+            ++quante;
         return quante;
     };
-    return inFondo(una.dopo) - inFondo(una.prima);
+    return inFondo(righe::byteDi(valore.second)) - inFondo(righe::byteDi(valore.first));
 }
 
 // Cambia la colonna della casella in cui si è scritto, l'ora della modifica e il legame con chi ha
@@ -239,16 +236,17 @@ int cambiandoUnaCasella(Lettore &lettore)
     QList<Diversa> diverse = righe::differenze(prima, righe::copia(connessione()));
     int cambiate = 0;
     diverse.removeIf([&](const Diversa &una) {
-        const QStringList colonne = [&] {
-            QStringList senza = una.colonne;
-            senza.removeAll(QStringLiteral("Modifica"));
-            return senza;
-        }();
-        const bool legame =
-            una.tabella == QStringLiteral("OperatoriContesti") && una.prima.isEmpty();
-        if (colonne.size() == 1)
-            cambiate += lettereInPiu(una);
-        return legame || colonne.size() == 1;
+        if (una.prima.isEmpty() || una.dopo.isEmpty())
+            return una.tabella == QStringLiteral("OperatoriContesti") && una.prima.isEmpty();
+        bool soloLettere = true;
+        for (auto colonna = una.colonne.cbegin(); colonna != una.colonne.cend(); ++colonna) {
+            if (colonna.key() == QStringLiteral("Modifica"))
+                continue;
+            const int lettere = lettereInPiu(*colonna);
+            cambiate += lettere;
+            soloLettere = soloLettere && lettere > 0;
+        }
+        return soloLettere;
     });
     uscita() << lettore.cambiati() << " boxes changed by a letter, " << cambiate
              << " letters in the archive: different besides " << diverse.size() << '\n';

@@ -91,9 +91,10 @@ QList<Diversa> differenze(const Copia &prima, const Copia &dopo)
         const catalogo::Tabella *sua = catalogo::cerca(una.tabella);
         for (qsizetype i = 0; i < una.prima.size() && i < una.dopo.size(); ++i) {
             if (una.prima.at(i) != una.dopo.at(i))
-                una.colonne.append(sua == nullptr
+                una.colonne.insert(sua == nullptr
                                        ? QString::number(i)
-                                       : sua->colonne[static_cast<size_t>(i)].nome.toString());
+                                       : sua->colonne[static_cast<size_t>(i)].nome.toString(),
+                                   {una.prima.at(i), una.dopo.at(i)});
         }
     }
     return diverse;

@@ -3,6 +3,7 @@
 #include "platform/motore/ado.h"
 
 #include <QHash>
+#include <QMap>
 #include <QStringList>
 
 // Tutto ciò che sta in un archivio, per vedere che cosa è cambiato.
@@ -21,7 +22,7 @@ struct Diversa {
     QString tabella;
     QStringList prima;
     QStringList dopo;
-    QStringList colonne;
+    QMap<QString, std::pair<QString, QString>> colonne; // per nome: com'era, com'è
 };
 
 QList<Diversa> differenze(const Copia &prima, const Copia &dopo);

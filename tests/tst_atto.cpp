@@ -167,6 +167,13 @@ private slots:
         QCOMPARE(scrive(letta, atto).che, EsitoAtto::Scritto);
         QCOMPARE(colonna(u"SELECT Codice || Ruolo FROM Individui WHERE Detto = 'Bella'"_s),
                  QStringList{u"I1%1"_s.arg(lei)});
+        if (!famiglia)
+            return;
+        // Anche quando di un atto si corregge soltanto l'evento della coppia.
+        const Atto ora = *leggeAtto(connessione(), u"V1"_s);
+        const SchedaAtto corretta = pagina(u"R2"_s, {u"coppia/18.Luogo=Parma"_s}, ora);
+        QCOMPARE(scrive(corretta, ora).che, EsitoAtto::Scritto);
+        QCOMPARE(colonna(u"SELECT Luogo FROM Eventi"_s), QStringList{u"Parma"_s});
     }
 
     // Aperto e registrato senza toccarlo, un atto non cambia una riga, comunque sia fatto.

@@ -217,6 +217,9 @@ int SchedaAtto::nasce(const Posto &posto)
 EventoDiAtto &SchedaAtto::eventoDi(const Indirizzo &dove)
 {
     const Posto &posto = *m_scheda->posto(dove.posto);
+    // L'atto da cui questo è stato copiato non deve cambiare con lui.
+    m_atto.famiglie.detach();
+    m_atto.persone.detach();
     auto *suoi = const_cast<QList<EventoDiAtto> *>(eventi(dove.posto, dove.quale));
     if (suoi == nullptr)
         suoi = posto.come == Come::Coppia ? &m_diCoppia[dove.posto]
