@@ -1,5 +1,6 @@
 #include "app/menu.h"
 
+#include "app/storia.h"
 #include "contesto/comandi.h"
 
 #include <QAction>
@@ -56,6 +57,7 @@ MenuComuni::MenuComuni(QWidget *finestra, const Comandi &comandi)
                                  {VoceAiuto::Scrivi, QStringLiteral("Scrivi a Tarvola")}},
                                 comandi.aiuto))
 {
+    ModificaItem = new MenuModifica(finestra);
     FileItem->insertSeparator(FileItem->actions().constLast());
     offreRiapertura(false);
 }
@@ -69,5 +71,6 @@ QList<QMenu *> MenuComuni::barra(const QList<QMenu *> &propri) const
 {
     if (propri.isEmpty())
         return {FileItem, AiutoItem};
-    return QList<QMenu *>{FileItem} + propri + QList<QMenu *>{FinestreItem, AiutoItem};
+    return QList<QMenu *>{FileItem} + propri +
+           QList<QMenu *>{FinestreItem, AiutoItem, ModificaItem};
 }

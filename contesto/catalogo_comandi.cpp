@@ -140,6 +140,9 @@ const std::vector<Comando> &catalogo()
     static const std::vector<Comando> tutti{
         {QStringLiteral("file.riapri"), tr("Riapri gli elenchi chiusi"), Principale,
          Qt::CTRL | Qt::SHIFT | Qt::Key_T},
+        {QStringLiteral("modifica.annulla"), tr("&Annulla"), Elenchi, QKeySequence::Undo},
+        {QStringLiteral("modifica.ripeti"), tr("&Ripeti"), Elenchi, QKeySequence::Redo},
+        {QStringLiteral("modifica.storia"), tr("&Storia…"), Principale},
         {QStringLiteral("elenco.trascrivi"), tr("Trascrivi"), Registri, Qt::Key_F4},
         {QStringLiteral("elenco.scheda"), tr("Scheda"), Voci, Qt::Key_F4},
         {QStringLiteral("elenco.nuovaScheda"), tr("Nuova scheda"), Voci, Qt::SHIFT | Qt::Key_F4},
