@@ -47,6 +47,7 @@ strumenti/schermo.sh "$programmi/misura" "$archivio" "$volte" || stato=1
 strumenti/schermo.sh "$programmi/testo" "$archivio" "$volte" || stato=1
 "$programmi/custodia" "$cartella" $((individui / 1000 + 2)) || stato=1
 strumenti/schermo.sh "$programmi/allegato" "$cartella" $((individui * 3 / 10000 + 1)) || stato=1
+"$programmi/storia" "$archivio" "$cartella" $((individui * 3 / 10000 + 1)) "$volte" || stato=1
 "$programmi/anteriore" tests/dati/anteriore/vuoto.tvd "$cartella/anteriore.tvd" \
     $((individui / 10)) || stato=1
 exit $stato

@@ -10,8 +10,19 @@
 #        ./faults.sh --recupero SEEDS [FIRST SEED [DAMAGE]]
 # Compares the repair with the recovery of the engine's own program: forty damages, SEEDS of each;
 # prints the rows each finds again, and ends with status 1 when ours is behind anywhere.
+#        ./faults.sh --storia STEPS [SEED]
+# STEPS random steps, with undos and redos among them, then all undone and all redone, against dumps
+# of every table; prints how many stood in the history, ends with status 1 where a row differs.
 set -euo pipefail
 
+if [[ "${1-}" = --storia && ${2-} =~ ^[1-9][0-9]*$ && ${3-0} =~ ^[0-9]+$ && $# -le 3 ]]; then
+    cd "$(dirname "${BASH_SOURCE[0]}")"
+    strumenti/prepara.sh build use
+    cmake --preset lavoro
+    cmake --build --preset lavoro --target tst_storia
+    TARVOLA_GUASTI=$2 TARVOLA_SEME=${3-0} QT_QPA_PLATFORM=offscreen \
+        exec build/lavoro/tests/cartelle/tst_storia/tst_storia aCaso
+fi
 if [ "${1-}" = --recupero ]; then
     shift
     cd "$(dirname "${BASH_SOURCE[0]}")"

@@ -44,6 +44,10 @@ MDITras::MDITras()
       })
 {
     avviaContesto();
+    contesto().FaiBackUp = [this] {
+        QMetaObject::invokeMethod(
+            this, [this] { SubFileItem_Click(VoceFile::BackUp); }, Qt::QueuedConnection);
+    };
     setObjectName(QStringLiteral("MDITras"));
     setWindowTitle(QStringLiteral("Tarvola"));
     setCentralWidget(m_area);
@@ -59,6 +63,7 @@ MDITras::~MDITras()
 {
     // L'area annuncia le sue finestre anche mentre muore, quando i menu non ci sono più.
     disconnect(m_area, nullptr, this, nullptr);
+    contesto().FaiBackUp = {};
 }
 
 // Una barra sola: i menu comuni, con in mezzo quelli della finestra attiva.

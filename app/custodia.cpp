@@ -119,6 +119,12 @@ void Custodia::compatta()
                                      QStringLiteral("\nè stato rinominato\n") + esito.nelCestino);
     if (esito.riparato)
         messaggi::avvisa(m_finestra, perdite(esito));
+    else if (esito.conPassi)
+        messaggi::avvisa(m_finestra,
+                         QStringLiteral("Il file compatto non ha la storia dei passi: ciò che è "
+                                        "stato fatto finora non si può più annullare, e ciò che "
+                                        "era stato eliminato non c'è più. Il file di prima, nel "
+                                        "Cestino, li ha ancora."));
     messaggi::avvisa(m_finestra, QStringLiteral("Compressione/riparazione riuscita"));
 }
 

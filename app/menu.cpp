@@ -1,5 +1,6 @@
 #include "app/menu.h"
 
+#include "app/storia.h"
 #include "app/ultimi.h"
 #include "contesto/comandi.h"
 #include "platform/finestre/testo_semplice.h"
@@ -65,6 +66,7 @@ MenuComuni::MenuComuni(QWidget *finestra, const Comandi &comandi)
                                 comandi.aiuto)),
       m_ultimo(comandi.ultimo)
 {
+    ModificaItem = new MenuModifica(finestra);
     FileItem->insertSeparator(voce(riapri));
     // Il percorso degli ultimi file si legge nel suggerimento.
     FileItem->setToolTipsVisible(true);
@@ -116,5 +118,6 @@ QList<QMenu *> MenuComuni::barra(const QList<QMenu *> &propri) const
 {
     if (propri.isEmpty())
         return {FileItem, AiutoItem};
-    return QList<QMenu *>{FileItem} + propri + QList<QMenu *>{FinestreItem, AiutoItem};
+    return QList<QMenu *>{FileItem} + propri +
+           QList<QMenu *>{FinestreItem, AiutoItem, ModificaItem};
 }

@@ -10,8 +10,8 @@ enum class VoceFile { Apri = 1, Nuovo, Compatta, BackUp, Recupera, Riapri, Bozze
 enum class VoceFinestre { InVerticale = 1, InOrizzontale, Cascata, Mostra };
 enum class VoceAiuto { Manuale = 1, HomePage, Scrivi };
 
-// I menu File, Finestre e Aiuto: scritti una volta, stanno nella barra qualunque finestra sia
-// attiva, con quelli suoi in mezzo.
+// I menu File, Finestre, Aiuto e Modifica: scritti una volta, stanno nella barra qualunque finestra
+// sia attiva, con quelli suoi in mezzo.
 class MenuComuni
 {
 public:
@@ -26,7 +26,7 @@ public:
     MenuComuni(QWidget *finestra, const Comandi &comandi);
 
     // I menu della barra nell'ordine. `propri` sono quelli della finestra attiva; senza, non c'è
-    // neppure Finestre.
+    // neppure Finestre, né Modifica.
     QList<QMenu *> barra(const QList<QMenu *> &propri) const;
     // Accende "Riapri gli elenchi chiusi" quando ce ne sono.
     void offreRiapertura(bool si) const;
@@ -41,4 +41,5 @@ private:
     QMenu *FinestreItem;
     QMenu *AiutoItem;
     std::function<void(const QString &)> m_ultimo;
+    QMenu *ModificaItem;
 };

@@ -12,6 +12,8 @@
 #include <QAction>
 #include <QActionGroup>
 #include <QContextMenuEvent>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QMenu>
 #include <QScrollBar>
 #include <QToolBar>
@@ -66,6 +68,8 @@ void fmTabella::riceve(const Annuncio &annuncio)
     if (adoTabella == nullptr || !stessoFile(annuncio.archivio, proprieta.Percorso))
         return;
     messaggi::protetto(this, [&] {
+        if (annuncio.ripresa)
+            return ritrova(annuncio);
         const bool nati = annuncio.dice(Cambiamento::Nuovo, m_genere.tabella);
         const bool daRileggere = vuota() || adoTabella->colonnaOrdine() >= 0;
         if (nati && !daRileggere)
@@ -73,6 +77,23 @@ void fmTabella::riceve(const Annuncio &annuncio)
         mostraCambiamenti(annuncio.dice(Cambiamento::Eliminato, m_genere.tabella) ||
                           (nati && daRileggere));
     });
+}
+
+// Ciò che un passo annullato o ripetuto rimette sta al suo posto, non in fondo; nell'elenco che si
+// usa si sceglie il primo.
+void fmTabella::ritrova(const Annuncio &annuncio)
+{
+    const auto suo = std::find_if(
+        annuncio.cambiamenti.begin(), annuncio.cambiamenti.end(), [this](const Cambiamento &uno) {
+            return uno.tabella == m_genere.tabella && uno.specie != Cambiamento::Eliminato &&
+                   !uno.codice.isEmpty();
+        });
+    const auto *finestra = qobject_cast<const QMdiSubWindow *>(parentWidget());
+    if (suo != annuncio.cambiamenti.end() && finestra != nullptr &&
+        finestra->mdiArea()->currentSubWindow() == finestra)
+        aggiorna(suo->codice);
+    else
+        mostraCambiamenti(true);
 }
 
 void fmTabella::Form_Load()

@@ -63,6 +63,7 @@ protected:
 
 private:
     void riceve(const modTarvola::Annuncio &annuncio);
+    void ritrova(const modTarvola::Annuncio &annuncio);
     void mostraMenuRiga(std::optional<QPoint> posto = {});
     QMenu *menuOrdine(QMenu *sopra);
     bool rigaPronta() const;

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <functional>
+
 // I valori condivisi del programma: che cosa è corrente, e il testo lungo che passa di mano.
 namespace modTarvola
 {
@@ -25,6 +27,8 @@ struct Contesto {
     bool TestoModificato = false;
     bool NomeModificato = false;
     bool SalvataggioRifiutato = false;
+    // Comincia un back-up appena la finestra principale è libera; la dà lei.
+    std::function<void()> FaiBackUp;
 };
 
 Contesto &contesto();

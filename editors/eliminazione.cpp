@@ -1,6 +1,7 @@
 #include "editors/eliminazione.h"
 
 #include "contesto/contesto.h"
+#include "contesto/finestre.h"
 #include "db/archivio/connessioni.h"
 #include "db/lavoro/lavoro.h"
 #include "db/lavoro/operatori.h"
@@ -25,19 +26,53 @@ bool avverte(QWidget *sopra, const QString &inPiu)
 
 } // namespace
 
+namespace
+{
+
+void elimina(QWidget *sopra, const QString &codice, const QString &operatore, bool senzaStoria)
+{
+    avanzamento::compie(sopra, QStringLiteral("Eliminazione di ") + codice,
+                        [&](const avanzamento::Passo &passo) {
+                            Lavoro lavoro(connessione(), {}, operatore);
+                            if (senzaStoria)
+                                lavoro.senzaStoria();
+                            lavoro.elimina(codice, passo);
+                            lavoro.conferma();
+                        });
+}
+
+// Nulla è ancora eliminato: chi vuole fa prima una copia. Vero se si procede comunque.
+bool anchePerSempre(QWidget *sopra)
+{
+    constexpr int primaUnBackUp = 0;
+    const int risposta = messaggi::sceglie(
+        sopra,
+        QObject::tr("Questa eliminazione è troppo grande perché la si possa poi annullare.\n"
+                    "Non è ancora stato eliminato nulla: si consiglia di fare prima un back-up."),
+        {QObject::tr("Prima un &back-up"), QObject::tr("&Elimina per sempre")});
+    if (risposta != primaUnBackUp)
+        return risposta > primaUnBackUp;
+    if (FinestreAperte().empty() && contesto().FaiBackUp)
+        contesto().FaiBackUp();
+    else
+        messaggi::avvisa(sopra, QObject::tr("Chiudere prima questa finestra; il back-up è nel "
+                                            "menu File"));
+    return false;
+}
+
+} // namespace
+
 void EliminaVoce(QWidget *sopra, const QString &codice, const QString &operatore)
 {
     if (!avverte(sopra, {}))
         return;
     try {
-        avanzamento::compie(sopra, QStringLiteral("Eliminazione di ") + codice,
-                            [&](const avanzamento::Passo &passo) {
-                                Lavoro lavoro(connessione(),
-                                              QStringLiteral("Eliminazione di ") + codice,
-                                              operatore);
-                                lavoro.elimina(codice, passo);
-                                lavoro.conferma();
-                            });
+        try {
+            elimina(sopra, codice, operatore, false);
+        } catch (const storia::TroppoGrande &) {
+            if (anchePerSempre(sopra))
+                elimina(sopra, codice, operatore, true);
+        }
     } catch (const ado::Errore &errore) {
         // Chi annulla a metà sa che non è stato eliminato nulla.
         if (errore.causa() != ado::Causa::Interrotto)

@@ -220,7 +220,7 @@ QString fmEditor::scrive()
     // Riletto prima di confermare: un record registrato non deve mai sembrare rifiutato.
     adoDettagli.Open(dettagli(m_descrizione.tabella, scritto.codice), connessione(),
                      proprieta.TipoLock);
-    lavoro.chiama(QStringLiteral("Salvataggio di ") + nomeDelRecord());
+    lavoro.chiama(QStringLiteral("Salvato ") + nomeDelRecord());
     lavoro.conferma();
     return {};
 }

@@ -32,11 +32,12 @@ STANZE = {
     "platform/finestre": ({"errore", "lingua", "disco"}, True),
     "platform/elaboratore": ({"errore", "lingua", "finestre"}, True),
     "db/schema": (set(), False),
-    "db/lavoro": ({"schema"}, False),
+    "db/storia": ({"schema"}, False),
+    "db/lavoro": ({"schema", "storia"}, False),
     "db/elenchi": ({"schema"}, False),
     "db/atto": ({"schema", "lavoro"}, False),
     "db/formule": ({"schema", "lavoro", "atto"}, False),
-    "db/archivio": ({"schema", "lavoro"}, False),
+    "db/archivio": ({"schema", "lavoro", "storia"}, False),
 }
 PIANI_CON_STANZE = {nome.split("/")[0] for nome in STANZE}
 

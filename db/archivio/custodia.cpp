@@ -6,6 +6,7 @@
 #include "db/schema/fiducia.h"
 #include "db/schema/schema.h"
 #include "db/schema/versioni.h"
+#include "db/storia/storia.h"
 #include "platform/disco/shell.h"
 #include "platform/motore/jro.h"
 #include "platform/motore/presa.h"
@@ -65,8 +66,16 @@ void compattaIn(const QString &percorso, const QString &nuovo, const provvisorio
     jro::CompactDatabase(origine, nuovo, tratto(passo, 0, 70));
     ado::Connection copia;
     apre(copia, nuovo);
+    storia::toglieDallaCopia(copia, tratto(passo, 70, 70));
     jro::verificaIntegrita(copia, tratto(passo, 70, 70));
-    jro::confronta(origine, copia, tratto(passo, 90, 90));
+    jro::confronta(origine, copia, tratto(passo, 90, 90), storia::tavole());
+}
+
+bool haPassi(const QString &percorso)
+{
+    ado::Connection connessione;
+    apre(connessione, percorso);
+    return !storia::elenco(connessione).isEmpty();
 }
 
 // Leggere una coda o una cartella non finirebbe.
@@ -210,6 +219,7 @@ Compattato compattaArchivio(const QString &percorso, const QString &cestino,
     std::optional<jro::Fermo> fermo;
     try {
         fermo.emplace(aperto(suo));
+        esito.conPassi = haPassi(suo);
         compattaIn(suo, nuovo.percorso(), passo);
     } catch (const ado::Errore &errore) {
         // Chi ha la versione rovinata si ripara; chi è davvero più nuovo no.

@@ -19,6 +19,7 @@ public:
 struct Compattato {
     QString nelCestino;    // dove sta ora il vecchio file
     bool riparato = false; // era danneggiato: il nuovo è fatto di ciò che si leggeva ancora
+    bool conPassi = false; // il vecchio ha passi da annullare, che il nuovo non ha
     bool estraneo = false; // non per un danno: altri vi avevano messo qualcosa di loro
     QList<salvataggio::Conto> mancanti;
     qint64 senzaProprietario = 0; // record salvati che la prossima eliminazione toglierebbe

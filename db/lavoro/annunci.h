@@ -29,6 +29,8 @@ struct Annuncio {
     // Vale finché dura il segnale; chi lo riceve più tardi riconosce il file dal percorso.
     ado::Connection *connessione = nullptr;
     QList<Cambiamento> cambiamenti;
+    // Un passo annullato o ripetuto: i record che tornano stanno al loro posto, non in fondo.
+    bool ripresa = false;
 
     // Vero se a righe della tabella è accaduto questo.
     bool dice(Cambiamento::Specie specie, const QString &tabella) const;

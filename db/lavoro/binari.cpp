@@ -1,5 +1,7 @@
 #include "db/lavoro/binari.h"
 
+#include "platform/motore/sessione.h"
+
 namespace modTarvola
 {
 
@@ -26,6 +28,8 @@ std::unique_ptr<ado::Stream> aggiungeFile(Lavoro &lavoro, const NuovoFile &file)
                                             {QStringLiteral("IdProprietario"), file.proprietario},
                                             {QStringLiteral("Nome"), file.nome}}});
     ado::Connection &connessione = lavoro.connessione();
+    lavoro.aspettaContenuto();
+    const ado::Sospensione sospensione(connessione);
     connessione.Execute({QStringLiteral("UPDATE Binari SET Campolungo = zeroblob(?) "
                                         "WHERE Codice = ?"),
                          {file.lunghezza, scritto.codice},

@@ -99,28 +99,27 @@ QString pulizia(const Tabella &tabella, const Colonna &colonna)
     // I legami sono annotati a coppie; si cercano per la colonna che porta il codice scomparso.
     if (tabella.forma == Forma::Coppie) {
         const bool prima = &colonna == tabella.colonne.data();
-        return QStringLiteral(
-                   "DELETE FROM %1 WHERE %2 IN (SELECT Codice FROM Scomparsi %3UNION ALL "
-                   "SELECT %4 FROM Orfani WHERE Tabella = '%1') AND %5")
+        return QStringLiteral("%2 IN (SELECT Codice FROM Scomparsi %3UNION ALL "
+                              "SELECT %4 FROM Orfani WHERE Tabella = '%1') AND %5")
             .arg(tabella.nome, colonna.nome, dove(colonna),
                  prima ? QStringLiteral("Codice") : QStringLiteral("Altro"), manca);
     }
-    return QStringLiteral(
-               "DELETE FROM %1 WHERE rowid IN (SELECT d.rowid FROM Scomparsi s CROSS JOIN "
-               "%1 d ON d.%2 = s.Codice %3UNION ALL SELECT d.rowid FROM Orfani o "
-               "CROSS JOIN %1 d ON d.Codice = o.Codice WHERE o.Tabella = '%1') AND %4")
+    return QStringLiteral("rowid IN (SELECT d.rowid FROM Scomparsi s CROSS JOIN "
+                          "%1 d ON d.%2 = s.Codice %3UNION ALL SELECT d.rowid FROM Orfani o "
+                          "CROSS JOIN %1 d ON d.Codice = o.Codice WHERE o.Tabella = '%1') AND %4")
         .arg(tabella.nome, colonna.nome, dove(colonna), manca);
 }
 
 // Chi lavora resta, anche se non ha ancora collegato nulla.
 QString puliziaDeiSolitari(const Tabella &tabella)
 {
-    return QStringLiteral("DELETE FROM %1 WHERE Codice IN (SELECT Codice FROM Orfani WHERE "
-                          "Tabella = '%2') AND Codice <> ?1 AND %3")
-        .arg(tabella.nome, tabella.senzaCoppie, senzaCoppie(tabella));
+    return QStringLiteral("Codice IN (SELECT Codice FROM Orfani WHERE Tabella = '%1') AND "
+                          "Codice <> ?1 AND %2")
+        .arg(tabella.senzaCoppie, senzaCoppie(tabella));
 }
 
-QStringList istruzioniDi(const Passo &passo)
+// Per ogni tabella del passo, quali righe se ne tolgono.
+QStringList condizioniDi(const Passo &passo)
 {
     QStringList testi;
     for (const QStringView nome : passo.tabelle) {
@@ -135,17 +134,31 @@ QStringList istruzioniDi(const Passo &passo)
 class Cancellino
 {
 public:
-    explicit Cancellino(ado::Connection &connessione) : m_connessione(connessione) {}
+    Cancellino(ado::Connection &connessione, const Seguito &seguito)
+        : m_connessione(connessione), m_seguito(seguito)
+    {
+    }
     const QStringList &svuotate() const { return m_svuotate; }
 
-    void toglie(const QString &istruzione, QStringView tabella, const QVariantList &valori)
+    // Toglie le righe della tabella per cui la condizione vale.
+    void toglie(QStringView tabella, const QString &dove, const QVariantList &valori)
     {
-        if (m_connessione.Execute({istruzione, valori, {}}) > 0 && !m_svuotate.contains(tabella))
-            m_svuotate.append(tabella.toString());
+        const QString nome = tabella.toString();
+        if (m_seguito.prima)
+            m_seguito.prima(nome, dove, valori);
+        const int quante = m_connessione.Execute(
+            {QStringLiteral("DELETE FROM %1 WHERE %2").arg(nome, dove), valori, {}});
+        if (quante == 0)
+            return;
+        if (m_seguito.dopo)
+            m_seguito.dopo(nome, quante);
+        if (!m_svuotate.contains(nome))
+            m_svuotate.append(nome);
     }
 
 private:
     ado::Connection &m_connessione;
+    const Seguito &m_seguito;
     QStringList m_svuotate;
 };
 
@@ -153,11 +166,11 @@ void esegue(Cancellino &cancellino, const Passo &passo, const QString &operatore
 {
     thread_local QHash<const Passo *, QStringList> pronte;
     if (!pronte.contains(&passo))
-        pronte.insert(&passo, istruzioniDi(passo));
+        pronte.insert(&passo, condizioniDi(passo));
     const QVariantList valori = passo.colonna.isEmpty() ? QVariantList{operatore} : QVariantList();
     auto tabella = passo.tabelle.begin();
-    for (const QString &istruzione : std::as_const(pronte[&passo]))
-        cancellino.toglie(istruzione, *tabella++, valori);
+    for (const QString &dove : std::as_const(pronte[&passo]))
+        cancellino.toglie(*tabella++, dove, valori);
 }
 
 // Le istruzioni che tolgono ciò che sta dentro i record della tabella, dal fondo: con un archivio
@@ -170,16 +183,14 @@ void svuota(Cancellino &cancellino, QStringView tabella, const QString &quali,
         const QString suoi = QStringLiteral("%1 %2").arg(dentro.colonna->nome, quali);
         svuota(cancellino, nome,
                QStringLiteral("IN (SELECT Codice FROM %1 WHERE %2)").arg(nome, suoi), codice);
-        cancellino.toglie(QStringLiteral("DELETE FROM %1 WHERE %2").arg(nome, suoi), nome,
-                          {codice});
+        cancellino.toglie(nome, suoi, {codice});
     }
 }
 
 void eliminaConIContenuti(Cancellino &cancellino, const Tabella &tabella, const QString &codice)
 {
     svuota(cancellino, tabella.nome, QStringLiteral("= ?"), codice);
-    cancellino.toglie(QStringLiteral("DELETE FROM %1 WHERE Codice = ?").arg(tabella.nome),
-                      tabella.nome, {codice});
+    cancellino.toglie(tabella.nome, QStringLiteral("Codice = ?"), {codice});
 }
 
 // Il posto dell'ultimo passo che toglie record della tabella lasciando indietro righe di quella
@@ -245,7 +256,7 @@ void dimentica(ado::Connection &connessione, const Passi &passi, const QString &
 } // namespace
 
 QStringList elimina(ado::Connection &connessione, const QString &codice, const QString &operatore,
-                    const Avanzata &avanza)
+                    const Avanzata &avanza, const Seguito &seguito)
 {
     const Tabella *tabella = catalogo::diCodice(codice);
     const Passi *suoi = tabella == nullptr ? nullptr : passiDi(tabella->lettera());
@@ -257,7 +268,7 @@ QStringList elimina(ado::Connection &connessione, const QString &codice, const Q
     ado::Transazione transazione(connessione);
     const ado::Sorveglianza sorveglianza(connessione,
                                          [&] { return !avanza || avanza(compiuti, totale); });
-    Cancellino cancellino(connessione);
+    Cancellino cancellino(connessione, seguito);
     eliminaConIContenuti(cancellino, *tabella, codice);
     for (const Passo *passo : passi) {
         ++compiuti;

@@ -16,7 +16,14 @@ namespace modTarvola
 // loro totale; se rende falso l'eliminazione è annullata e lancia Errore con la causa Interrotto.
 // Rende le tabelle da cui sono sparite righe.
 using Avanzata = std::function<bool(int compiuti, int totale)>;
+// Chi segue un'eliminazione: prima che spariscano le righe della tabella per cui la condizione
+// vale, e quante ne sono sparite.
+struct Seguito {
+    std::function<void(const QString &tabella, const QString &dove, const QVariantList &valori)>
+        prima;
+    std::function<void(const QString &tabella, int quante)> dopo;
+};
 QStringList elimina(ado::Connection &connessione, const QString &codice, const QString &operatore,
-                    const Avanzata &avanza = {});
+                    const Avanzata &avanza = {}, const Seguito &seguito = {});
 
 } // namespace modTarvola

@@ -2,6 +2,7 @@
 
 #include "db/lavoro/codici.h"
 #include "db/lavoro/famiglie.h"
+#include "db/lavoro/nomi.h"
 #include "db/lavoro/operatori.h"
 #include "db/schema/generi.h"
 #include "db/schema/tabelle.h"
@@ -100,12 +101,40 @@ Lavoro::Lavoro(ado::Connection &connessione, QString nome, QString operatore)
       }()),
       m_transazione(connessione)
 {
+    if (m_esterno == nullptr)
+        m_registrazione = std::make_unique<storia::Registrazione>(connessione);
+    if (const auto *sua = registrazione())
+        m_pezzi = sua->pezzi();
     ultimo = this;
 }
 
 Lavoro::~Lavoro()
 {
     ultimo = m_prima;
+    if (auto *sua = registrazione(); sua != nullptr && !m_confermato)
+        sua->annullatoFino(m_pezzi);
+}
+
+storia::Registrazione *Lavoro::registrazione() const
+{
+    const Lavoro *fuori = this;
+    while (fuori->m_esterno != nullptr)
+        fuori = fuori->m_esterno;
+    return fuori->m_registrazione.get();
+}
+
+void Lavoro::senzaStoria()
+{
+    if (auto *sua = registrazione())
+        sua->rinuncia();
+}
+
+void Lavoro::aspettaContenuto()
+{
+    Tentativo tentativo(*this);
+    if (auto *sua = registrazione())
+        sua->chiudePezzo();
+    tentativo.riesce();
 }
 
 Scritto Lavoro::scrive(const Record &dato)
@@ -257,14 +286,41 @@ void Lavoro::iscrive(Posto posto, const QString &individuo, const QString &famig
 void Lavoro::elimina(const QString &codice, const Avanzata &avanza)
 {
     Tentativo tentativo(*this);
-    const QStringList svuotate = modTarvola::elimina(m_connessione, codice, m_operatore, avanza);
+    storia::Registrazione *sua = registrazione();
+    Tolti tolti(m_connessione, codice);
+    bool troppo = false;
+    const auto procede = [&](int compiuti, int totale) {
+        troppo = sua->troppo();
+        return !troppo && (!avanza || avanza(compiuti, totale));
+    };
+    const Seguito seguito{
+        [&](const QString &tabella, const QString &dove, const QVariantList &valori) {
+            sua->primaDiTogliere(tabella, dove, valori);
+        },
+        [&](const QString &tabella, int quante) {
+            tolti.conta(tabella, quante);
+            if (sua->troppo())
+                throw storia::TroppoGrande();
+        }};
+    QStringList svuotate;
+    try {
+        svuotate = modTarvola::elimina(m_connessione, codice, m_operatore, procede, seguito);
+    } catch (const ado::Errore &) {
+        if (troppo)
+            throw storia::TroppoGrande();
+        throw;
+    }
     const catalogo::Tabella *tabellaSua = catalogo::diCodice(codice);
-    const QString sua = tabellaSua == nullptr ? QString() : tabellaSua->nome.toString();
-    if (svuotate.contains(sua))
-        annota(sua, codice, Cambiamento::Eliminato);
+    const QString suaTabella = tabellaSua == nullptr ? QString() : tabellaSua->nome.toString();
+    if (svuotate.contains(suaTabella))
+        annota(suaTabella, codice, Cambiamento::Eliminato);
     for (const QString &tabella : svuotate) {
-        if (tabella != sua)
+        if (tabella != suaTabella)
             annota(tabella, {}, Cambiamento::Eliminato);
+    }
+    if (m_nome.isEmpty()) {
+        tolti.diCuiFile(sua->file());
+        m_nome = tolti.nome();
     }
     tentativo.riesce();
 }
@@ -277,7 +333,10 @@ void Lavoro::annota(const QString &tabella, const QString &codice, Cambiamento::
 void Lavoro::conferma()
 {
     Tentativo tentativo(*this);
+    if (m_registrazione)
+        m_registrazione->conferma(m_nome);
     m_transazione.conferma();
+    m_confermato = true;
     if (m_esterno == nullptr) {
         annuncia();
         return;

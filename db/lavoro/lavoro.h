@@ -3,6 +3,9 @@
 #include "db/lavoro/annunci.h"
 #include "db/lavoro/eliminazione.h"
 #include "db/lavoro/regole.h"
+#include "db/storia/registrazione.h"
+
+#include <memory>
 
 // Le scritture dell'archivio. Tutto ciò che il programma cambia in un archivio passa di qui.
 namespace modTarvola
@@ -26,9 +29,10 @@ enum class Posto { Coniuge, Figlio };
 //
 // Lasciato senza conferma annulla ciò che è suo. Un lavoro cominciato mentre un altro è aperto
 // sulla stessa connessione ne è una parte: se fallisce l'altro continua, se riesce vale quando
-// l'altro è confermato, e annuncia lui. Un lavoro sta sulla pila di chi lo fa: il più interno
-// finisce per primo. Ogni funzione lancia ado::Errore; un lavoro in cui una ha lanciato non si può
-// più confermare.
+// l'altro è confermato, e annuncia lui. Confermato, il più esterno è un passo della storia
+// dell'archivio (db/storia), che si può annullare. Un lavoro sta sulla pila di chi lo fa: il più
+// interno finisce per primo. Ogni funzione lancia ado::Errore; un lavoro in cui una ha lanciato non
+// si può più confermare.
 class Lavoro
 {
 public:
@@ -41,6 +45,11 @@ public:
     // Dice che cosa si è fatto, quando lo si sa solo dopo; quello del lavoro più esterno prevale.
     void chiama(const QString &nome) { m_nome = nome; }
 
+    // Il lavoro non sarà un passo che si può annullare; va detto prima di cambiare qualcosa.
+    void senzaStoria();
+    // Prima di scrivere a pezzi un contenuto nella riga appena aggiunta.
+    void aspettaContenuto();
+
     // Scrive un record: gli dà il codice se è nuovo, ne segna la modifica e lo lega all'operatore.
     // Di un record che c'è scrive le sole colonne cambiate. Un testo vuoto o di soli spazi è Null.
     // Lancia se il record, o il suo proprietario, non c'è più.
@@ -51,7 +60,8 @@ public:
     // Mette l'individuo nella famiglia, dove sta una volta sola.
     void iscrive(Posto posto, const QString &individuo, const QString &famiglia);
     // Elimina il record con ciò che resta senza proprietario (db/lavoro/eliminazione). L'operatore
-    // del lavoro resta. Se `avanza` ferma l'eliminazione il lavoro intero è annullato.
+    // del lavoro resta. Se `avanza` ferma l'eliminazione il lavoro intero è annullato. Lancia
+    // storia::TroppoGrande se non la si potrebbe annullare. Un lavoro senza nome prende il suo.
     void elimina(const QString &codice, const Avanzata &avanza = {});
 
     void conferma();
@@ -64,6 +74,7 @@ private:
     QVariantMap presenti(const Record &record) const;
     void annota(const QString &tabella, const QString &codice, Cambiamento::Specie specie);
     void annuncia();
+    storia::Registrazione *registrazione() const;
 
     ado::Connection &m_connessione;
     QString m_nome;
@@ -71,6 +82,10 @@ private:
     Lavoro *m_prima;   // il lavoro cominciato prima di questo nello stesso filo
     Lavoro *m_esterno; // quello di cui questo è una parte
     ado::Transazione m_transazione;
+    // Del più esterno; gli altri registrano nella sua.
+    std::unique_ptr<storia::Registrazione> m_registrazione;
+    qsizetype m_pezzi = 0;
+    bool m_confermato = false;
     bool m_guasto = false;
     QList<Cambiamento> m_cambiamenti;
 };

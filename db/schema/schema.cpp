@@ -3,6 +3,7 @@
 #include "db/schema/fiducia.h"
 #include "db/schema/modello.h"
 #include "db/schema/orfani.h"
+#include "db/schema/passi.h"
 #include "db/schema/protezione.h"
 #include "db/schema/tabelle.h"
 #include "db/schema/versioni.h"
@@ -119,7 +120,9 @@ constexpr std::span<const char *const> accanto;
 
 QStringList istruzioniNote()
 {
-    QStringList testi = istruzioni() + QStringList{istruzioneDiProtezione};
+    QStringList testi =
+        istruzioni() + QStringList{istruzioneDiProtezione, QString::fromUtf8(passi::creaStoria),
+                                   QString::fromUtf8(passi::creaContenuti)};
     for (const char *testo : accanto)
         testi.append(QString::fromUtf8(testo));
     for (const Passaggio &passaggio : passaggi) {

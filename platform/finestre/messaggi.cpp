@@ -2,6 +2,7 @@
 
 #include "platform/errore.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QMessageBox>
 
@@ -68,6 +69,20 @@ Scelta salva(QWidget *sopra, const QString &testo)
     default:
         return Annulla;
     }
+}
+
+int sceglie(QWidget *sopra, const QString &testo, const QStringList &risposte)
+{
+    QMessageBox scatola(QMessageBox::Warning, QApplication::applicationDisplayName(), testo,
+                        QMessageBox::Cancel, sopra != nullptr ? sopra->window() : nullptr);
+    scatola.setTextFormat(Qt::PlainText);
+    QList<QAbstractButton *> bottoni;
+    for (const QString &risposta : risposte)
+        bottoni.append(scatola.addButton(risposta, QMessageBox::ActionRole));
+    scatola.setDefaultButton(QMessageBox::Cancel);
+    scatola.setEscapeButton(QMessageBox::Cancel);
+    scatola.exec();
+    return static_cast<int>(bottoni.indexOf(scatola.clickedButton()));
 }
 
 void riferisceErrore(QWidget *sopra, const QString &motivo)

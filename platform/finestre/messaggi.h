@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 #include <QWidget>
 
 #include <functional>
@@ -21,6 +21,9 @@ bool avverte(QWidget *sopra, const QString &testo);
 // Una domanda con "Salva", "Non salvare" e "Annulla"; chiudere è "Annulla".
 enum Scelta { Salva, Abbandona, Annulla };
 Scelta salva(QWidget *sopra, const QString &testo);
+// Una domanda con le risposte date e "Annulla", che è la predefinita. Rende il posto della
+// risposta, -1 se è "Annulla".
+int sceglie(QWidget *sopra, const QString &testo, const QStringList &risposte);
 // Il messaggio di un'operazione che il motore ha rifiutato.
 void riferisceErrore(QWidget *sopra, const QString &motivo);
 

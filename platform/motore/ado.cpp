@@ -229,7 +229,9 @@ void Connection::leggeLoSchema()
 {
     const Freno freno(*this);
     // Un'istruzione così non può essere sbagliata: se il motore la dice tale, lo è il file.
-    const int esito = sqlite3_exec(m_base, "PRAGMA synchronous = FULL", nullptr, nullptr, nullptr);
+    // Ciò che si toglie si cancella davvero: il file può essere dato ad altri.
+    const int esito = sqlite3_exec(m_base, "PRAGMA synchronous = FULL; PRAGMA secure_delete = ON",
+                                   nullptr, nullptr, nullptr);
     if (esito != SQLITE_OK && freno.scattato())
         throw estraneo(QStringLiteral("uno schema smisurato"));
     if (esito != SQLITE_OK)

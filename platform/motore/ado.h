@@ -38,6 +38,8 @@ struct ByteDaScrivere {
     qint64 quanti;
 };
 
+class Sessione;
+
 constexpr int adStateClosed = 0;
 constexpr int adStateOpen = 1;
 constexpr int adUseClient = 3;
@@ -102,6 +104,9 @@ public:
 private:
     friend class Freno;
     friend class Istruzione;
+    friend class Insieme;
+    friend class Sessione;
+    friend class Sospensione;
     friend class Sorveglianza;
     friend class Stream;
     friend qint64 lunghezzaMassima(Connection &connessione, qint64 alPiu);
@@ -117,6 +122,7 @@ private:
     QString m_percorso;
     QHash<QString, sqlite3_stmt *> m_pronte;
     bool m_sospesa = false;
+    Sessione *m_sessione = nullptr; // quella che ne registra i cambiamenti
 };
 
 // Finché vive, la funzione è chiamata ogni tanto mentre il motore lavora; se rende falso

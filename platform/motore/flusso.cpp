@@ -1,5 +1,7 @@
 #include "platform/motore/flusso.h"
 
+#include "platform/motore/sessione.h"
+
 #include <sqlite3.h>
 
 namespace ado
@@ -41,6 +43,8 @@ void Stream::Write(const QByteArray &pezzo)
 {
     if (pezzo.size() > Size() - m_posto)
         throw Errore(Causa::Altro, QStringLiteral("il contenuto è più lungo del suo campo"));
+    // Di una riga scritta a pezzi la sessione terrebbe l'intero contenuto.
+    const Sospensione sospensione(m_connessione);
     const int esito = sqlite3_blob_write(m_campo, pezzo.constData(), static_cast<int>(pezzo.size()),
                                          static_cast<int>(m_posto));
     if (esito != SQLITE_OK)

@@ -86,10 +86,13 @@ void verificaIntegrita(ado::Connection &archivio, const provvisorio::Passo &pass
                           QStringLiteral("il file è danneggiato (%1)").arg(esito));
 }
 
-void confronta(ado::Connection &origine, ado::Connection &copia, const provvisorio::Passo &passo)
+void confronta(ado::Connection &origine, ado::Connection &copia, const provvisorio::Passo &passo,
+               const QStringList &senza)
 {
     const ado::Sorveglianza sorveglianza(origine, [&passo] { return passo(1, 1); });
-    const QStringList tabelle = tabelleDi(origine);
+    QStringList tabelle = tabelleDi(origine);
+    for (const QString &tabella : senza)
+        tabelle.removeAll(tabella);
     if (tabelle != tabelleDi(copia))
         throw ado::Errore(ado::Causa::Danneggiato, QStringLiteral("le tabelle della copia non "
                                                                   "sono quelle dell'archivio"));

@@ -28,7 +28,9 @@ void CompactDatabase(ado::Connection &origine, const QString &nuovo,
 void verificaIntegrita(ado::Connection &archivio, const provvisorio::Passo &passo);
 
 // Fallisce con la causa Danneggiato se le due parti non hanno le stesse tabelle con le stesse
-// righe, o se nell'origine una tabella e i suoi indici non vanno d'accordo.
-void confronta(ado::Connection &origine, ado::Connection &copia, const provvisorio::Passo &passo);
+// righe, o se nell'origine una tabella e i suoi indici non vanno d'accordo. Le tabelle di `senza`
+// sono solo dell'origine.
+void confronta(ado::Connection &origine, ado::Connection &copia, const provvisorio::Passo &passo,
+               const QStringList &senza = {});
 
 } // namespace jro
