@@ -56,7 +56,7 @@ if [[ ! ${1-} =~ ^[1-9][0-9]*$ || ! ${2-0} =~ ^[0-9]+$ || $# -gt 2 ]]; then
     exit 2
 fi
 cd "$(dirname "${BASH_SOURCE[0]}")"
-strumenti/prepara.sh build use
+strumenti/prepara.sh build use tests
 cmake --preset prova
 lunghe=(tst_salvataggio tst_conversione_danni tst_eliminazione)
 cmake --build --preset prova --target guasti giro pagina_uccisa "${lunghe[@]}"

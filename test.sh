@@ -11,7 +11,7 @@ if [ "${1-}" = --quick ]; then
     preset=lavoro
     shift
 fi
-strumenti/prepara.sh build use
+strumenti/prepara.sh build use tests
 [ -e "build/$preset/build.ninja" ] || cmake --preset "$preset"
 scelte=()
 if [ $# -gt 0 ]; then

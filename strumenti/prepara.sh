@@ -3,6 +3,7 @@
 # Makes sure that what the named groups need is installed:
 #   build    what compiles the program
 #   use      what the program looks for while it runs
+#   tests    what makes linking the test programs quick
 #   screen   the virtual display of the demonstration
 #   package  what builds, checks and tries the Debian package
 #   checks   the format and lint checks
@@ -14,6 +15,7 @@ set -euo pipefail
 declare -A pacchetti=(
     [build]="g++ cmake ninja-build pkg-config qt6-base-dev libsqlite3-dev libhunspell-dev"
     [use]="libqt6svg6 qt6-translations-l10n hunspell-it fonts-dejavu-core"
+    [tests]="mold"
     [screen]="xvfb openbox"
     [package]="dpkg-dev lintian file desktop-file-utils appstream shared-mime-info libxml2-utils mandoc libglib2.0-bin xdotool procps"
     [checks]="clang-format-14 clang-tidy-14 git python3"
@@ -22,6 +24,7 @@ declare -A pacchetti=(
 declare -A programmi=(
     [build]="g++ cmake ninja pkg-config"
     [use]=""
+    [tests]=""
     [screen]="Xvfb openbox"
     [package]="dpkg-shlibdeps lintian file desktop-file-validate appstreamcli update-mime-database xmllint mandoc gio xdotool pgrep"
     [checks]="clang-format-14 clang-tidy-14 git python3"

@@ -40,7 +40,7 @@ void apre(ado::Connection &connessione, const QString &percorso)
         throw ado::Errore(
             ado::Causa::Danneggiato,
             QStringLiteral("il file è danneggiato (versione dello schema %1)").arg(versione));
-    verificaSchemaEstraneo(connessione);
+    verificaSchemaEstraneo(connessione, istruzioniNote());
     verificaTabelle(connessione);
 }
 

@@ -4,6 +4,8 @@
 #include "db/schema/generi.h"
 #include "db/schema/tabelle.h"
 
+#include <QHash>
+
 #include <algorithm>
 
 namespace modTarvola
@@ -12,47 +14,32 @@ namespace modTarvola
 namespace
 {
 
-// Almeno una delle colonne deve dire qualcosa.
-struct Regola {
-    const char *tabella;
-    QStringList colonne;
-    QString rifiuto;
-};
-
-const std::vector<Regola> &regole()
+// Che cosa si dice di un record in cui nessuna colonna essenziale dice qualcosa.
+QString senzaEssenziali(const QString &tabella)
 {
-    static const std::vector<Regola> tutte{
-        {"Archivi",
-         {QStringLiteral("Nome")},
-         QStringLiteral("Impossibile salvare un archivio senza nome")},
-        {"Registri",
-         {QStringLiteral("Titolo")},
+    static const QHash<QString, QString> rifiuti{
+        {QStringLiteral("Archivi"), QStringLiteral("Impossibile salvare un archivio senza nome")},
+        {QStringLiteral("Registri"),
          QStringLiteral("Impossibile salvare un registro senza tipo e titolo")},
-        {"Voci",
-         {QStringLiteral("Volume"), QStringLiteral("PaginaIniziale"), QStringLiteral("CodiceVoce")},
+        {QStringLiteral("Voci"),
          QStringLiteral("Impossibile salvare una voce senza almeno un dettaglio")},
-        {"Individui",
-         {QStringLiteral("Precisazione"), QStringLiteral("Nome"), QStringLiteral("Soprannome"),
-          QStringLiteral("Cognome"), QStringLiteral("Detto"), QStringLiteral("Età")},
+        {QStringLiteral("Individui"),
          QStringLiteral("Impossibile salvare un individuo senza un dettaglio del nome")},
-        {"Comunicazioni",
-         {QStringLiteral("Telefono"), QStringLiteral("Cellulare"), QStringLiteral("Fax"),
-          QStringLiteral("E-mail"), QStringLiteral("PaginaWeb"), QStringLiteral("Altro1"),
-          QStringLiteral("Altro2")},
-         QStringLiteral("Inserire almeno una voce")},
-        {"Operatori",
-         {QStringLiteral("Nome")},
+        {QStringLiteral("Comunicazioni"), QStringLiteral("Inserire almeno una voce")},
+        {QStringLiteral("Operatori"),
          QStringLiteral("Impossibile salvare i dati senza inserire il nome")},
     };
-    return tutte;
+    return rifiuti.value(tabella);
 }
 
-const Regola *regolaDi(const QString &tabella)
+QStringList essenzialiDi(const QString &tabella)
 {
-    const auto sua = std::find_if(regole().begin(), regole().end(), [&](const Regola &una) {
-        return tabella == QLatin1String(una.tabella);
-    });
-    return sua == regole().end() ? nullptr : &*sua;
+    QStringList colonne;
+    for (const catalogo::Colonna &colonna : catalogo::tabella(tabella).colonne) {
+        if (colonna.essenziale)
+            colonne.append(colonna.nome.toString());
+    }
+    return colonne;
 }
 
 bool vuoto(const Record &record, const QString &colonna)
@@ -83,8 +70,7 @@ QString colonnaDelProprietario(const QString &tabella)
 
 QStringList colonneConRegole(const QString &tabella)
 {
-    const Regola *regola = regolaDi(tabella);
-    QStringList colonne = regola == nullptr ? QStringList() : regola->colonne;
+    QStringList colonne = essenzialiDi(tabella);
     if (tabella == QStringLiteral("Operatori"))
         colonne += {QStringLiteral("Tipo"), QStringLiteral("Password")};
     return colonne;
@@ -92,17 +78,16 @@ QStringList colonneConRegole(const QString &tabella)
 
 QString rifiuto(ado::Connection &connessione, const Record &record)
 {
-    const Regola *regola = regolaDi(record.tabella);
-    if (regola == nullptr)
+    const QStringList colonne = essenzialiDi(record.tabella);
+    if (colonne.isEmpty())
         return {};
-    const auto &colonne = regola->colonne;
     if (std::all_of(colonne.begin(), colonne.end(),
                     [&](const QString &colonna) { return vuoto(record, colonna); }))
-        return regola->rifiuto;
+        return senzaEssenziali(record.tabella);
     // Un registro già creato tiene il suo tipo, anche se non è detto.
     if (record.tabella == QStringLiteral("Registri") && record.codice.isEmpty() &&
         vuoto(record, QStringLiteral("Tipo")))
-        return regola->rifiuto;
+        return senzaEssenziali(record.tabella);
     if (record.tabella == QStringLiteral("Operatori") && giaInUso(connessione, record))
         return QStringLiteral("La password è già in uso");
     return {};

@@ -1,10 +1,9 @@
 #include "db/schema/fiducia.h"
 
-#include "db/schema/schema.h"
-
 #include <QSet>
 
 #include <algorithm>
+#include <optional>
 
 namespace modTarvola
 {
@@ -72,10 +71,10 @@ QStringList paroleDi(QStringView testo)
     return parole;
 }
 
-QSet<QStringList> note()
+QSet<QStringList> comeParole(const QStringList &istruzioni)
 {
     QSet<QStringList> tutte;
-    for (const QString &istruzione : istruzioniNote())
+    for (const QString &istruzione : istruzioni)
         tutte.insert(paroleDi(istruzione));
     // Quello che il motore aggiunge da sé a chi gli chiede le statistiche.
     for (const auto &sua : {u"CREATE TABLE sqlite_stat1(tbl,idx,stat)",
@@ -128,16 +127,25 @@ QString detto(const QStringList &parole, const QString &nome)
 
 } // namespace
 
-void verificaSchemaEstraneo(ado::Connection &connessione)
+void verificaSchemaEstraneo(ado::Connection &connessione, const QStringList &note)
 {
-    static const QSet<QStringList> nostre = note();
+    // Di solito lo schema sta nel file lettera per lettera come lo si è scritto; ridurlo a parole
+    // costerebbe a ogni apertura un ventesimo dell'avvio, e si fa solo per chi lo ha scritto
+    // altrimenti.
+    const QSet<QString> allaLettera(note.cbegin(), note.cend());
+    std::optional<QSet<QStringList>> aParole;
     const ado::Freno freno(connessione);
     connessione.leggi(
         {QStringLiteral("SELECT name, sql FROM sqlite_schema WHERE sql IS NOT NULL"), {}, {}},
-        [](const ado::Riga &riga) {
+        [&](const ado::Riga &riga) {
             // Conta l'istruzione soltanto: il motore esegue quella, qualunque cosa dica il resto.
-            const QStringList parole = paroleDi(riga.testo(1));
-            if (!nostre.contains(parole) && !indiceInnocuo(parole))
+            const QString istruzione = riga.testo(1);
+            if (allaLettera.contains(istruzione))
+                return true;
+            if (!aParole)
+                aParole = comeParole(note);
+            const QStringList parole = paroleDi(istruzione);
+            if (!aParole->contains(parole) && !indiceInnocuo(parole))
                 throw ado::estraneo(detto(parole, riga.testo(0)));
             return true;
         });

@@ -8,10 +8,10 @@
 namespace modTarvola
 {
 
-// Confronta ogni istruzione dello schema con quelle che questa versione e le precedenti scrivono;
-// gli spazi, le virgolette dei nomi e le maiuscole non contano, un indice o una regola nostri che
-// mancano nemmeno. Passano anche gli indici di sole colonne e le statistiche del motore, che non
-// fanno danno. Lancia ado::Errore, con la causa Estraneo e il nome di ciò che non va.
-void verificaSchemaEstraneo(ado::Connection &connessione);
+// Confronta ogni istruzione dello schema con le `note`, quelle che questa versione e le precedenti
+// scrivono: gli spazi, le virgolette dei nomi e le maiuscole non contano, un indice o una regola
+// nostri che mancano nemmeno. Passano anche gli indici di sole colonne e le statistiche del motore,
+// che non fanno danno. Lancia ado::Errore, con la causa Estraneo e il nome di ciò che non va.
+void verificaSchemaEstraneo(ado::Connection &connessione, const QStringList &note);
 
 } // namespace modTarvola

@@ -165,7 +165,7 @@ void creaSchema(ado::Connection &connessione)
 void verificaSchema(ado::Connection &connessione)
 {
     rifiutaPiuNuovo(connessione, versioneSchema);
-    verificaSchemaEstraneo(connessione);
+    verificaSchemaEstraneo(connessione, istruzioniNote());
     portaAllaVersione(connessione, passaggi, versioneSchema);
     verificaTabelle(connessione);
 }

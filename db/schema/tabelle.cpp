@@ -101,17 +101,24 @@ constexpr Colonna conAccanto(Colonna colonna, QStringView accanto)
     return colonna;
 }
 
+constexpr Colonna essenziale(Colonna colonna)
+{
+    colonna.essenziale = true;
+    return colonna;
+}
+
 constexpr Colonna modifica = istante(u"Modifica");
 
 constexpr Colonna diArchivi[] = {
-    codice(), testo(u"Nome"), testo(u"Abbreviazione", u"Abbreviato"), testo(u"Gruppo"), modifica,
+    codice(), essenziale(testo(u"Nome")), testo(u"Abbreviazione", u"Abbreviato"), testo(u"Gruppo"),
+    modifica,
 };
 
 constexpr Colonna diRegistri[] = {
     codice(),
     di(u"Archivio", archivi, Legame::Contenuto),
     genere(u"Tipo", u"Tipo"),
-    testo(u"Titolo"),
+    essenziale(testo(u"Titolo")),
     testo(u"Abbreviazione", u"Abbreviato"),
     testo(u"EventiCitati", u"Eventi citati"),
     data(u"DataIniziale", u"Data iniziale"),
@@ -125,26 +132,27 @@ constexpr Colonna diRegistri[] = {
 constexpr Colonna diVoci[] = {
     codice(),
     di(u"Registro", registri, Legame::Contenuto),
-    testo(u"Volume"),
+    essenziale(testo(u"Volume")),
     data(u"Data", u"Data", Formato::DataEstesa),
     {.nome = u"PaginaIniziale",
      .specie = Specie::Numero,
      .formato = Formato::Pagina,
      .lunghezza = lunghezzaCasella,
-     .etichetta = u"Pagina"},
-    testo(u"CodiceVoce", u"Codice"),
+     .etichetta = u"Pagina",
+     .essenziale = true},
+    essenziale(testo(u"CodiceVoce", u"Codice")),
     modifica,
 };
 
 constexpr Colonna diIndividui[] = {
     codice(),
     di(u"Voce", voci),
-    testo(u"Nome"),
-    testo(u"Cognome"),
-    testo(u"Soprannome"),
-    testo(u"Detto"),
-    testo(u"Precisazione"),
-    testo(u"Età"),
+    essenziale(testo(u"Nome")),
+    essenziale(testo(u"Cognome")),
+    essenziale(testo(u"Soprannome")),
+    essenziale(testo(u"Detto")),
+    essenziale(testo(u"Precisazione")),
+    essenziale(testo(u"Età")),
     scelta(u"Sesso", u"MF"),
     scelta(u"Legittimo", u"SN"),
     scelta(u"Vivente", u"SN"),
@@ -201,18 +209,18 @@ constexpr Colonna diLuoghi[] = {
 constexpr Colonna diComunicazioni[] = {
     codice(),
     di(u"IdProprietario", operatoriEArchivi),
-    testo(u"Telefono"),
-    testo(u"Cellulare"),
-    testo(u"Fax"),
-    testo(u"E-mail"),
-    testo(u"PaginaWeb", u"Pagina Web"),
-    testo(u"Altro1", u"Altro"),
-    testo(u"Altro2", u"Altro"),
+    essenziale(testo(u"Telefono")),
+    essenziale(testo(u"Cellulare")),
+    essenziale(testo(u"Fax")),
+    essenziale(testo(u"E-mail")),
+    essenziale(testo(u"PaginaWeb", u"Pagina Web")),
+    essenziale(testo(u"Altro1", u"Altro")),
+    essenziale(testo(u"Altro2", u"Altro")),
     modifica,
 };
 
 constexpr Colonna diOperatori[] = {
-    codice(),          testo(u"Nome"),
+    codice(),          essenziale(testo(u"Nome")),
     testo(u"Cognome"), testo(u"Password", u"Inserisci", Formato::Password),
     genere(u"Tipo"),   modifica,
 };

@@ -44,6 +44,7 @@ struct Colonna {
     std::span<const QStringView> proprietari = {}; // le tabelle che può nominare, nell'ordine
     QStringView accanto = {};     // la colonna che le sta accanto nell'indice dei proprietari
     QStringView predefinito = {}; // l'espressione che la riempie se nessuno la scrive
+    bool essenziale = false;      // di un record, almeno una delle essenziali deve dire qualcosa
 };
 
 struct Tabella {
