@@ -1,10 +1,12 @@
 #include "atti/fmScheda.h"
 
+#include "atti/caselle_dal_testo.h"
 #include "atti/completamento.h"
 #include "atti/formule_scheda.h"
 #include "atti/pagina.h"
 #include "atti/proposte.h"
 #include "contesto/bozze.h"
+#include "contesto/comandi.h"
 #include "contesto/contesto.h"
 #include "db/archivio/connessioni.h"
 #include "db/atto/registro_atti.h"
@@ -16,6 +18,7 @@
 #include "platform/finestre/messaggi.h"
 #include "platform/motore/recordset.h"
 
+#include <QAction>
 #include <QCloseEvent>
 #include <QMenu>
 #include <QVBoxLayout>
@@ -116,6 +119,44 @@ void fmScheda::creaFormule()
     m_formule = new FormuleScheda(m_pagina, proprieta.Percorso, proprieta.RegistroLocale);
     m_menu->addSeparator();
     m_menu->addActions(m_formule->comandi());
+    m_dalTesto = new CaselleDalTesto(m_pagina, m_formule);
+    m_menu->addSeparator();
+    const std::pair<const char *, std::function<void()>> comandi[] = {
+        {"scheda.caselleDalTesto", [this] { leggeDalTesto(); }},
+        {"scheda.confermaCaselle", [this] { m_dalTesto->conferma(); }},
+        {"scheda.togliLette", [this] { m_dalTesto->ritira(); }}};
+    for (const auto &[id, compie] : comandi) {
+        auto *azione = new QAction(this);
+        comandi::lega(azione, QString::fromUtf8(id));
+        azione->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+        connect(azione, &QAction::triggered, this, compie);
+        m_menu->addAction(azione);
+        addAction(azione);
+    }
+}
+
+void fmScheda::leggeDalTesto()
+{
+    if (m_dalTesto->propone() > 0)
+        m_pagina->comincia();
+    else
+        messaggi::avvisa(this, tr("Nel testo non si è letto nulla per le caselle vuote"));
+}
+
+// Ciò che è letto nel testo si registra se lo si conferma, se no resta fuori.
+bool fmScheda::confermaLette()
+{
+    const int quante = m_dalTesto == nullptr ? 0 : m_dalTesto->inAttesa();
+    if (quante == 0)
+        return true;
+    if (!messaggi::chiede(this,
+                          tr("Le caselle lette nel testo e non ancora confermate sono %1.\n"
+                             "Registrarle come sono?")
+                              .arg(quante),
+                          messaggi::Domanda::PropostoNo))
+        return false;
+    m_dalTesto->conferma();
+    return true;
 }
 
 // Mostra un atto al posto di quello di prima; di uno nuovo propone ciò che si sa già.

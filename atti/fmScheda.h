@@ -10,6 +10,7 @@
 
 class Pagina;
 class Campo;
+class CaselleDalTesto;
 class FormuleScheda;
 class QLabel;
 class QMenu;
@@ -110,6 +111,8 @@ private:
     QString testoNelFile(const QString &posto) const;
     void creaCompletamento();
     void creaFormule();
+    void leggeDalTesto();
+    bool confermaLette();
     void esegue(const std::function<void()> &comando);
 
     ado::Connection *m_connessione = nullptr;
@@ -121,6 +124,7 @@ private:
     QString m_titoloRegistro;
     Pagina *m_pagina = nullptr;
     FormuleScheda *m_formule = nullptr; // nulla dove non si scrive
+    CaselleDalTesto *m_dalTesto = nullptr;
     QLabel *m_titolo = nullptr;
     QToolBar *m_barra = nullptr;
     QWidget *m_piede = nullptr;

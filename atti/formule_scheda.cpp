@@ -88,6 +88,20 @@ const formule::Caselle &FormuleScheda::caselle()
     return m_caselle;
 }
 
+QMap<scheda::Indirizzo, formule::Lettura> FormuleScheda::leggeCaselle(const QString &testo) const
+{
+    if (!m_pronta)
+        return {};
+    formule::Caselle scritte;
+    for (const RigaPagina *riga : m_pagina->righe()) {
+        for (const Campo *campo : riga->campi()) {
+            if (!campo->proposto() && !campo->vuoto())
+                scritte.insert(campo->dove, campo->valore().toString());
+        }
+    }
+    return m_formulario.caselle(testo, scritte);
+}
+
 QList<QAction *> FormuleScheda::comandi() const
 {
     return m_testo == nullptr ? QList<QAction *>() : m_testo->testo()->comandi();

@@ -27,6 +27,11 @@ public:
     void cambiate() { m_daLeggere = true; }
     // L'atto è stato registrato com'è qui: il suo testo, se è nuovo, si ripeterà.
     void impara(const modTarvola::scheda::SchedaAtto &atto);
+    // Le caselle che il testo dice e che nella pagina nessuno ha scritto.
+    QMap<modTarvola::scheda::Indirizzo, modTarvola::formule::Lettura>
+    leggeCaselle(const QString &testo) const;
+    // Il testo riportato della pagina; nullo se non l'ha.
+    TestoPagina *testo() const { return m_testo; }
     // Vero da quando ciò che il registro ha scritto è stato letto.
     bool pronta() const { return m_pronta; }
     // I comandi per il menu della pagina; nessuno se la pagina non ha un testo.

@@ -48,6 +48,8 @@ public:
     std::vector<Campo *> campi() const;
     // La casella all'indirizzo dato, fatta nascere se occorre; nulla se la pagina non l'ha.
     Campo *campo(const modTarvola::scheda::Indirizzo &dove);
+    // Come l'altra; all'elenco si aggiungono le righe che mancano.
+    Campo *campoNato(const modTarvola::scheda::Indirizzo &dove);
     // La casella, o il testo, con la tastiera; nulli se è altrove.
     Campo *campoCorrente() const;
     TestoPagina *testo(const QString &nome) const;

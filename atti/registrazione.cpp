@@ -83,7 +83,7 @@ bool fmScheda::registra()
         messaggi::avvisa(this, tr("Nell'atto non è ancora scritto nulla"));
         return false;
     }
-    if (!siLegge())
+    if (!siLegge() || !confermaLette())
         return false;
     SchedaAtto scritto(*m_scheda, m_prima);
     m_pagina->raccoglie(scritto);

@@ -163,6 +163,11 @@ const std::vector<Comando> &catalogo()
         {QStringLiteral("scheda.togliPersona"), tr("&Togli la persona"), Scheda,
          Qt::SHIFT | Qt::Key_F3},
         {QStringLiteral("scheda.tasti"), tr("Tast&i…"), Scheda},
+        {QStringLiteral("scheda.caselleDalTesto"), tr("Caselle dal &testo"), Scheda,
+         Qt::SHIFT | Qt::Key_F9},
+        {QStringLiteral("scheda.confermaCaselle"), tr("Con&ferma le caselle lette nel testo"),
+         Scheda, Qt::CTRL | Qt::Key_F9},
+        {QStringLiteral("scheda.togliLette"), tr("To&gli le caselle lette nel testo"), Scheda},
     };
     return tutti;
 }
