@@ -81,6 +81,8 @@ int CaselleDalTesto::propone()
     }
     for (RigaPagina *riga : m_pagina->righe())
         riga->rivede();
+    for (Campo *campo : proposte())
+        emit letta(campo);
     m_formule->cambiate();
     mostraDove(m_pagina->campoCorrente());
     return quante;

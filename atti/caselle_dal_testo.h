@@ -30,6 +30,10 @@ public:
     // Le caselle che nessuno ha confermato tornano com'erano.
     void ritira();
 
+signals:
+    // La casella è stata letta: ciò che da lei deriva si può proporre.
+    void letta(Campo *campo);
+
 private:
     std::vector<Campo *> proposte() const;
     bool soloTesto() const;

@@ -120,6 +120,7 @@ void fmScheda::creaFormule()
     m_menu->addSeparator();
     m_menu->addActions(m_formule->comandi());
     m_dalTesto = new CaselleDalTesto(m_pagina, m_formule);
+    connect(m_dalTesto, &CaselleDalTesto::letta, this, &fmScheda::deriva);
     m_menu->addSeparator();
     const std::pair<const char *, std::function<void()>> comandi[] = {
         {"scheda.caselleDalTesto", [this] { leggeDalTesto(); }},
