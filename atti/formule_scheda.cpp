@@ -5,7 +5,6 @@
 #include <QAction>
 
 using namespace modTarvola;
-using formule::Formulario;
 
 namespace
 {
@@ -20,13 +19,15 @@ QString testoDi(const scheda::SchedaAtto &atto)
 
 } // namespace
 
-FormuleScheda::FormuleScheda(Pagina *pagina, QString percorso, QString registro)
+FormuleScheda::FormuleScheda(Pagina *pagina, const QString &percorso, const QString &registro)
     : QObject(pagina), m_pagina(pagina), m_testo(pagina->testo(postoDelTesto))
 {
     if (m_testo == nullptr)
         return;
-    m_testo->testo()->continua([this](const QString &prima) {
-        return m_pronta ? m_formulario.seguito(caselle(), prima) : formule::Seguito{};
+    m_registro = new FormuleRegistro(percorso, registro, {}, this);
+    TestoProposto *testo = m_testo->testo();
+    testo->continua([this](const QString &prima) {
+        return pronta() ? m_registro->formulario()->seguito(caselle(), prima) : formule::Seguito{};
     });
     legge(percorso, registro);
 }
@@ -52,6 +53,7 @@ void FormuleScheda::legge(const QString &percorso, const QString &registro)
             m_pronta = true;
             m_testo->testo()->ripropone();
         });
+    connect(m_registro, &FormuleRegistro::letto, testo, &TestoProposto::fonteLetta);
 }
 
 void FormuleScheda::mostra(const scheda::SchedaAtto &atto)
@@ -68,13 +70,9 @@ void FormuleScheda::impara(const scheda::SchedaAtto &atto)
     const bool noto = m_atto && !m_atto->atto().codice.isEmpty() && testoDi(*m_atto) == testo;
     m_atto = atto;
     m_daLeggere = true;
-    if (noto || testo.trimmed().isEmpty())
+    if (m_registro == nullptr || noto || testo.trimmed().isEmpty())
         return;
-    const formule::Caselle sue = formule::caselleDi(atto);
-    if (m_pronta)
-        m_formulario.impara(sue, testo);
-    else
-        m_inAttesa.append({sue, testo});
+    m_registro->impara(formule::caselleDi(atto), testo);
 }
 
 // Le caselle come stanno sulla pagina, le proposte comprese: si leggono quando servono.
@@ -90,7 +88,7 @@ const formule::Caselle &FormuleScheda::caselle()
 
 QMap<scheda::Indirizzo, formule::Lettura> FormuleScheda::leggeCaselle(const QString &testo) const
 {
-    if (!m_pronta)
+    if (!pronta())
         return {};
     formule::Caselle scritte;
     for (const RigaPagina *riga : m_pagina->righe()) {
@@ -99,7 +97,7 @@ QMap<scheda::Indirizzo, formule::Lettura> FormuleScheda::leggeCaselle(const QStr
                 scritte.insert(campo->dove, campo->valore().toString());
         }
     }
-    return m_formulario.caselle(testo, scritte);
+    return m_registro->formulario()->caselle(testo, scritte);
 }
 
 QList<QAction *> FormuleScheda::comandi() const

@@ -164,9 +164,12 @@ const std::vector<Comando> &catalogo()
          Qt::SHIFT | Qt::Key_F3},
         {QStringLiteral("scheda.tasti"), tr("Tast&i…"), Scheda},
         {QStringLiteral("scheda.caselleDalTesto"), tr("Caselle dal &testo"), Scheda,
-         Qt::SHIFT | Qt::Key_F9},
+         Qt::Key_F6},
         {QStringLiteral("scheda.confermaCaselle"), tr("Con&ferma le caselle lette nel testo"),
-         Scheda, Qt::CTRL | Qt::Key_F9},
+         Scheda, Qt::SHIFT | Qt::Key_F6},
+        {QStringLiteral("testo.distende"), tr("Distendi l'a&bbreviazione"), Scheda | Testo,
+         Qt::Key_F12},
+        {QStringLiteral("scheda.abbreviazioni"), tr("Abbre&viazioni…"), Scheda},
         {QStringLiteral("scheda.togliLette"), tr("To&gli le caselle lette nel testo"), Scheda},
     };
     return tutti;
