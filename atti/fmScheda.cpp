@@ -117,11 +117,14 @@ void fmScheda::creaFormule()
     if (proprieta.TipoLock == ado::adLockReadOnly)
         return;
     m_formule = new FormuleScheda(m_pagina, proprieta.Percorso, proprieta.RegistroLocale);
-    m_menu->addSeparator();
-    m_menu->addActions(m_formule->comandi());
+    // Prima di "Tasti…", che sta in fondo dopo un separatore.
+    const QList<QAction *> presenti = m_menu->actions();
+    QAction *fondo = presenti.at(presenti.size() - 2);
+    m_menu->insertSeparator(fondo);
+    m_menu->insertActions(fondo, m_formule->comandi());
     m_dalTesto = new CaselleDalTesto(m_pagina, m_formule);
     connect(m_dalTesto, &CaselleDalTesto::letta, this, &fmScheda::deriva);
-    m_menu->addSeparator();
+    m_menu->insertSeparator(fondo);
     const std::pair<const char *, std::function<void()>> comandi[] = {
         {"scheda.caselleDalTesto", [this] { leggeDalTesto(); }},
         {"scheda.confermaCaselle", [this] { m_dalTesto->conferma(); }},
@@ -131,7 +134,7 @@ void fmScheda::creaFormule()
         comandi::lega(azione, QString::fromUtf8(id));
         azione->setShortcutContext(Qt::WidgetWithChildrenShortcut);
         connect(azione, &QAction::triggered, this, compie);
-        m_menu->addAction(azione);
+        m_menu->insertAction(fondo, azione);
         addAction(azione);
     }
 }

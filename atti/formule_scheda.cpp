@@ -29,30 +29,6 @@ FormuleScheda::FormuleScheda(Pagina *pagina, const QString &percorso, const QStr
     testo->continua([this](const QString &prima) {
         return pronta() ? m_registro->formulario()->seguito(caselle(), prima) : formule::Seguito{};
     });
-    legge(percorso, registro);
-}
-
-// Chi legge tutto da principio lascia fuori l'atto nuovo, che ancora non c'è.
-void FormuleScheda::legge(const QString &percorso, const QString &registro)
-{
-    const auto letto = std::make_shared<Formulario>();
-    m_lettura = std::make_unique<LetturaAParte>(
-        percorso,
-        [letto, registro](ado::Connection &sua, const LetturaAParte::Prosegue &prosegue) {
-            *letto = formule::legge(sua, registro, prosegue);
-        },
-        [this, letto](const QString &guasto) {
-            if (!guasto.isEmpty()) {
-                for (QAction *uno : comandi())
-                    uno->setToolTip(tr("Gli atti del registro non si sono letti: %1").arg(guasto));
-            }
-            m_formulario = std::move(*letto);
-            for (const auto &[caselle, testo] : std::as_const(m_inAttesa))
-                m_formulario.impara(caselle, testo);
-            m_inAttesa.clear();
-            m_pronta = true;
-            m_testo->testo()->ripropone();
-        });
     connect(m_registro, &FormuleRegistro::letto, testo, &TestoProposto::fonteLetta);
 }
 

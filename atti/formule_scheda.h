@@ -1,7 +1,5 @@
 #pragma once
 
-#include "db/archivio/lettura_a_parte.h"
-#include "db/formule/formulario.h"
 #include "texts/formule_registro.h"
 
 #include <QObject>
@@ -47,6 +45,4 @@ private:
     FormuleRegistro *m_registro = nullptr;
     modTarvola::formule::Caselle m_caselle;
     bool m_daLeggere = true;
-    bool m_pronta = false;
-    std::unique_ptr<modTarvola::LetturaAParte> m_lettura;
 };

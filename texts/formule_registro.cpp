@@ -8,9 +8,9 @@ FormuleRegistro::FormuleRegistro(const QString &percorso, const QString &registr
     : QObject(sopra)
 {
     const auto nuovo = std::make_shared<Formulario>();
-    m_lettura = std::make_unique<Lettura>(
+    m_lettura = std::make_unique<LetturaAParte>(
         percorso,
-        [nuovo, registro, atto](ado::Connection &sua, const Lettura::Prosegue &prosegue) {
+        [nuovo, registro, atto](ado::Connection &sua, const LetturaAParte::Prosegue &prosegue) {
             *nuovo = formule::legge(sua, registro, prosegue, atto);
         },
         [this, nuovo](const QString &guasto) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/archivio/lettura.h"
+#include "db/archivio/lettura_a_parte.h"
 #include "db/formule/formulario.h"
 
 #include <QObject>
@@ -32,5 +32,5 @@ private:
     modTarvola::formule::Formulario m_formulario;
     QList<std::pair<modTarvola::formule::Caselle, QString>> m_inAttesa;
     bool m_pronto = false;
-    std::unique_ptr<modTarvola::Lettura> m_lettura;
+    std::unique_ptr<modTarvola::LetturaAParte> m_lettura;
 };
