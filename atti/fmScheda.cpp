@@ -1,9 +1,7 @@
 #include "atti/fmScheda.h"
 
-#include "atti/completamento.h"
 #include "atti/formule_scheda.h"
 #include "atti/pagina.h"
-#include "atti/proposte.h"
 #include "contesto/bozze.h"
 #include "contesto/contesto.h"
 #include "db/archivio/connessioni.h"
@@ -86,28 +84,6 @@ void fmScheda::Form_Load()
     abbozza();
 }
 
-// Propone nelle caselle ciò che gli ultimi atti del registro hanno già scritto.
-void fmScheda::creaCompletamento()
-{
-    if (proprieta.TipoLock == ado::adLockReadOnly)
-        return;
-    constexpr int quante = 8;
-    constexpr int atti = 80; // quanti se ne leggono senza far aspettare la pagina
-    m_vocabolario.leggeRecenti(*m_connessione, proprieta.RegistroLocale, atti);
-    Completamento *completamento = m_pagina->completa([this](const Campo &campo) {
-        const QString &nome = campo.dove.campo;
-        const int tolte = static_cast<int>(m_nonProposti.size());
-        QStringList trovate = m_vocabolario.proposte(nome, campo.testo(), quante + tolte);
-        trovate.removeIf(
-            [&](const QString &testo) { return m_nonProposti.contains(std::pair(nome, testo)); });
-        return trovate.first(std::min<qsizetype>(quante, trovate.size()));
-    });
-    connect(completamento, &Completamento::nonPiu, this,
-            [this](const Campo *campo, const QString &testo) {
-                m_nonProposti.insert(std::pair(campo->dove.campo, testo));
-            });
-}
-
 // Propone nel testo ciò che il registro ha già scritto.
 void fmScheda::creaFormule()
 {
@@ -140,51 +116,6 @@ void fmScheda::mostra(const Atto &atto)
     emit passata();
 }
 
-void fmScheda::proponeNuovo()
-{
-    for (const auto &[dove, valore] : proposte::diUnAttoNuovo(*m_scheda, m_precedente)) {
-        if (Campo *campo = m_pagina->campo(dove))
-            campo->propone(valore);
-    }
-}
-
-// Da ciò che si scrive viene altro: il cognome del padre dà quello del figlio.
-void fmScheda::deriva(Campo *cambiato)
-{
-    aggiornaTesta();
-    if (m_formule != nullptr && cambiato != nullptr)
-        m_formule->cambiate();
-    if (cambiato == nullptr || !m_prima.codice.isEmpty())
-        return;
-    for (const scheda::Indirizzo &dove : proposte::derivate(*m_scheda, cambiato->dove)) {
-        Campo *campo = m_pagina->campo(dove);
-        if (campo == nullptr)
-            continue;
-        campo->ritira();
-        campo->propone(cambiato->valore());
-    }
-    if (cambiato->dove.campo == QStringLiteral("Nome"))
-        derivaSesso(*cambiato);
-}
-
-// Il sesso che il nome dice quasi sempre, dove il ruolo non lo dice già.
-void fmScheda::derivaSesso(const Campo &nome)
-{
-    if (!m_scheda->posto(nome.dove.posto)->sesso.isEmpty())
-        return;
-    for (const RigaPagina *riga : m_pagina->righe()) {
-        const auto &campi = riga->campi();
-        if (std::find(campi.begin(), campi.end(), &nome) == campi.end())
-            continue;
-        for (Campo *campo : campi) {
-            if (campo->dove.campo != QStringLiteral("Sesso"))
-                continue;
-            campo->ritira();
-            campo->propone(m_vocabolario.sessoDi(nome.testo()));
-        }
-    }
-}
-
 void fmScheda::comincia()
 {
     m_pagina->comincia();
@@ -198,6 +129,9 @@ bool fmScheda::daRegistrare() const
 void fmScheda::closeEvent(QCloseEvent *evento)
 {
     evento->setAccepted(puoChiudersi());
+    // Chi legge per le proposte ha aperto il file: smette ora, non quando la pagina sarà distrutta.
+    if (evento->isAccepted())
+        m_repertorio.reset();
 }
 
 void fmScheda::Form_Activate()

@@ -159,6 +159,10 @@ const std::vector<Comando> &catalogo()
         {QStringLiteral("scheda.altraPersona"), tr("Un'altra pe&rsona"), Scheda, Qt::Key_F3},
         {QStringLiteral("scheda.togliPersona"), tr("&Togli la persona"), Scheda,
          Qt::SHIFT | Qt::Key_F3},
+        {QStringLiteral("scheda.spegneProposte"),
+         tr("Spegni o accendi le proposte in questa case&lla"), Scheda, Qt::Key_F6},
+        {QStringLiteral("scheda.proposteTolte"), tr("Pr&oposte tolte…"), Scheda,
+         Qt::SHIFT | Qt::Key_F6},
         {QStringLiteral("scheda.tasti"), tr("Tast&i…"), Scheda},
     };
     return tutti;
