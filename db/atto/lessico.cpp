@@ -180,7 +180,7 @@ std::vector<Lessico::Inizio>::const_iterator Lessico::primo(QByteArrayView cerca
         [this](const Inizio &uno, QByteArrayView altro) { return minore(da(uno), altro); });
 }
 
-QStringList Lessico::cerca(QByteArrayView cercato, size_t quanti) const
+QStringList Lessico::cerca(QByteArrayView cercato, size_t quanti, bool dalPrincipio) const
 {
     if (cercato.isEmpty() || quanti == 0)
         return {};
@@ -195,7 +195,8 @@ QStringList Lessico::cerca(QByteArrayView cercato, size_t quanti) const
     std::vector<Inizio> scelti;
     scelti.reserve(quanti + 1);
     for (auto uno = primo(cercato); uno != m_inizi.end() && da(*uno).startsWith(cercato); ++uno) {
-        if (scelti.size() == quanti && !meglio(*uno, scelti.front()))
+        if ((dalPrincipio && uno->dove != 0) ||
+            (scelti.size() == quanti && !meglio(*uno, scelti.front())))
             continue;
         // Lo stesso testo si trova più volte se più parole cominciano così.
         const auto stesso = std::find_if(scelti.begin(), scelti.end(), [uno](const Inizio &altro) {

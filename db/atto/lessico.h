@@ -30,8 +30,9 @@ public:
     void chiude();
 
     // I testi che in una delle parole cominciano come quello dato (già piegato, UTF-8), dal più
-    // scritto; a parità chi comincia così dal principio, poi il più recente.
-    QStringList cerca(QByteArrayView piegato, size_t quanti) const;
+    // scritto; a parità chi comincia così dal principio, poi il più recente. Si possono volere solo
+    // quelli che cominciano così dal principio.
+    QStringList cerca(QByteArrayView piegato, size_t quanti, bool dalPrincipio = false) const;
     // Quante volte un testo che ha quella prima parola (piegata) è di un maschio e di una femmina.
     std::pair<quint32, quint32> sessi(QByteArrayView parola) const;
     size_t quanti() const { return m_voci.size(); }

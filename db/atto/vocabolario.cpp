@@ -130,7 +130,7 @@ QStringList proposte(std::span<const Vocabolario *const> strati, const QString &
             aggiunge(testo);
         if (!aParole || trovate.size() >= quante)
             continue;
-        const auto parole = strato->m_lessici[campoParole].cerca(ultima, abbastanza);
+        const auto parole = strato->m_lessici[campoParole].cerca(ultima, abbastanza, true);
         for (const QString &parola : parole)
             aggiunge(scritto.first(spazio + 1) + parola);
     }
