@@ -43,33 +43,30 @@ QAction *comando(const QObject *dove, const QString &inizio)
     return *suo;
 }
 
-// Sceglie nell'elenco la prima riga che è di un registro di battesimi.
-void scegliBattesimi(fmTabella *elenco, const QString &istruzione)
-{
-    auto *griglia = elenco->findChild<QTableView *>(QStringLiteral("DataGrid1"));
-    for (int i = 0; i < griglia->model()->rowCount(); ++i) {
-        griglia->selectRow(i);
-        if (connessione().valore({istruzione, {elenco->codiceCorrente()}, {}}).toInt() ==
-            RegistroBattesimi)
-            return;
-    }
-    qFatal("nessun registro di battesimi");
-}
-
-fmTabella *apreElenco(MDITras &principale, const QString &percorso, const QString &tabella)
+fmTabella *apreElenco(MDITras &principale, const QString &percorso, const QString &tabella,
+                      const QString &registro = {})
 {
     ProprietaTabella proprieta;
     proprieta.TipoTabella = tabella;
     proprieta.Percorso = percorso;
-    proprieta.Ordinamento = 7;
+    proprieta.RegistroLocale = registro;
+    proprieta.Ordinamento = registro.isEmpty() ? 7 : 4;
     fmTabella *elenco = principale.apre(proprieta);
     QApplication::processEvents();
-    if (tabella == QStringLiteral("Registri"))
-        scegliBattesimi(elenco, QStringLiteral("SELECT Tipo FROM Registri WHERE Codice = ?"));
-    if (tabella == QStringLiteral("Voci"))
-        scegliBattesimi(elenco, QStringLiteral("SELECT Tipo FROM Voci CROSS JOIN Registri ON "
-                                               "Registri.Codice = Registro WHERE Voci.Codice = ?"));
     return elenco;
+}
+
+// Gli atti di un registro di battesimi a metà dell'archivio.
+fmTabella *apreAtti(MDITras &principale, const QString &percorso)
+{
+    const QString registro =
+        connessione()
+            .valore({QStringLiteral("SELECT Codice FROM Registri WHERE Tipo = ? ORDER BY "
+                                    "abs(rowid - (SELECT max(rowid) / 2 FROM Registri)) LIMIT 1"),
+                     {RegistroBattesimi},
+                     {}})
+            .toString();
+    return apreElenco(principale, percorso, QStringLiteral("Voci"), registro);
 }
 
 fmScheda *apre(const fmTabella *elenco, MDITras &principale, const QString &nome)
@@ -131,25 +128,23 @@ double centile99(std::vector<double> tempi)
     return tempi.at((tempi.size() - 1) * (cento - 1) / cento);
 }
 
-void misuraApertura(Tavola &misura, MDITras &principale, const fmTabella *registri,
-                    const fmTabella *voci)
+void misuraApertura(Tavola &misura, MDITras &principale, const fmTabella *atti)
 {
-    const auto apertura = [&](const fmTabella *elenco, const char *nome) {
+    const auto apertura = [&](const char *nome) {
         fmScheda *scheda = nullptr;
         const double tempo =
-            millisecondi([&] { scheda = apre(elenco, principale, QString::fromUtf8(nome)); });
+            millisecondi([&] { scheda = apre(atti, principale, QString::fromUtf8(nome)); });
         chiude(scheda);
         return tempo;
     };
     misura.assoluto("pagina di un atto nuovo, ms", meta50,
-                    [&] { return apertura(registri, "Trascrivi"); });
-    misura.assoluto("pagina di un atto che c'è, ms", meta50,
-                    [&] { return apertura(voci, "Scheda"); });
+                    [&] { return apertura("Nuova scheda"); });
+    misura.assoluto("pagina di un atto che c'è, ms", meta50, [&] { return apertura("Scheda"); });
 }
 
-void misuraTasti(Tavola &misura, MDITras &principale, const fmTabella *registri)
+void misuraTasti(Tavola &misura, MDITras &principale, const fmTabella *atti)
 {
-    fmScheda *scheda = apre(registri, principale, QStringLiteral("Trascrivi"));
+    fmScheda *scheda = apre(atti, principale, QStringLiteral("Nuova scheda"));
     misura.assoluto("tasti appena aperta, 99 su 100, ms", meta16,
                     [&] { return centile99(battute(scheda)); });
     aspetta(*scheda->repertorio());
@@ -237,8 +232,8 @@ void misuraSalvataggio(Tavola &misura, MDITras &principale, const QString &perco
     pavimento.Open(stringaDiConnessione(sua));
     ApriArchivio(nostra);
     contesto().PercorsoCorrente = nostra;
-    const fmTabella *registri = apreElenco(principale, nostra, QStringLiteral("Registri"));
-    fmScheda *scheda = apre(registri, principale, QStringLiteral("Trascrivi"));
+    const fmTabella *atti = apreAtti(principale, nostra);
+    fmScheda *scheda = apre(atti, principale, QStringLiteral("Nuova scheda"));
     aspetta(*scheda->repertorio());
     int quale = 0;
     constexpr int serie = 4;
@@ -271,12 +266,12 @@ void misuraSalvataggio(Tavola &misura, MDITras &principale, const QString &perco
 
 // Ciò che le proposte tengono, e ciò che tengono mentre leggono, sopra un elenco con tutte le
 // chiavi.
-void misuraMemoria(Tavola &misura, MDITras &principale, const fmTabella *registri)
+void misuraMemoria(Tavola &misura, MDITras &principale, const fmTabella *atti)
 {
     constexpr double meta20 = 20;
     azzeraMemoriaMassima();
     const double prima = memoriaMassima();
-    fmScheda *scheda = apre(registri, principale, QStringLiteral("Trascrivi"));
+    fmScheda *scheda = apre(atti, principale, QStringLiteral("Nuova scheda"));
     const double lettura = millisecondi([&] { aspetta(*scheda->repertorio()); });
     battute(scheda);
     misura.assoluto("memoria della pagina sopra l'elenco, MiB", meta20, memoriaMassima() - prima);
@@ -303,8 +298,7 @@ int main(int argc, char **argv)
     ApriArchivio(percorso);
     contesto().PercorsoCorrente = percorso;
     const fmTabella *individui = apreElenco(principale, percorso, QStringLiteral("Individui"));
-    const fmTabella *voci = apreElenco(principale, percorso, QStringLiteral("Voci"));
-    const fmTabella *registri = apreElenco(principale, percorso, QStringLiteral("Registri"));
+    const fmTabella *atti = apreAtti(principale, percorso);
     const auto *griglia = individui->findChild<QTableView *>(QStringLiteral("DataGrid1"));
     for (int prima = -1; prima != griglia->model()->rowCount();) {
         prima = griglia->model()->rowCount();
@@ -312,9 +306,9 @@ int main(int argc, char **argv)
     }
     Tavola misura(volte);
     misura.intesta();
-    misuraMemoria(misura, principale, registri);
-    misuraApertura(misura, principale, registri, voci);
-    misuraTasti(misura, principale, registri);
+    misuraMemoria(misura, principale, atti);
+    misuraApertura(misura, principale, atti);
+    misuraTasti(misura, principale, atti);
     misuraSalvataggio(misura, principale, percorso);
     return misura.bastata() ? 0 : 1;
 }

@@ -107,7 +107,8 @@ private slots:
         QCOMPARE(batte(altro, u"dell o"_s), QStringList{u"Maria dell'Orto"_s});
         // Ciò che si salva da un'altra parte si propone subito.
         battezza(u"R2"_s, {u"Nicanore"_s});
-        QTRY_VERIFY(batte(casella(u"madre"_s, u"Nome"_s), u"nica"_s).contains(u"Nicanore"_s));
+        QApplication::processEvents();
+        QCOMPARE(batte(casella(u"madre"_s, u"Nome"_s), u"nica"_s), QStringList{u"Nicanore"_s});
     }
 
     // Ciò che è scritto resta com'è finché non si prende una proposta con Invio o con la freccia.
