@@ -226,7 +226,6 @@ private slots:
         apre(u"R1"_s);
         {
             Aparte altro(archivio->percorso());
-            altro.esegui(u"PRAGMA busy_timeout = 0"_s);
             altro.esegui(u"BEGIN EXCLUSIVE"_s);
             QTest::qWait(50);
             scheda->close();
