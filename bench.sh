@@ -3,8 +3,9 @@
 #        ./bench.sh --fatica SERIES.json
 #        ./bench.sh --fatica-testo SERIES.json
 # Makes an archive of 1,000,000 individuals (or as many as said) once, and measures the program
-# on it against the least work the engine can do, TIMES (5) times in turn; then a back-up and a
-# compaction, a large file attached and the conversion of the earlier format, in proportion.
+# on it against the least work the engine can do, TIMES (5) times in turn, and the page of an act:
+# its opening, a key, a save, its memory; then a back-up and a compaction, a large file attached and
+# the conversion of the earlier format, in proportion.
 # One line a figure: name, median, floor's median, ratio, goal, ok or short. Status 1 where one
 # falls short.
 # With --fatica: writes the acts of a series on the page of the act, by keys alone and without a
@@ -49,6 +50,7 @@ if [ ! -e "$archivio" ]; then
 fi
 stato=0
 strumenti/schermo.sh "$programmi/misura" "$archivio" "$volte" || stato=1
+strumenti/schermo.sh "$programmi/scheda" "$archivio" "$volte" || stato=1
 strumenti/schermo.sh "$programmi/testo" "$archivio" "$volte" || stato=1
 "$programmi/custodia" "$cartella" $((individui / 1000 + 2)) || stato=1
 strumenti/schermo.sh "$programmi/allegato" "$cartella" $((individui * 3 / 10000 + 1)) || stato=1

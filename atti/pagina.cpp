@@ -289,6 +289,13 @@ Completamento *Pagina::completa(std::function<QStringList(const Campo &)> cerca)
     return m_completamento;
 }
 
+void Pagina::rivedeProposte()
+{
+    Campo *qui = campoCorrente();
+    if (m_completamento != nullptr && qui != nullptr)
+        m_completamento->segue(qui);
+}
+
 void Pagina::dopoCambio(Campo *campo)
 {
     if (m_completamento != nullptr && campo->fuoco()->hasFocus())

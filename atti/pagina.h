@@ -66,6 +66,8 @@ public:
     void attende(const modTarvola::scheda::SchedaAtto &prima);
     // Propone come continuare ciò che si scrive: `cerca` rende le proposte per una casella.
     Completamento *completa(std::function<QStringList(const Campo &)> cerca);
+    // Cerca di nuovo le proposte per la casella con la tastiera.
+    void rivedeProposte();
     // Porta la tastiera nella prima casella da scrivere.
     void comincia();
     // La porta alla casella, o al testo, che segue o precede; vero se ce n'è uno.

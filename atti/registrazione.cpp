@@ -103,9 +103,6 @@ bool fmScheda::registra()
     }
     if (esito.che == EsitoAtto::Cambiato)
         return concorda(esito.nelFile);
-    // Di un atto corretto si sa già quasi tutto: contato due volte falserebbe il resto.
-    if (m_prima.codice.isEmpty())
-        m_vocabolario.impara(pronto.atto);
     if (m_formule != nullptr)
         m_formule->impara(SchedaAtto(*m_scheda, pronto.atto));
     m_prima = pronto.atto;

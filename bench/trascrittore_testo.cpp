@@ -75,7 +75,7 @@ std::optional<Trascrittore::Letto> Trascrittore::leggeDalTesto(const serie::Atto
     QTest::mouseClick(qobject_cast<QPlainTextEdit *>(testo)->viewport(), Qt::LeftButton);
     QApplication::clipboard()->setText(atto.testo);
     preme(Qt::Key_V, Testo, Qt::ControlModifier);
-    preme(Qt::Key_F6, Comandi);
+    preme(Qt::Key_F11, Comandi);
     Letto letto;
     QStringList viste;
     for (const QWidget *una : caselle()) {
@@ -95,7 +95,7 @@ std::optional<Trascrittore::Letto> Trascrittore::leggeDalTesto(const serie::Atto
         if (!viste.contains(nome) && !sue.contains(nome))
             ++letto.vuote;
     }
-    preme(Qt::Key_F6, Comandi, Qt::ShiftModifier);
+    preme(Qt::Key_F11, Comandi, Qt::ShiftModifier);
     m_atto = prima;
     return letto;
 }

@@ -1,5 +1,6 @@
 #include "texts/seguito_testo.h"
 
+#include "db/atto/abbreviazioni.h"
 #include "db/schema/schema.h"
 #include "texts/fmTxtL.h"
 #include "texts/formule_registro.h"
@@ -23,6 +24,9 @@ void continuaDalRegistro(fmTxtL &finestra, ado::Connection &connessione,
     finestra.testo()->continua([registro, caselle](const QString &prima) {
         const formule::Formulario *formulario = registro->formulario();
         return formulario == nullptr ? formule::Seguito{} : formulario->seguito(caselle, prima);
+    });
+    finestra.testo()->abbrevia([tutte = abbreviazioni(connessione)](const QString &parola) {
+        return distesa(tutte, parola);
     });
     QObject::connect(registro, &FormuleRegistro::letto, finestra.testo(),
                      &TestoProposto::fonteLetta);
