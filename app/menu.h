@@ -42,4 +42,5 @@ private:
     QMenu *AiutoItem;
     QMenu *ModificaItem;
     std::function<void(const QString &)> m_ultimo;
+    QMenu *ModificaItem;
 };

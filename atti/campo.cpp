@@ -28,6 +28,17 @@ Casella *nuova(const QString &tabella, const QString &campo, QWidget *sopra)
     }
 }
 
+// Il fondo di una casella che aspetta una conferma: un poco del colore di ciò che è scelto.
+QColor velato(const QPalette &colori)
+{
+    constexpr double velo = 0.14;
+    const QColor fondo = colori.color(QPalette::Base);
+    const QColor scelto = colori.color(QPalette::Highlight);
+    const auto mescola = [](int uno, int altro) { return qRound(uno + (altro - uno) * velo); };
+    return {mescola(fondo.red(), scelto.red()), mescola(fondo.green(), scelto.green()),
+            mescola(fondo.blue(), scelto.blue())};
+}
+
 } // namespace
 
 Campo::Campo(scheda::Indirizzo dato, const QString &tabella, const QString &chi, QWidget *sopra)
@@ -72,19 +83,34 @@ void Campo::mostra(const QVariant &valore)
     passa(Mostrato);
 }
 
-void Campo::propone(const QVariant &valore)
+void Campo::propone(const QVariant &valore, bool lettoNelTesto)
 {
-    if (m_stato == Scritto || (m_stato == Mostrato && !vuoto()) ||
+    if (m_stato == Scritto || (m_stato == Mostrato && !vuoto()) || (dalTesto() && !lettoNelTesto) ||
         valore.toString().trimmed().isEmpty())
         return;
     m_casella->mostra(valore);
+    m_lettoNelTesto = lettoNelTesto;
     passa(Proposto);
 }
 
 void Campo::ritira()
 {
-    if (m_stato == Proposto)
+    if (m_stato == Proposto && !m_lettoNelTesto)
         mostra(m_nelRecord);
+}
+
+void Campo::ritiraLettura()
+{
+    if (dalTesto())
+        mostra(m_nelRecord);
+}
+
+void Campo::conferma()
+{
+    if (m_stato != Proposto)
+        return;
+    passa(Scritto);
+    emit cambiato();
 }
 
 void Campo::scrive(const QVariant &valore)
@@ -106,10 +132,13 @@ void Campo::passa(Stato stato)
     QPalette colori = fuoco()->parentWidget()->palette();
     if (stato == Proposto)
         colori.setColor(QPalette::Text, colori.color(QPalette::PlaceholderText));
+    if (dalTesto())
+        colori.setColor(QPalette::Base, velato(colori));
     parte->setPalette(colori);
     if (m_motivo.isEmpty())
-        parte->setAccessibleDescription(stato == Proposto ? tr("proposta, non ancora scritta")
-                                                          : QString());
+        parte->setAccessibleDescription(dalTesto() ? tr("letta nel testo, Invio la conferma")
+                                        : stato == Proposto ? tr("proposta, non ancora scritta")
+                                                            : QString());
 }
 
 void Campo::segna(const QString &motivo)

@@ -30,15 +30,20 @@ public:
     // Mostra un valore dell'atto; nessuno l'ha toccato.
     void mostra(const QVariant &valore);
     // Mette un valore che si registrerà se nessuno lo cambia. Non tocca ciò che è stato scritto.
-    void propone(const QVariant &valore);
-    // Toglie la proposta, se c'è.
+    // Ciò che è letto nel testo dell'atto prevale su ogni altra proposta, e aspetta una conferma.
+    void propone(const QVariant &valore, bool lettoNelTesto = false);
+    // Toglie la proposta, se c'è e se non è letta nel testo.
     void ritira();
+    void ritiraLettura();
+    // Ciò che è proposto è come scritto.
+    void conferma();
     // Mette un valore come se lo avesse scritto chi trascrive.
     void scrive(const QVariant &valore);
 
     // Ciò che nel record c'era quando la casella fu mostrata.
     const QVariant &nelRecord() const { return m_nelRecord; }
     bool proposto() const { return m_stato == Proposto; }
+    bool dalTesto() const { return proposto() && m_lettoNelTesto; }
     bool scritto() const { return m_stato == Scritto; }
     bool vuoto() const { return m_casella->vuota(); }
     QVariant valore() const { return m_casella->valore(); }
@@ -60,4 +65,5 @@ private:
     QString m_motivo;
     QVariant m_nelRecord;
     Stato m_stato = Mostrato;
+    bool m_lettoNelTesto = false;
 };

@@ -46,6 +46,8 @@ std::vector<fmScheda::Voce> fmScheda::voci()
         {QStringLiteral("scheda.togliPersona"), false,
          [this] { esegue([this] { togliePersona(); }); }},
         {},
+        {QStringLiteral("scheda.spegneProposte"), false, [this] { spegneProposte(); }},
+        {QStringLiteral("scheda.proposteTolte"), false, [this] { mostraTolte(); }},
         {QStringLiteral("scheda.tasti"), false, [this] { fmTasti(window()).exec(); }},
     };
 }

@@ -33,6 +33,8 @@ Completamento::Completamento(std::function<QStringList(const Campo &)> cerca, QW
     m_elenco->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_elenco->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_elenco->setUniformItemSizes(true);
+    m_elenco->setToolTip(tr("Invio la prende e va oltre, la freccia a destra la prende e resta; "
+                            "Maiusc+Canc non la propone più"));
     auto *colonna = new QVBoxLayout(this);
     colonna->setContentsMargins({});
     colonna->addWidget(m_elenco);

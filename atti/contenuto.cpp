@@ -99,9 +99,13 @@ void Pagina::raccoglie(const RigaPagina *riga, scheda::SchedaAtto &atto) const
 {
     const QString &nome = riga->riga().posto;
     const bool elenco = eElenco(nome);
-    // Di una persona che può mancare una proposta da sola non dice che ci sia.
+    // Di una persona che può mancare un cognome proposto da solo non dice che ci sia.
     const bool puoMancare = posto(nome).come == Come::Genitore || posto(nome).come == Come::Coniuge;
-    if (puoMancare && riga->vuota() && atto.persona(nome) == 0)
+    const bool proposta =
+        std::any_of(riga->campi().begin(), riga->campi().end(), [](const Campo *uno) {
+            return uno->proposto() && uno->dove.campo == QStringLiteral("Nome");
+        });
+    if (puoMancare && riga->vuota() && !proposta && atto.persona(nome) == 0)
         return;
     int chiave = riga->chiave;
     const Campo *giorni = nullptr;

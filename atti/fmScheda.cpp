@@ -1,10 +1,10 @@
 #include "atti/fmScheda.h"
 
-#include "atti/completamento.h"
+#include "atti/caselle_dal_testo.h"
 #include "atti/formule_scheda.h"
 #include "atti/pagina.h"
-#include "atti/proposte.h"
 #include "contesto/bozze.h"
+#include "contesto/comandi.h"
 #include "contesto/contesto.h"
 #include "db/archivio/connessioni.h"
 #include "db/atto/registro_atti.h"
@@ -15,7 +15,9 @@
 #include "editors/icone_generi.h"
 #include "platform/finestre/messaggi.h"
 #include "platform/motore/recordset.h"
+#include "texts/fmAbbreviazioni.h"
 
+#include <QAction>
 #include <QCloseEvent>
 #include <QMenu>
 #include <QVBoxLayout>
@@ -86,36 +88,74 @@ void fmScheda::Form_Load()
     abbozza();
 }
 
-// Propone nelle caselle ciò che gli ultimi atti del registro hanno già scritto.
-void fmScheda::creaCompletamento()
-{
-    if (proprieta.TipoLock == ado::adLockReadOnly)
-        return;
-    constexpr int quante = 8;
-    constexpr int atti = 80; // quanti se ne leggono senza far aspettare la pagina
-    m_vocabolario.leggeRecenti(*m_connessione, proprieta.RegistroLocale, atti);
-    Completamento *completamento = m_pagina->completa([this](const Campo &campo) {
-        const QString &nome = campo.dove.campo;
-        const int tolte = static_cast<int>(m_nonProposti.size());
-        QStringList trovate = m_vocabolario.proposte(nome, campo.testo(), quante + tolte);
-        trovate.removeIf(
-            [&](const QString &testo) { return m_nonProposti.contains(std::pair(nome, testo)); });
-        return trovate.first(std::min<qsizetype>(quante, trovate.size()));
-    });
-    connect(completamento, &Completamento::nonPiu, this,
-            [this](const Campo *campo, const QString &testo) {
-                m_nonProposti.insert(std::pair(campo->dove.campo, testo));
-            });
-}
-
 // Propone nel testo ciò che il registro ha già scritto.
 void fmScheda::creaFormule()
 {
     if (proprieta.TipoLock == ado::adLockReadOnly)
         return;
     m_formule = new FormuleScheda(m_pagina, proprieta.Percorso, proprieta.RegistroLocale);
-    m_menu->addSeparator();
-    m_menu->addActions(m_formule->comandi());
+    // Prima di "Tasti…", che sta in fondo dopo un separatore.
+    const QList<QAction *> presenti = m_menu->actions();
+    QAction *fondo = presenti.at(presenti.size() - 2);
+    m_menu->insertSeparator(fondo);
+    m_menu->insertActions(fondo, m_formule->comandi());
+    leggeAbbreviazioni();
+    m_dalTesto = new CaselleDalTesto(m_pagina, m_formule);
+    connect(m_dalTesto, &CaselleDalTesto::letta, this, &fmScheda::deriva);
+    m_menu->insertSeparator(fondo);
+    const std::pair<const char *, std::function<void()>> comandi[] = {
+        {"scheda.caselleDalTesto", [this] { leggeDalTesto(); }},
+        {"scheda.confermaCaselle", [this] { m_dalTesto->conferma(); }},
+        {"scheda.togliLette", [this] { m_dalTesto->ritira(); }},
+        {"scheda.abbreviazioni", [this] { cambiaLeAbbreviazioni(); }}};
+    for (const auto &[id, compie] : comandi) {
+        auto *azione = new QAction(this);
+        comandi::lega(azione, QString::fromUtf8(id));
+        azione->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+        connect(azione, &QAction::triggered, this, compie);
+        m_menu->insertAction(fondo, azione);
+        addAction(azione);
+    }
+}
+
+void fmScheda::cambiaLeAbbreviazioni()
+{
+    esegue([this] {
+        if (cambiaAbbreviazioni(*m_connessione, window()))
+            leggeAbbreviazioni();
+    });
+}
+
+void fmScheda::leggeAbbreviazioni()
+{
+    if (TestoPagina *testo = m_formule->testo())
+        testo->testo()->abbrevia([tutte = abbreviazioni(*m_connessione)](const QString &parola) {
+            return distesa(tutte, parola);
+        });
+}
+
+void fmScheda::leggeDalTesto()
+{
+    if (m_dalTesto->propone() > 0)
+        m_pagina->comincia();
+    else
+        messaggi::avvisa(this, tr("Nel testo non si è letto nulla per le caselle vuote"));
+}
+
+// Ciò che è letto nel testo si registra se lo si conferma, se no resta fuori.
+bool fmScheda::confermaLette()
+{
+    const int quante = m_dalTesto == nullptr ? 0 : m_dalTesto->inAttesa();
+    if (quante == 0)
+        return true;
+    if (!messaggi::chiede(this,
+                          tr("Le caselle lette nel testo e non ancora confermate sono %1.\n"
+                             "Registrarle come sono?")
+                              .arg(quante),
+                          messaggi::Domanda::PropostoNo))
+        return false;
+    m_dalTesto->conferma();
+    return true;
 }
 
 // Mostra un atto al posto di quello di prima; di uno nuovo propone ciò che si sa già.
@@ -140,51 +180,6 @@ void fmScheda::mostra(const Atto &atto)
     emit passata();
 }
 
-void fmScheda::proponeNuovo()
-{
-    for (const auto &[dove, valore] : proposte::diUnAttoNuovo(*m_scheda, m_precedente)) {
-        if (Campo *campo = m_pagina->campo(dove))
-            campo->propone(valore);
-    }
-}
-
-// Da ciò che si scrive viene altro: il cognome del padre dà quello del figlio.
-void fmScheda::deriva(Campo *cambiato)
-{
-    aggiornaTesta();
-    if (m_formule != nullptr && cambiato != nullptr)
-        m_formule->cambiate();
-    if (cambiato == nullptr || !m_prima.codice.isEmpty())
-        return;
-    for (const scheda::Indirizzo &dove : proposte::derivate(*m_scheda, cambiato->dove)) {
-        Campo *campo = m_pagina->campo(dove);
-        if (campo == nullptr)
-            continue;
-        campo->ritira();
-        campo->propone(cambiato->valore());
-    }
-    if (cambiato->dove.campo == QStringLiteral("Nome"))
-        derivaSesso(*cambiato);
-}
-
-// Il sesso che il nome dice quasi sempre, dove il ruolo non lo dice già.
-void fmScheda::derivaSesso(const Campo &nome)
-{
-    if (!m_scheda->posto(nome.dove.posto)->sesso.isEmpty())
-        return;
-    for (const RigaPagina *riga : m_pagina->righe()) {
-        const auto &campi = riga->campi();
-        if (std::find(campi.begin(), campi.end(), &nome) == campi.end())
-            continue;
-        for (Campo *campo : campi) {
-            if (campo->dove.campo != QStringLiteral("Sesso"))
-                continue;
-            campo->ritira();
-            campo->propone(m_vocabolario.sessoDi(nome.testo()));
-        }
-    }
-}
-
 void fmScheda::comincia()
 {
     m_pagina->comincia();
@@ -198,6 +193,9 @@ bool fmScheda::daRegistrare() const
 void fmScheda::closeEvent(QCloseEvent *evento)
 {
     evento->setAccepted(puoChiudersi());
+    // Chi legge per le proposte ha aperto il file: smette ora, non quando la pagina sarà distrutta.
+    if (evento->isAccepted())
+        m_repertorio.reset();
 }
 
 void fmScheda::Form_Activate()

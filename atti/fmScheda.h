@@ -1,16 +1,17 @@
 #pragma once
 
-#include "db/atto/scheda_atto.h"
-#include "db/atto/vocabolario.h"
+#include "atti/proposte.h"
 
-#include <QSet>
 #include <QWidget>
 
 #include <functional>
+#include <memory>
 
 class Pagina;
 class Campo;
+class CaselleDalTesto;
 class FormuleScheda;
+class Repertorio;
 class QLabel;
 class QMenu;
 class QListWidget;
@@ -72,6 +73,8 @@ public:
     // Porta la tastiera nella prima casella da scrivere.
     void comincia();
     Pagina *pagina() const { return m_pagina; }
+    // Ciò da cui vengono le proposte; nullo in sola lettura.
+    const std::shared_ptr<Repertorio> &repertorio() const { return m_repertorio; }
 
 signals:
     // Nella pagina si è passati a un altro atto, o l'atto è stato registrato.
@@ -89,7 +92,12 @@ private:
     void apre(const QString &voce);
     void proponeNuovo();
     void deriva(Campo *cambiato);
+    void derivaCoppia(const modTarvola::scheda::Indirizzo &da);
     void derivaSesso(const Campo &nome);
+    void propone(const QList<proposte::Proposta> &nuove);
+    bool proponeIn(const Campo &campo) const;
+    void spegneProposte();
+    void mostraTolte();
     void comeNellAttoPrima(bool tuttaLaPersona);
     void aggiungePersona();
     void togliePersona();
@@ -110,17 +118,21 @@ private:
     QString testoNelFile(const QString &posto) const;
     void creaCompletamento();
     void creaFormule();
+    void cambiaLeAbbreviazioni();
+    void leggeAbbreviazioni();
+    void leggeDalTesto();
+    bool confermaLette();
     void esegue(const std::function<void()> &comando);
 
     ado::Connection *m_connessione = nullptr;
     const modTarvola::scheda::Scheda *m_scheda = nullptr;
-    modTarvola::Atto m_prima;                        // l'atto com'è nel file
-    modTarvola::Atto m_precedente;                   // quello che nel registro viene prima
-    modTarvola::Vocabolario m_vocabolario;           // ciò che il registro ha già scritto
-    QSet<std::pair<QString, QString>> m_nonProposti; // campo e testo, finché la pagina è aperta
+    modTarvola::Atto m_prima;                 // l'atto com'è nel file
+    modTarvola::Atto m_precedente;            // quello che nel registro viene prima
+    std::shared_ptr<Repertorio> m_repertorio; // ciò che l'archivio ha già scritto
     QString m_titoloRegistro;
     Pagina *m_pagina = nullptr;
     FormuleScheda *m_formule = nullptr; // nulla dove non si scrive
+    CaselleDalTesto *m_dalTesto = nullptr;
     QLabel *m_titolo = nullptr;
     QToolBar *m_barra = nullptr;
     QWidget *m_piede = nullptr;

@@ -5,7 +5,6 @@
 #include <QAction>
 
 using namespace modTarvola;
-using formule::Formulario;
 
 namespace
 {
@@ -20,38 +19,17 @@ QString testoDi(const scheda::SchedaAtto &atto)
 
 } // namespace
 
-FormuleScheda::FormuleScheda(Pagina *pagina, QString percorso, QString registro)
+FormuleScheda::FormuleScheda(Pagina *pagina, const QString &percorso, const QString &registro)
     : QObject(pagina), m_pagina(pagina), m_testo(pagina->testo(postoDelTesto))
 {
     if (m_testo == nullptr)
         return;
-    m_testo->testo()->continua([this](const QString &prima) {
-        return m_pronta ? m_formulario.seguito(caselle(), prima) : formule::Seguito{};
+    m_registro = new FormuleRegistro(percorso, registro, {}, this);
+    TestoProposto *testo = m_testo->testo();
+    testo->continua([this](const QString &prima) {
+        return pronta() ? m_registro->formulario()->seguito(caselle(), prima) : formule::Seguito{};
     });
-    legge(percorso, registro);
-}
-
-// Chi legge tutto da principio lascia fuori l'atto nuovo, che ancora non c'è.
-void FormuleScheda::legge(const QString &percorso, const QString &registro)
-{
-    const auto letto = std::make_shared<Formulario>();
-    m_lettura = std::make_unique<LetturaAParte>(
-        percorso,
-        [letto, registro](ado::Connection &sua, const LetturaAParte::Prosegue &prosegue) {
-            *letto = formule::legge(sua, registro, prosegue);
-        },
-        [this, letto](const QString &guasto) {
-            if (!guasto.isEmpty()) {
-                for (QAction *uno : comandi())
-                    uno->setToolTip(tr("Gli atti del registro non si sono letti: %1").arg(guasto));
-            }
-            m_formulario = std::move(*letto);
-            for (const auto &[caselle, testo] : std::as_const(m_inAttesa))
-                m_formulario.impara(caselle, testo);
-            m_inAttesa.clear();
-            m_pronta = true;
-            m_testo->testo()->ripropone();
-        });
+    connect(m_registro, &FormuleRegistro::letto, testo, &TestoProposto::fonteLetta);
 }
 
 void FormuleScheda::mostra(const scheda::SchedaAtto &atto)
@@ -68,13 +46,9 @@ void FormuleScheda::impara(const scheda::SchedaAtto &atto)
     const bool noto = m_atto && !m_atto->atto().codice.isEmpty() && testoDi(*m_atto) == testo;
     m_atto = atto;
     m_daLeggere = true;
-    if (noto || testo.trimmed().isEmpty())
+    if (m_registro == nullptr || noto || testo.trimmed().isEmpty())
         return;
-    const formule::Caselle sue = formule::caselleDi(atto);
-    if (m_pronta)
-        m_formulario.impara(sue, testo);
-    else
-        m_inAttesa.append({sue, testo});
+    m_registro->impara(formule::caselleDi(atto), testo);
 }
 
 // Le caselle come stanno sulla pagina, le proposte comprese: si leggono quando servono.
@@ -86,6 +60,20 @@ const formule::Caselle &FormuleScheda::caselle()
         m_caselle = formule::caselleDi(qui);
     }
     return m_caselle;
+}
+
+QMap<scheda::Indirizzo, formule::Lettura> FormuleScheda::leggeCaselle(const QString &testo) const
+{
+    if (!pronta())
+        return {};
+    formule::Caselle scritte;
+    for (const RigaPagina *riga : m_pagina->righe()) {
+        for (const Campo *campo : riga->campi()) {
+            if (!campo->proposto() && !campo->vuoto())
+                scritte.insert(campo->dove, campo->valore().toString());
+        }
+    }
+    return m_registro->formulario()->caselle(testo, scritte);
 }
 
 QList<QAction *> FormuleScheda::comandi() const

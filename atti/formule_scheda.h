@@ -1,7 +1,6 @@
 #pragma once
 
-#include "db/archivio/lettura_a_parte.h"
-#include "db/formule/formulario.h"
+#include "texts/formule_registro.h"
 
 #include <QObject>
 
@@ -19,7 +18,7 @@ class FormuleScheda : public QObject
 
 public:
     // `atto` è quello che la pagina mostra: le sue caselle riempiono le formule.
-    FormuleScheda(Pagina *pagina, QString percorso, QString registro);
+    FormuleScheda(Pagina *pagina, const QString &percorso, const QString &registro);
 
     // La pagina mostra quest'atto; ciò che si era fatto tacere nell'altro torna a parlare.
     void mostra(const modTarvola::scheda::SchedaAtto &atto);
@@ -27,23 +26,23 @@ public:
     void cambiate() { m_daLeggere = true; }
     // L'atto è stato registrato com'è qui: il suo testo, se è nuovo, si ripeterà.
     void impara(const modTarvola::scheda::SchedaAtto &atto);
+    // Le caselle che il testo dice e che nella pagina nessuno ha scritto.
+    QMap<modTarvola::scheda::Indirizzo, modTarvola::formule::Lettura>
+    leggeCaselle(const QString &testo) const;
+    // Il testo riportato della pagina; nullo se non l'ha.
+    TestoPagina *testo() const { return m_testo; }
     // Vero da quando ciò che il registro ha scritto è stato letto.
-    bool pronta() const { return m_pronta; }
+    bool pronta() const { return m_registro != nullptr && m_registro->formulario() != nullptr; }
     // I comandi per il menu della pagina; nessuno se la pagina non ha un testo.
     QList<QAction *> comandi() const;
 
 private:
-    void legge(const QString &percorso, const QString &registro);
     const modTarvola::formule::Caselle &caselle();
 
     Pagina *m_pagina;
     TestoPagina *m_testo;
     std::optional<modTarvola::scheda::SchedaAtto> m_atto;
-    modTarvola::formule::Formulario m_formulario;
+    FormuleRegistro *m_registro = nullptr;
     modTarvola::formule::Caselle m_caselle;
-    // Ciò che si registra mentre si legge s'impara dopo.
-    QList<std::pair<modTarvola::formule::Caselle, QString>> m_inAttesa;
     bool m_daLeggere = true;
-    bool m_pronta = false;
-    std::unique_ptr<modTarvola::LetturaAParte> m_lettura;
 };

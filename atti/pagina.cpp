@@ -203,6 +203,19 @@ Campo *Pagina::campo(const scheda::Indirizzo &dove)
     return nullptr;
 }
 
+Campo *Pagina::campoNato(const scheda::Indirizzo &dove)
+{
+    if (!eElenco(dove.posto))
+        return campo(dove);
+    const auto sue = std::count_if(m_righe.begin(), m_righe.end(), [&](const RigaPagina *riga) {
+        return riga->riga().posto == dove.posto;
+    });
+    // Una in più, vuota, per chi manca ancora.
+    if (dove.quale + 1 >= sue)
+        adattaElenco(posto(dove.posto), dove.quale + 1);
+    return campo(dove);
+}
+
 Campo *Pagina::campoCorrente() const
 {
     for (const RigaPagina *riga : m_righe) {
@@ -274,6 +287,13 @@ Completamento *Pagina::completa(std::function<QStringList(const Campo &)> cerca)
 {
     m_completamento = new Completamento(std::move(cerca), this);
     return m_completamento;
+}
+
+void Pagina::rivedeProposte()
+{
+    Campo *qui = campoCorrente();
+    if (m_completamento != nullptr && qui != nullptr)
+        m_completamento->segue(qui);
 }
 
 void Pagina::dopoCambio(Campo *campo)

@@ -48,6 +48,8 @@ public:
     std::vector<Campo *> campi() const;
     // La casella all'indirizzo dato, fatta nascere se occorre; nulla se la pagina non l'ha.
     Campo *campo(const modTarvola::scheda::Indirizzo &dove);
+    // Come l'altra; all'elenco si aggiungono le righe che mancano.
+    Campo *campoNato(const modTarvola::scheda::Indirizzo &dove);
     // La casella, o il testo, con la tastiera; nulli se è altrove.
     Campo *campoCorrente() const;
     TestoPagina *testo(const QString &nome) const;
@@ -64,6 +66,8 @@ public:
     void attende(const modTarvola::scheda::SchedaAtto &prima);
     // Propone come continuare ciò che si scrive: `cerca` rende le proposte per una casella.
     Completamento *completa(std::function<QStringList(const Campo &)> cerca);
+    // Cerca di nuovo le proposte per la casella con la tastiera.
+    void rivedeProposte();
     // Porta la tastiera nella prima casella da scrivere.
     void comincia();
     // La porta alla casella, o al testo, che segue o precede; vero se ce n'è uno.

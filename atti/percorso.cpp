@@ -61,8 +61,9 @@ QList<QWidget *> Pagina::percorso(bool anchePassate) const
                 continue;
             // Senza il codice un atto non si salva: finché manca non si salta.
             const bool serve = campo->dove.campo == QStringLiteral("CodiceVoce") && campo->vuoto();
-            const bool saltata = oltre || (campo->uso == Uso::Saltata && !serve) ||
-                                 campo->proposto() || (assente && !prima);
+            const bool saltata =
+                !campo->dalTesto() && (oltre || (campo->uso == Uso::Saltata && !serve) ||
+                                       campo->proposto() || (assente && !prima));
             if (campo->uso != Uso::Saltata)
                 prima = false;
             if (anchePassate || !saltata || campo->fuoco() == qui)
@@ -122,7 +123,11 @@ bool Pagina::tasto(QWidget *parte, QKeyEvent *evento)
                avanza(evento->key() == Qt::Key_Down, true);
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        return !inTesto && modi == Qt::NoModifier && avanza(true, false);
+        if (inTesto || modi != Qt::NoModifier)
+            return false;
+        if (Campo *letto = campoCorrente(); letto != nullptr && letto->dalTesto())
+            letto->conferma();
+        return avanza(true, false);
     default:
         return false;
     }

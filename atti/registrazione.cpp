@@ -83,7 +83,7 @@ bool fmScheda::registra()
         messaggi::avvisa(this, tr("Nell'atto non è ancora scritto nulla"));
         return false;
     }
-    if (!siLegge())
+    if (!siLegge() || !confermaLette())
         return false;
     SchedaAtto scritto(*m_scheda, m_prima);
     m_pagina->raccoglie(scritto);
@@ -103,9 +103,6 @@ bool fmScheda::registra()
     }
     if (esito.che == EsitoAtto::Cambiato)
         return concorda(esito.nelFile);
-    // Di un atto corretto si sa già quasi tutto: contato due volte falserebbe il resto.
-    if (m_prima.codice.isEmpty())
-        m_vocabolario.impara(pronto.atto);
     if (m_formule != nullptr)
         m_formule->impara(SchedaAtto(*m_scheda, pronto.atto));
     m_prima = pronto.atto;

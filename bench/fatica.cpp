@@ -1,6 +1,8 @@
 // Quanti tasti costa una serie d'atti scritta sulla pagina della finestra vera, coi soli tasti, in
 // un archivio nuovo; e se ciò che vi resta è ciò che la serie dice.
-//   fatica SERIE.json
+//   fatica SERIE.json           scrive le caselle e il testo
+//   fatica --testo SERIE.json   dall'undicesimo incolla il testo, e conta le caselle che se ne
+//   leggono
 
 #include "app/avvio.h"
 #include "app/MDITras.h"
@@ -152,6 +154,29 @@ void riassume(const QList<Trascrittore::Conto> &conti, const serie::Serie &serie
              .arg(media(lettere, quanti)));
 }
 
+void somma(Trascrittore::Letto &lette, const Trascrittore::Letto &altre)
+{
+    lette.giuste += altre.giuste;
+    lette.sbagliate += altre.sbagliate;
+    lette.vuote += altre.vuote;
+    lette.quali += altre.quali;
+}
+
+// Le caselle che il testo dà, sul totale di quelle dell'atto che la pagina non propone da sé.
+void riassume(const Trascrittore::Letto &lette)
+{
+    QMap<QString, int> casi;
+    for (const QString &una : lette.quali)
+        ++casi[una.section(u':', 0, 1)];
+    for (const auto &[nome, quante] : casi.toStdMap())
+        dice(QStringLiteral("%1 non lette o sbagliate: %2").arg(quante, 4).arg(nome));
+    const int tutte = lette.giuste + lette.sbagliate + lette.vuote;
+    dice(QStringLiteral("caselle dal testo: %1 giuste %2 sbagliate %3 vuote %4")
+             .arg(tutte)
+             .arg(parte(lette.giuste, tutte), parte(lette.sbagliate, tutte),
+                  parte(lette.vuote, tutte)));
+}
+
 // Apre la pagina di un atto nuovo dall'elenco dei registri.
 QWidget *aprePagina(MDITras &principale, const QString &percorso)
 {
@@ -175,7 +200,7 @@ QWidget *aprePagina(MDITras &principale, const QString &percorso)
 }
 
 // Scrive tutta la serie in un archivio nuovo e la confronta; rende lo stato del programma.
-int scrive(const serie::Serie &serie, const QString &percorso)
+int scrive(const serie::Serie &serie, const QString &percorso, bool dalTesto)
 {
     creaArchivio(percorso, serie.tipo);
     sorveglia();
@@ -191,7 +216,10 @@ int scrive(const serie::Serie &serie, const QString &percorso)
     Trascrittore trascrittore(pagina);
     QList<Trascrittore::Conto> conti;
     QString motivo;
+    Trascrittore::Letto lette;
     for (const serie::Atto &atto : serie.atti) {
+        if (dalTesto && conti.size() + 1 >= primoContato)
+            somma(lette, trascrittore.leggeDalTesto(atto).value_or(Trascrittore::Letto{}));
         if (!trascrittore.trascrive(atto, motivo)) {
             dice(QStringLiteral("atto %1: %2").arg(conti.size() + 1).arg(motivo));
             return 1;
@@ -204,6 +232,8 @@ int scrive(const serie::Serie &serie, const QString &percorso)
     if (diverse > 0)
         dice(QStringLiteral("righe diverse: %1").arg(diverse));
     riassume(conti, serie);
+    if (dalTesto)
+        riassume(lette);
     return diverse > 0 ? 1 : 0;
 }
 
@@ -212,20 +242,22 @@ int scrive(const serie::Serie &serie, const QString &percorso)
 int main(int argc, char **argv)
 {
     QApplication applicazione(argc, argv);
+    const bool dalTesto = argc > 2 && QByteArray(argv[1]) == "--testo";
     if (argc < 2) {
-        std::fprintf(stderr, "uso: fatica SERIE.json\n");
+        std::fprintf(stderr, "uso: fatica [--testo] SERIE.json\n");
         return 2;
     }
+    const char *file = argv[argc - 1];
     QString motivo;
-    const auto serie = serie::legge(QString::fromLocal8Bit(argv[1]), motivo);
+    const auto serie = serie::legge(QString::fromLocal8Bit(file), motivo);
     if (!serie) {
-        std::fprintf(stderr, "%s: %s\n", argv[1], qUtf8Printable(motivo));
+        std::fprintf(stderr, "%s: %s\n", file, qUtf8Printable(motivo));
         return 2;
     }
     const QTemporaryDir cartella;
     preparaApplicazione(applicazione);
     try {
-        return scrive(*serie, cartella.filePath(QStringLiteral("fatica.tvd")));
+        return scrive(*serie, cartella.filePath(QStringLiteral("fatica.tvd")), dalTesto);
     } catch (const ado::Errore &errore) {
         std::fprintf(stderr, "%s\n", qUtf8Printable(errore.testo()));
         return 1;

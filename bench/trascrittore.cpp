@@ -1,6 +1,5 @@
 #include "bench/trascrittore.h"
 
-#include "bench/continuazione.h"
 #include "platform/lingua/giorni.h"
 
 #include <QApplication>
@@ -23,14 +22,6 @@ constexpr int passiAlPiu = 400;
 bool eGiorno(const QWidget *parte)
 {
     return parte->accessibleName().endsWith(QStringLiteral(": Data"));
-}
-
-QString mostrato(const QWidget *parte)
-{
-    if (const auto *riga = qobject_cast<const QLineEdit *>(parte))
-        return riga->text();
-    const auto *testo = qobject_cast<const QPlainTextEdit *>(parte);
-    return testo == nullptr ? QString() : testo->toPlainText();
 }
 
 // Una proposta si vede dal carattere.
@@ -59,6 +50,14 @@ QString piuCorto(const QString &iso, const QString &riferimento)
 }
 
 } // namespace
+
+QString Trascrittore::mostrato(const QWidget *parte)
+{
+    if (const auto *riga = qobject_cast<const QLineEdit *>(parte))
+        return riga->text();
+    const auto *testo = qobject_cast<const QPlainTextEdit *>(parte);
+    return testo == nullptr ? QString() : testo->toPlainText();
+}
 
 int Trascrittore::Conto::totale() const
 {
@@ -208,51 +207,6 @@ void Trascrittore::corregge(QWidget *parte)
         preme(Qt::Key_Delete, Testo);
     }
     scriveTesto(parte, tutto);
-}
-
-// Il testo, prendendo di ciò che la pagina propone quanto costa meno che scriverlo.
-void Trascrittore::scriveTesto(QWidget *testo, const QString &tutto)
-{
-    using continuazione::Mossa;
-    const auto alPiu = tutto.size() * 2;
-    for (qsizetype i = 0; i < alPiu && mostrato(testo) != tutto; ++i) {
-        giudica(testo, tutto);
-        const QString scritto = mostrato(testo);
-        switch (continuazione::sceglie(scritto, tutto, testo->property("proposta").toString(),
-                                       testo->property("tratto").toLongLong())) {
-        case Mossa::Tratto:
-            preme(Qt::Key_Right, Testo);
-            break;
-        case Mossa::Parola:
-            preme(Qt::Key_Right, Testo, Qt::ControlModifier);
-            break;
-        case Mossa::Tutto:
-            preme(Qt::Key_End, Testo);
-            break;
-        case Mossa::Indietro:
-            preme(Qt::Key_Backspace, Testo);
-            break;
-        case Mossa::Lettera:
-            batte(tutto.at(scritto.size()), Testo);
-        }
-    }
-}
-
-// Conta la proposta se è apparsa ora: ciò che resta di una già vista è la stessa.
-void Trascrittore::giudica(const QWidget *testo, const QString &tutto)
-{
-    const QString scritto = mostrato(testo);
-    const QString vista = testo->property("proposta").toString();
-    const auto tratto = testo->property("tratto").toLongLong();
-    const QString era = std::exchange(m_propostaDiPrima, vista);
-    const QString prima = std::exchange(m_scrittoDiPrima, scritto);
-    const bool stessa = scritto.startsWith(prima) && !era.isEmpty() &&
-                        (prima + era).startsWith(scritto + vista.left(tratto));
-    if (vista.isEmpty() || stessa || !tutto.startsWith(scritto))
-        return;
-    ++m_conto.mostrate;
-    if (continuazione::giuste(scritto, tutto, vista) >= tratto)
-        ++m_conto.giuste;
 }
 
 void Trascrittore::scrive(QLineEdit *riga)

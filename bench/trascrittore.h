@@ -31,6 +31,15 @@ public:
 
     // Scrive un atto dalla prima casella fino a salvarlo; falso, e perché, se non ci riesce.
     bool trascrive(const serie::Atto &atto, QString &motivo);
+    // Come si leggono le caselle di un atto nel suo testo.
+    struct Letto {
+        int giuste = 0;
+        int sbagliate = 0;
+        int vuote = 0;
+        QStringList quali; // le non giuste: il nome, ciò che si vede, ciò che ci andava
+    };
+    // Le fa leggere in un atto nuovo, e le lascia confermate; niente se non c'è un testo.
+    std::optional<Letto> leggeDalTesto(const serie::Atto &atto);
     const Conto &conto() const { return m_conto; }
     // Le caselle che il foglio non ha mostrato, e che andavano scritte.
     const QSet<QString> &mancate() const { return m_mancate; }
@@ -46,6 +55,7 @@ private:
     void manda(Qt::Key tasto, const QString &testo, Qt::KeyboardModifiers modi, Specie specie);
     QList<QWidget *> caselle() const;
     Elenco proposte() const;
+    static QString mostrato(const QWidget *parte);
     QString attesa(const QWidget *parte) const;
     QString daScrivere(const QWidget *parte) const;
     bool sbagliata(const QWidget *parte) const;

@@ -162,7 +162,18 @@ struct Catalogo {
         {QStringLiteral("scheda.altraPersona"), tr("Un'altra pe&rsona"), Scheda, Qt::Key_F3},
         {QStringLiteral("scheda.togliPersona"), tr("&Togli la persona"), Scheda,
          Qt::SHIFT | Qt::Key_F3},
+        {QStringLiteral("scheda.spegneProposte"),
+         tr("Spegni o accendi le proposte in questa case&lla"), Scheda, Qt::Key_F6},
+        {QStringLiteral("scheda.proposteTolte"), tr("Pr&oposte tolte…"), Scheda,
+         Qt::SHIFT | Qt::Key_F6},
         {QStringLiteral("scheda.tasti"), tr("Tast&i…"), Scheda},
+        {QStringLiteral("scheda.caselleDalTesto"), tr("Caselle dal &testo"), Scheda, Qt::Key_F11},
+        {QStringLiteral("scheda.confermaCaselle"), tr("Con&ferma le caselle lette nel testo"),
+         Scheda, Qt::SHIFT | Qt::Key_F11},
+        {QStringLiteral("testo.distende"), tr("Distendi l'a&bbreviazione"), Scheda | Testo,
+         Qt::Key_F12},
+        {QStringLiteral("scheda.abbreviazioni"), tr("Abbre&viazioni…"), Scheda},
+        {QStringLiteral("scheda.togliLette"), tr("To&gli le caselle lette nel testo"), Scheda},
     };
 };
 

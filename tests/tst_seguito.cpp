@@ -1,4 +1,6 @@
 #include "comune.h"
+#include "db/atto/abbreviazioni.h"
+#include "db/schema/schema.h"
 #include "programma.h"
 #include "texts/testo_proposto.h"
 
@@ -120,10 +122,34 @@ private slots:
         scrive(u"Addì"_s);
         QCOMPARE(visto(), QString());
         QCOMPARE(taciuto.count(), 1);
-        testo->comandi().last()->trigger();
+        testo->comandi().at(3)->trigger();
         QCOMPARE(visto(), formula.mid(4));
         testo->setReadOnly(true);
         QCOMPARE(visto(), QString());
+    }
+
+    void unAbbreviazioneSiDistendeConUnTasto()
+    {
+        ArchivioDiProva archivio;
+        QCOMPARE(abbreviazioni(connessione()).size(), 0);
+        const QList<Abbreviazione> mie{{u"bap"_s, u"fu battezzato da me"_s}};
+        scriveAbbreviazioni(connessione(), mie);
+        Aparte(archivio.percorso()); // il file con la tabella nostra si riapre
+        verificaSchema(connessione());
+        testo->abbrevia([tutte = abbreviazioni(connessione())](const QString &parola) {
+            return distesa(tutte, parola);
+        });
+        scrive(u"egli Bap "_s);
+        QCOMPARE(testo->toPlainText(), u"egli Bap "_s); // lo spazio non distende mai
+        batte(Qt::Key_Backspace);
+        batte(Qt::Key_F12);
+        QCOMPARE(testo->toPlainText(), u"egli Fu battezzato da me"_s);
+        batte(Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(testo->toPlainText(), u"egli Bap"_s);
+        qsizetype quale = 0;
+        QVERIFY(rifiutoDi(mie, quale).isEmpty());
+        QVERIFY(!rifiutoDi(mie + QList<Abbreviazione>{{u"BAP"_s, u"altro"_s}}, quale).isEmpty());
+        QCOMPARE(quale, 1);
     }
 
     // Il programma cambia il testo sotto la proposta: nessuna riga resta disposta come se ci fosse.

@@ -8,6 +8,7 @@
 #include "platform/finestre/messaggi.h"
 #include "platform/finestre/tasti.h"
 #include "texts/ortografia.h"
+#include "texts/testo_proposto.h"
 
 #include <QFormLayout>
 #include <QGroupBox>
@@ -16,7 +17,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QVBoxLayout>
@@ -88,7 +88,7 @@ fmTxtL::fmTxtL(QWidget *sopra)
     : QDialog(sopra),
       Text2(new QLineEdit(this)),
       m_limiteDelTitolo(new Limite(Text2, lunghezzaTitolo)),
-      Text1(new QPlainTextEdit(this))
+      Text1(new TestoProposto(this))
 {
     setObjectName(QStringLiteral("fmTxtL"));
     setWindowFlag(Qt::WindowMaximizeButtonHint);

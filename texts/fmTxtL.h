@@ -12,9 +12,9 @@ struct Finestra;
 class Limite;
 class QLabel;
 class QLineEdit;
-class QPlainTextEdit;
 class QPushButton;
 class QScrollBar;
+class TestoProposto;
 
 // La finestra dei testi lunghi. Non tocca l'archivio: legge e scrive TestoCampoLungo e
 // NomeCampoLungo, e segna in TestoModificato e NomeModificato che cosa è cambiato.
@@ -41,6 +41,9 @@ public:
     // `proprietario` è il codice del record cui il testo appartiene, se c'è.
     void Form_Load(const QString &proprietario);
 
+    // La casella del testo, che può proporre come continua.
+    TestoProposto *testo() const { return Text1; }
+
     void done(int esito) override;
 
 protected:
@@ -61,7 +64,7 @@ private:
 
     QLineEdit *Text2;
     Limite *m_limiteDelTitolo;
-    QPlainTextEdit *Text1;
+    TestoProposto *Text1;
     QLabel *Label1[2] = {};
     QPushButton *Command1 = nullptr;
     QPushButton *Command2 = nullptr;

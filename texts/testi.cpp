@@ -4,10 +4,12 @@
 #include "db/archivio/connessioni.h"
 #include "db/lavoro/collegamenti.h"
 #include "db/lavoro/lavoro.h"
+#include "db/schema/generi.h"
 #include "platform/finestre/messaggi.h"
 #include "platform/finestre/testo_semplice.h"
 #include "platform/motore/recordset.h"
 #include "texts/fmTxtL.h"
+#include "texts/seguito_testo.h"
 
 #include <functional>
 
@@ -63,6 +65,7 @@ struct Finestra {
     int blocco;
     QString didascalia;
     QString proprietario;
+    int genere;
     QJsonObject come; // ciò che una bozza deve sapere per riaprirla
 };
 
@@ -78,6 +81,8 @@ bool compie(const Finestra &dove, TestoLungo testo,
         finestra.TipoLock = dove.blocco;
         finestra.setWindowTitle(testo_semplice::didascalia(dove.didascalia));
         finestra.origine = {dove.come, nelFile.testo, nelFile.nome};
+        if (dove.genere == TestoRiportato && dove.blocco != ado::adLockReadOnly)
+            continuaDalRegistro(finestra, connessione(), dove.proprietario);
         Scambio::mostra(testo, finestra, dove.proprietario);
         if (testo.vuoto())
             return false;
@@ -103,7 +108,7 @@ void registra(const QString &passo, const QString &codice, const QVariantMap &va
 
 void NuovoTesto(QWidget *sopra, const QString &proprietario, int genere, const QString &didascalia)
 {
-    compie({sopra, ado::adLockOptimistic, didascalia, proprietario,
+    compie({sopra, ado::adLockOptimistic, didascalia, proprietario, genere,
             QJsonObject{{QStringLiteral("proprietario"), proprietario},
                         {QStringLiteral("genere"), genere},
                         {QStringLiteral("didascalia"), didascalia}}},
@@ -124,6 +129,7 @@ bool ApriTesto(QWidget *sopra, const QString &codice, int blocco, const QString 
                               adoCampiLunghi.Testo(QStringLiteral("Nome"))};
     const bool scritto =
         compie({sopra, blocco, didascalia, adoCampiLunghi.Testo(QStringLiteral("IdProprietario")),
+                adoCampiLunghi.Testo(QStringLiteral("Tipo")).toInt(),
                 QJsonObject{{QStringLiteral("codice"), codice},
                             {QStringLiteral("blocco"), blocco},
                             {QStringLiteral("didascalia"), didascalia}}},

@@ -1,13 +1,20 @@
 #include "texts/testo_proposto.h"
 
+#include "contesto/comandi.h"
 #include "platform/finestre/tasti.h"
 
 #include <QAction>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextLayout>
+#include <QToolTip>
+
+#include <memory>
+#include <utility>
 
 namespace
 {
@@ -44,31 +51,94 @@ TestoProposto::TestoProposto(QWidget *sopra) : QPlainTextEdit(sopra)
     connect(this, &QPlainTextEdit::cursorPositionChanged, this, forse);
 }
 
+// I tasti che prendono sono del testo come le frecce, e non si cambiano; gli altri sì.
 void TestoProposto::creaComandi()
 {
-    struct Comando {
-        QString nome;
-        QKeySequence tasto;
-        std::function<void()> compie;
-    };
-    const Comando comandi[] = {
-        {tr("Prendi il tratto propost&o"), Qt::Key_Right, [this] { prende(Tratto); }},
-        {tr("Prendi la &parola proposta"), Qt::CTRL | Qt::Key_Right, [this] { prende(Parola); }},
-        {tr("Prendi tutto &il testo proposto"), Qt::Key_End, [this] { prende(Tutto); }},
-        {tr("&Niente più proposte nel testo di questo atto"), Qt::Key_Escape,
-         [this] { taccia(!m_tace); }},
-    };
-    for (const Comando &uno : comandi) {
-        auto *azione = new QAction(uno.nome, this);
-        azione->setShortcut(uno.tasto);
-        azione->setShortcutContext(Qt::WidgetShortcut);
-        azione->setToolTip(tasti::conTasto(uno.nome, uno.tasto));
-        azione->setEnabled(false);
-        connect(azione, &QAction::triggered, this, uno.compie);
-        addAction(azione);
-        m_comandi.append(azione);
+    nuovoComando(tr("Prendi il tratto propost&o"), Qt::Key_Right, [this] { prende(Tratto); });
+    nuovoComando(tr("Prendi la paro&la proposta"), Qt::CTRL | Qt::Key_Right,
+                 [this] { prende(Parola); });
+    nuovoComando(tr("Prendi tutto &il testo proposto"), Qt::Key_End, [this] { prende(Tutto); });
+    nuovoComando(tr("Niente proposte nel testo &di questo atto"), Qt::Key_Escape,
+                 [this] { taccia(!m_tace); });
+    m_tacere = m_comandi.last();
+    m_tacere->setCheckable(true);
+    auto *stende = new QAction(this);
+    comandi::lega(stende, QStringLiteral("testo.distende"));
+    stende->setShortcutContext(Qt::WidgetShortcut);
+    stende->setEnabled(false);
+    connect(stende, &QAction::triggered, this, &TestoProposto::distende);
+    addAction(stende);
+    m_stende = stende;
+}
+
+void TestoProposto::nuovoComando(const QString &nome, const QKeySequence &tasto,
+                                 const std::function<void()> &compie)
+{
+    auto *azione = new QAction(nome, this);
+    azione->setShortcut(tasto);
+    azione->setShortcutContext(Qt::WidgetShortcut);
+    azione->setToolTip(tasti::conTasto(nome, tasto));
+    azione->setEnabled(false);
+    connect(azione, &QAction::triggered, this, compie);
+    addAction(azione);
+    m_comandi.append(azione);
+}
+
+QList<QAction *> TestoProposto::comandi() const
+{
+    return m_comandi + QList<QAction *>{m_stende};
+}
+
+void TestoProposto::fonteLetta(const QString &guasto)
+{
+    if (!guasto.isEmpty()) {
+        for (QAction *uno : std::as_const(m_comandi))
+            uno->setToolTip(tr("Gli atti del registro non si sono letti: %1").arg(guasto));
     }
-    m_comandi.last()->setCheckable(true);
+    ripropone();
+}
+
+void TestoProposto::abbrevia(std::function<QString(const QString &)> distende)
+{
+    m_distende = std::move(distende);
+    m_stende->setEnabled(m_distende != nullptr && !isReadOnly());
+}
+
+void TestoProposto::distende()
+{
+    const QString prima = primaDelCursore();
+    qsizetype inizio = prima.size();
+    while (inizio > 0 && prima.at(inizio - 1).isLetterOrNumber())
+        --inizio;
+    const QString parola = prima.mid(inizio);
+    const QString intera = m_distende ? m_distende(parola) : QString();
+    if (intera.isEmpty()) {
+        QToolTip::showText(viewport()->mapToGlobal(cursorRect().bottomLeft()),
+                           tr("«%1» non è un'abbreviazione: menu Scheda, Abbreviazioni…")
+                               .arg(parola.toHtmlEscaped()),
+                           this);
+        return;
+    }
+    QTextCursor cursore = textCursor();
+    cursore.clearSelection();
+    cursore.beginEditBlock();
+    cursore.movePosition(QTextCursor::Left, QTextCursor::KeepAnchor,
+                         static_cast<int>(parola.size()));
+    cursore.insertText(intera);
+    cursore.endEditBlock();
+    setTextCursor(cursore);
+    ensureCursorVisible();
+}
+
+// Il menu solito della casella, poi ciò che è nostro.
+void TestoProposto::contextMenuEvent(QContextMenuEvent *evento)
+{
+    const std::unique_ptr<QMenu> menu(createStandardContextMenu());
+    if (m_continua || m_distende) {
+        menu->addSeparator();
+        menu->addActions(comandi());
+    }
+    menu->exec(evento->globalPos());
 }
 
 void TestoProposto::continua(Continua fonte)
@@ -158,8 +228,8 @@ void TestoProposto::racconta()
         setAccessibleDescription(detta);
     for (QAction *uno : std::as_const(m_comandi))
         uno->setEnabled(!niente);
-    m_comandi.last()->setEnabled(m_continua && (m_tace || !niente));
-    m_comandi.last()->setChecked(m_tace);
+    m_tacere->setEnabled(m_continua && (m_tace || !niente));
+    m_tacere->setChecked(m_tace);
 }
 
 void TestoProposto::prende(Quanto quanto)

@@ -34,6 +34,11 @@ public:
     explicit TestoProposto(QWidget *sopra);
 
     void continua(Continua fonte);
+    // Le abbreviazioni: che cosa diventa una parola, vuoto se non ne è una.
+    void abbrevia(std::function<QString(const QString &parola)> distende);
+    // Distende la parola prima del cursore, in un passo che si annulla intero; se non è
+    // un'abbreviazione lo dice.
+    void distende();
     // Chiede di nuovo la proposta: ciò da cui dipende è cambiato.
     void ripropone();
     QString proposta() const { return m_proposta.testo; }
@@ -43,8 +48,11 @@ public:
     // Finché tace non propone nulla.
     void taccia(bool tace);
     bool tace() const { return m_tace; }
-    // I comandi per un menu, con i tasti: la parola, il tratto, tutto, e se si propone.
-    const QList<QAction *> &comandi() const { return m_comandi; }
+    // La fonte ha finito di leggere; se non ha potuto, `guasto` lo dice nei comandi.
+    void fonteLetta(const QString &guasto);
+    // I comandi per un menu, con i tasti: il tratto, la parola, tutto, e se si propone; poi quello
+    // che distende. Stanno anche nel menu della casella.
+    QList<QAction *> comandi() const;
 
 signals:
     // Si è fatta tacere, o ha ripreso a proporre, coi tasti.
@@ -58,9 +66,12 @@ protected:
     void focusInEvent(QFocusEvent *evento) override;
     void focusOutEvent(QFocusEvent *evento) override;
     void changeEvent(QEvent *evento) override;
+    void contextMenuEvent(QContextMenuEvent *evento) override;
 
 private:
     void creaComandi();
+    void nuovoComando(const QString &nome, const QKeySequence &tasto,
+                      const std::function<void()> &compie);
     QAction *comandoDi(const QKeyEvent *evento) const;
     bool puoProporre() const;
     QString primaDelCursore() const;
@@ -70,7 +81,10 @@ private:
     void racconta();
 
     Continua m_continua;
+    std::function<QString(const QString &)> m_distende;
     Seguito m_proposta;
+    QAction *m_tacere = nullptr;
+    QAction *m_stende = nullptr;
     QList<QAction *> m_comandi;
     bool m_tace = false;
     bool m_inCorso = false; // un tasto, o noi stessi, stiamo cambiando il testo

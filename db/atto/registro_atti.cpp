@@ -28,6 +28,20 @@ QString attoAccanto(ado::Connection &connessione, const QString &registro, const
         .toString();
 }
 
+QStringList ultimiAtti(ado::Connection &connessione, const QString &registro, int quanti)
+{
+    QStringList codici;
+    connessione.leggi({QStringLiteral("SELECT Codice FROM Voci WHERE Registro = ? ORDER BY "
+                                      "CAST(substr(Codice, 2) AS INTEGER) DESC LIMIT ?"),
+                       {registro, quanti},
+                       {}},
+                      [&codici](const ado::Riga &riga) {
+                          codici.prepend(riga.testo(0));
+                          return true;
+                      });
+    return codici;
+}
+
 ado::Comando attiDiTipo(int tipo)
 {
     return {QStringLiteral("SELECT Voci.Codice, Registro FROM Voci INNER JOIN Registri ON "

@@ -14,6 +14,8 @@ QString ultimoAtto(ado::Connection &connessione, const QString &registro);
 // l'ultimo. Di un codice vuoto, che sta per un atto nuovo, il precedente è l'ultimo.
 QString attoAccanto(ado::Connection &connessione, const QString &registro, const QString &atto,
                     bool segue);
+// I codici degli ultimi atti del registro, dal più vecchio al più nuovo.
+QStringList ultimiAtti(ado::Connection &connessione, const QString &registro, int quanti);
 // Gli atti dei registri di un tipo: Codice, Registro.
 ado::Comando attiDiTipo(int tipo);
 // Il titolo del registro; vuoto se non ne ha.

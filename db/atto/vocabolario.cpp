@@ -3,8 +3,6 @@
 #include "platform/lingua/piegatura.h"
 
 #include <algorithm>
-#include <array>
-#include <tuple>
 
 namespace modTarvola
 {
@@ -12,249 +10,237 @@ namespace modTarvola
 namespace
 {
 
-const QString campoNome = QStringLiteral("Nome");
-const QString campoSesso = QStringLiteral("Sesso");
-// I nomi e i soprannomi delle persone non si mescolano con i luoghi, né gli uni con gli altri.
-const std::array campiDiPersona{QStringLiteral("Nome"),         QStringLiteral("Cognome"),
-                                QStringLiteral("Soprannome"),   QStringLiteral("Detto"),
-                                QStringLiteral("Precisazione"), QStringLiteral("Età")};
-const std::array campiDiEvento{QStringLiteral("Luogo"), QStringLiteral("Indirizzo"),
-                               QStringLiteral("Causa"), QStringLiteral("Valore")};
-constexpr int righePerPezzo = 4000;
+// I campi di una persona, poi quelli di un evento: i nomi e i soprannomi non si mescolano con i
+// luoghi, né gli uni con gli altri. In fondo le parole dei nomi, una per una.
+const QStringList campi{QStringLiteral("Nome"),         QStringLiteral("Cognome"),
+                        QStringLiteral("Soprannome"),   QStringLiteral("Detto"),
+                        QStringLiteral("Precisazione"), QStringLiteral("Età"),
+                        QStringLiteral("Luogo"),        QStringLiteral("Indirizzo"),
+                        QStringLiteral("Causa"),        QStringLiteral("Valore")};
+constexpr size_t diPersona = 6;
+constexpr size_t quantiCampi = 10;
+constexpr size_t campoNome = 0;
+constexpr size_t campoParole = quantiCampi;
+const QString sesso = QStringLiteral("Sesso");
 
-QString colonne(const auto &campi)
+constexpr size_t mebi = 1024 * 1024;
+// Nomi, cognomi e luoghi sono ciò che più si propone: a loro il più della memoria.
+size_t limiteDi(size_t campo, Vocabolario::Ampiezza ampiezza)
+{
+    if (ampiezza == Vocabolario::Ampiezza::Registro)
+        return mebi / 4;
+    const bool molto = campo <= 1 || campo == diPersona;
+    return molto ? 2 * mebi : mebi / 2;
+}
+
+char lettera(QByteArrayView testo)
+{
+    return testo.size() == 1 ? testo.front() : '\0';
+}
+
+QString colonne(size_t da, size_t a)
 {
     QStringList nomi;
-    for (const QString &campo : campi)
-        nomi.append(u'"' + campo + u'"');
+    for (size_t i = da; i < a; ++i)
+        nomi.append(QStringLiteral("\"%1\"").arg(campi[static_cast<qsizetype>(i)]));
     return nomi.join(u',');
 }
 
 } // namespace
 
-void Lessico::conta(const QString &testo, int volte, bool nelRegistro, int recente)
+Vocabolario::Vocabolario(Ampiezza ampiezza)
 {
-    const QString pulito = testo.simplified();
-    if (pulito.isEmpty())
-        return;
-    auto posto = m_posti.constFind(pulito);
-    if (posto == m_posti.constEnd()) {
-        posto = m_posti.insert(pulito, static_cast<int>(m_voci.size()));
-        m_voci.push_back({pulito, italiano::piegato(pulito), 0, 0, 0});
-    }
-    Voce &voce = m_voci[static_cast<size_t>(*posto)];
-    voce.archivio += volte;
-    voce.registro += nelRegistro ? volte : 0;
-    voce.recente = std::max(voce.recente, recente);
-}
-
-QStringView Lessico::da(const Inizio &inizio) const
-{
-    return QStringView(m_voci[static_cast<size_t>(inizio.voce)].piegato).sliced(inizio.posto);
-}
-
-void Lessico::ordina()
-{
-    const auto prima = static_cast<std::ptrdiff_t>(m_inizi.size());
-    for (; m_ordinati < m_voci.size(); ++m_ordinati) {
-        const QString &piegato = m_voci[m_ordinati].piegato;
-        for (int posto = 0; posto < piegato.size(); ++posto) {
-            if (posto == 0 || piegato.at(posto - 1) == u' ')
-                m_inizi.push_back({static_cast<int>(m_ordinati), posto});
-        }
-    }
-    const auto precede = [this](const Inizio &uno, const Inizio &altro) {
-        return da(uno) < da(altro);
-    };
-    std::sort(m_inizi.begin() + prima, m_inizi.end(), precede);
-    std::inplace_merge(m_inizi.begin(), m_inizi.begin() + prima, m_inizi.end(), precede);
-}
-
-QStringList Lessico::cerca(const QString &inizio, int quanti) const
-{
-    const QString cercato = italiano::piegato(inizio);
-    if (cercato.isEmpty())
-        return {};
-    const auto primo =
-        std::lower_bound(m_inizi.begin(), m_inizi.end(), QStringView(cercato),
-                         [this](const Inizio &uno, QStringView testo) { return da(uno) < testo; });
-    std::vector<Inizio> trovati;
-    for (auto uno = primo; uno != m_inizi.end() && da(*uno).startsWith(cercato); ++uno)
-        trovati.push_back(*uno);
-    // Chi comincia così dal principio viene prima di chi lo fa da un'altra parola, a parità.
-    const auto merito = [this](const Inizio &uno) {
-        const Voce &voce = m_voci[static_cast<size_t>(uno.voce)];
-        return std::tuple(voce.recente > 0, voce.recente > 0 ? voce.registro : 0, voce.registro,
-                          voce.archivio, -uno.posto, -uno.voce);
-    };
-    const auto meglio = [&](const Inizio &uno, const Inizio &altro) {
-        return merito(uno) > merito(altro);
-    };
-    // Un testo si trova più volte se più parole cominciano così: si cerca qualcosa di più.
-    const auto fine = std::min(trovati.size(), static_cast<size_t>(quanti) * 3);
-    std::partial_sort(trovati.begin(), trovati.begin() + static_cast<std::ptrdiff_t>(fine),
-                      trovati.end(), meglio);
-    QStringList testi;
-    for (size_t i = 0; i < fine && testi.size() < quanti; ++i) {
-        const QString &testo = m_voci[static_cast<size_t>(trovati[i].voce)].testo;
-        if (!testi.contains(testo))
-            testi.append(testo);
-    }
-    return testi;
+    for (size_t i = 0; i <= quantiCampi; ++i)
+        m_lessici.emplace_back(limiteDi(i, ampiezza));
 }
 
 const Lessico *Vocabolario::lessico(const QString &campo) const
 {
-    const auto suo = m_lessici.constFind(campo);
-    return suo == m_lessici.constEnd() ? nullptr : &*suo;
+    const qsizetype suo = campi.indexOf(campo);
+    return suo < 0 ? nullptr : &m_lessici[static_cast<size_t>(suo)];
 }
 
-QStringList Vocabolario::proposte(const QString &campo, const QString &scritto, int quante) const
+size_t Vocabolario::byte() const
 {
-    const Lessico *suo = lessico(campo);
-    if (suo == nullptr)
-        return {};
-    QStringList trovate = suo->cerca(scritto, quante + 1);
-    const auto spazio = scritto.lastIndexOf(u' ');
-    const Lessico *parole = lessico(campo + QStringLiteral(" parole"));
-    if (spazio > 0 && parole != nullptr && trovate.size() < quante) {
-        const auto ultime = parole->cerca(scritto.sliced(spazio + 1), quante);
-        for (const QString &parola : ultime)
-            trovate.append(scritto.first(spazio + 1) + parola);
+    size_t somma = 0;
+    for (const Lessico &uno : m_lessici)
+        somma += uno.byte();
+    return somma;
+}
+
+void Vocabolario::conta(size_t campo, QByteArrayView testo, quint32 recente, char suoSesso)
+{
+    m_lessici[campo].conta(testo, recente, suoSesso);
+    if (campo != campoNome)
+        return;
+    for (qsizetype inizio = 0; inizio < testo.size();) {
+        const qsizetype spazio = testo.indexOf(' ', inizio);
+        const qsizetype fine = spazio < 0 ? testo.size() : spazio;
+        m_lessici[campoParole].conta(testo.sliced(inizio, fine - inizio), recente);
+        inizio = fine + 1;
     }
-    trovate.removeAll(scritto.trimmed());
-    trovate.removeDuplicates();
+}
+
+void Vocabolario::impara(const Atto &atto, bool corretto)
+{
+    m_recente += corretto ? 0 : 1;
+    const auto impara = [this, corretto](const Campi &valori, size_t da, size_t a) {
+        const char suo = lettera(testoDi(valori, sesso).toUtf8());
+        for (size_t i = da; i < a; ++i) {
+            const QByteArray testo = testoDi(valori, campi[static_cast<qsizetype>(i)]).toUtf8();
+            if (!corretto || !m_lessici[i].ha(testo))
+                conta(i, testo, m_recente, suo);
+        }
+    };
+    const auto eventi = [&impara](const QList<EventoDiAtto> &tutti) {
+        for (const EventoDiAtto &evento : tutti)
+            impara(evento.campi, diPersona, quantiCampi);
+    };
+    for (const PersonaDiAtto &persona : atto.persone) {
+        impara(persona.campi, 0, diPersona);
+        eventi(persona.eventi);
+    }
+    for (const FamigliaDiAtto &famiglia : atto.famiglie)
+        eventi(famiglia.eventi);
+    for (Lessico &lessico : m_lessici)
+        lessico.ordina();
+}
+
+QStringList proposte(std::span<const Vocabolario *const> strati, const QString &campo,
+                     const QString &scritto, int quante)
+{
+    const qsizetype suo = campi.indexOf(campo);
+    if (suo < 0)
+        return {};
+    const auto spazio = scritto.lastIndexOf(u' ');
+    const bool aParole = static_cast<size_t>(suo) == campoNome && spazio > 0;
+    const QByteArray cercato = italiano::piegato(scritto).toUtf8();
+    const QByteArray ultima = italiano::piegato(scritto.sliced(spazio + 1)).toUtf8();
+    QStringList trovate;
+    const auto aggiunge = [&](const QString &testo) {
+        if (testo != scritto.trimmed() && !trovate.contains(testo))
+            trovate.append(testo);
+    };
+    for (const Vocabolario *strato : strati) {
+        if (strato == nullptr || trovate.size() >= quante)
+            continue;
+        const auto abbastanza = static_cast<size_t>(quante) + 1;
+        const auto intere = strato->m_lessici[static_cast<size_t>(suo)].cerca(cercato, abbastanza);
+        for (const QString &testo : intere)
+            aggiunge(testo);
+        if (!aParole || trovate.size() >= quante)
+            continue;
+        const auto parole = strato->m_lessici[campoParole].cerca(ultima, abbastanza, true);
+        for (const QString &parola : parole)
+            aggiunge(scritto.first(spazio + 1) + parola);
+    }
     return trovate.first(std::min<qsizetype>(quante, trovate.size()));
 }
 
-QString Vocabolario::sessoDi(const QString &nome) const
+QString sessoDi(std::span<const Vocabolario *const> strati, const QString &nome)
 {
-    const auto [maschi, femmine] = m_sessi.value(italiano::piegato(nome).section(u' ', 0, 0));
-    constexpr int quasiSempre = 10;
+    const QByteArray parola = italiano::piegato(nome).section(u' ', 0, 0).toUtf8();
+    quint32 maschi = 0;
+    quint32 femmine = 0;
+    for (const Vocabolario *strato : strati) {
+        if (strato == nullptr)
+            continue;
+        const auto [suoi, sue] = strato->lessico(campi[campoNome])->sessi(parola);
+        maschi += suoi;
+        femmine += sue;
+    }
+    constexpr quint32 quasiSempre = 10;
     if (maschi > femmine * quasiSempre)
         return QStringLiteral("M");
     return femmine > maschi * quasiSempre ? QStringLiteral("F") : QString();
 }
 
-void Vocabolario::conta(const QString &campo, const QString &testo, bool nelRegistro, int recente,
-                        int volte)
+// Legge in un filo a parte, su una connessione che non scrive e non aspetta.
+class LetturaVocabolario
 {
-    if (testo.isEmpty())
-        return;
-    m_lessici[campo].conta(testo, volte, nelRegistro, recente);
-    if (campo != campoNome)
-        return;
-    const auto parole = QStringView(testo).split(u' ', Qt::SkipEmptyParts);
-    for (const QStringView parola : parole)
-        m_lessici[campo + QStringLiteral(" parole")].conta(parola.toString(), volte, nelRegistro,
-                                                           recente);
-}
-
-void Vocabolario::contaSesso(const QString &nome, const QString &sesso, int volte)
-{
-    if (nome.isEmpty() || sesso.isEmpty())
-        return;
-    auto &[maschi, femmine] = m_sessi[italiano::piegato(nome).section(u' ', 0, 0)];
-    (sesso == QStringLiteral("M") ? maschi : femmine) += volte;
-}
-
-void Vocabolario::ordina()
-{
-    for (Lessico &lessico : m_lessici)
-        lessico.ordina();
-}
-
-void Vocabolario::impara(const Atto &atto)
-{
-    ++m_recente;
-    const auto eventi = [this](const QList<EventoDiAtto> &tutti) {
-        for (const EventoDiAtto &evento : tutti) {
-            for (const QString &campo : campiDiEvento)
-                conta(campo, testoDi(evento.campi, campo), true, m_recente);
-        }
-    };
-    for (const PersonaDiAtto &persona : atto.persone) {
-        for (const QString &campo : campiDiPersona)
-            conta(campo, testoDi(persona.campi, campo), true, m_recente);
-        contaSesso(testoDi(persona.campi, campoNome), testoDi(persona.campi, campoSesso));
-        eventi(persona.eventi);
+public:
+    LetturaVocabolario(ado::Connection &connessione, const Prosegue &prosegue,
+                       Vocabolario::Ampiezza ampiezza)
+        : m_lettura(connessione, prosegue), m_letto(ampiezza)
+    {
     }
-    for (const FamigliaDiAtto &famiglia : atto.famiglie)
-        eventi(famiglia.eventi);
-    ordina();
-}
 
-void Vocabolario::leggeRecenti(ado::Connection &connessione, const QString &registro, int atti)
-{
-    QHash<QString, int> posti;
-    connessione.leggi({QStringLiteral("SELECT Codice FROM Voci WHERE Registro = ? ORDER BY "
-                                      "CAST(substr(Codice, 2) AS INTEGER) DESC LIMIT ?"),
-                       {registro, atti},
-                       {}},
-                      [&](const ado::Riga &riga) {
-                          posti.insert(riga.testo(0), static_cast<int>(posti.size()));
-                          return true;
-                      });
-    m_recente = static_cast<int>(posti.size());
-    for (auto atto = posti.cbegin(); atto != posti.cend(); ++atto) {
-        const int recente = m_recente - atto.value();
-        connessione.leggi({QStringLiteral("SELECT %1, Sesso FROM Individui WHERE Voce = ?")
-                               .arg(colonne(campiDiPersona)),
-                           {atto.key()},
-                           {}},
-                          [&](const ado::Riga &riga) {
-                              for (int i = 0; i < riga.colonne() - 1; ++i)
-                                  conta(riga.nome(i), riga.testo(i), true, recente);
-                              contaSesso(riga.testo(0), riga.testo(riga.colonne() - 1));
-                              return true;
-                          });
-        connessione.leggi({QStringLiteral("SELECT %1 FROM Individui CROSS JOIN Eventi ON "
-                                          "IdProprietario = Individui.Codice WHERE Voce = ?")
-                               .arg(colonne(campiDiEvento)),
-                           {atto.key()},
-                           {}},
-                          [&](const ado::Riga &riga) {
-                              for (int i = 0; i < riga.colonne(); ++i)
-                                  conta(riga.nome(i), riga.testo(i), true, recente);
-                              return true;
-                          });
-    }
-    ordina();
-}
-
-void Vocabolario::leggeArchivio(ado::Connection &connessione, const QString &registro,
-                                const std::function<bool()> &prosegue)
-{
-    // Un pezzo per volta: chi legge senza fermarsi tiene fuori dal file chi vuole scrivere.
-    const auto aPezzi = [&](const QString &istruzione,
-                            const std::function<void(const ado::Riga &)> &perRiga) {
-        qint64 dopo = std::numeric_limits<qint64>::min();
-        for (int lette = righePerPezzo; lette == righePerPezzo && prosegue();) {
-            lette = 0;
-            connessione.leggi({istruzione, {dopo, righePerPezzo}, {}}, [&](const ado::Riga &riga) {
-                dopo = riga.intero(0);
-                ++lette;
-                perRiga(riga);
-                return true;
+    void registro(const QString &registro)
+    {
+        constexpr int attiAlPiu = 20000;
+        QStringList atti;
+        m_lettura.legge({QStringLiteral("SELECT Codice FROM Voci WHERE Registro = ? ORDER BY "
+                                        "rowid DESC LIMIT ?"),
+                         {registro, attiAlPiu},
+                         {}},
+                        [&atti](const ado::Riga &riga) { atti.append(riga.testo(0)); });
+        const auto di = [this](const QString &atto, const QString &istruzione, bool persone) {
+            m_lettura.legge({istruzione, {atto}, {}}, [this, persone](const ado::Riga &riga) {
+                persone ? contaPersona(riga, 0) : contaEvento(riga, 0);
             });
+        };
+        const QString eventi = QStringLiteral("SELECT %1 FROM %2 CROSS JOIN Eventi ON "
+                                              "IdProprietario = %2.Codice WHERE Voce = ?");
+        for (const QString &atto : std::as_const(atti)) {
+            di(atto,
+               QStringLiteral("SELECT %1, Sesso FROM Individui WHERE Voce = ?")
+                   .arg(colonne(0, diPersona)),
+               true);
+            for (const char *tabella : {"Individui", "Famiglie"})
+                di(atto, eventi.arg(colonne(diPersona, quantiCampi), QString::fromLatin1(tabella)),
+                   false);
         }
-    };
-    aPezzi(QStringLiteral("SELECT rowid, %1, Sesso FROM Individui WHERE rowid > ? ORDER BY rowid "
-                          "LIMIT ?")
-               .arg(colonne(campiDiPersona)),
-           [&](const ado::Riga &riga) {
-               for (int i = 1; i < riga.colonne() - 1; ++i)
-                   conta(campiDiPersona[static_cast<size_t>(i - 1)], riga.testo(i), false, 0);
-               contaSesso(riga.testo(1), riga.testo(riga.colonne() - 1));
-           });
-    aPezzi(QStringLiteral("SELECT rowid, %1 FROM Eventi WHERE rowid > ? ORDER BY rowid LIMIT ?")
-               .arg(colonne(campiDiEvento)),
-           [&](const ado::Riga &riga) {
-               for (int i = 1; i < riga.colonne(); ++i)
-                   conta(campiDiEvento[static_cast<size_t>(i - 1)], riga.testo(i), false, 0);
-           });
-    if (prosegue())
-        leggeRecenti(connessione, registro);
+    }
+
+    void archivio()
+    {
+        m_lettura.aPezzi(QStringLiteral("SELECT rowid, %1, Sesso FROM Individui WHERE rowid > ? "
+                                        "ORDER BY rowid LIMIT ?")
+                             .arg(colonne(0, diPersona)),
+                         [this](const ado::Riga &riga) { contaPersona(riga, 1); });
+        m_lettura.aPezzi(QStringLiteral("SELECT rowid, %1 FROM Eventi WHERE rowid > ? ORDER BY "
+                                        "rowid LIMIT ?")
+                             .arg(colonne(diPersona, quantiCampi)),
+                         [this](const ado::Riga &riga) { contaEvento(riga, 1); });
+    }
+
+    Vocabolario finisce()
+    {
+        for (Lessico &lessico : m_letto.m_lessici)
+            lessico.chiude();
+        return std::move(m_letto);
+    }
+
+private:
+    void contaPersona(const ado::Riga &riga, int prima)
+    {
+        const char suo = lettera(riga.byte(riga.colonne() - 1));
+        for (int i = prima; i < riga.colonne() - 1; ++i)
+            m_letto.conta(static_cast<size_t>(i - prima), riga.byte(i), 0, suo);
+    }
+    void contaEvento(const ado::Riga &riga, int prima)
+    {
+        for (int i = prima; i < riga.colonne(); ++i)
+            m_letto.conta(diPersona + static_cast<size_t>(i - prima), riga.byte(i), 0, 0);
+    }
+
+    LetturaLenta m_lettura;
+    Vocabolario m_letto;
+};
+
+Vocabolario leggeRegistro(ado::Connection &connessione, const QString &registro,
+                          const Prosegue &prosegue)
+{
+    LetturaVocabolario lettura(connessione, prosegue, Vocabolario::Ampiezza::Registro);
+    lettura.registro(registro);
+    return lettura.finisce();
+}
+
+Vocabolario leggeArchivio(ado::Connection &connessione, const Prosegue &prosegue)
+{
+    LetturaVocabolario lettura(connessione, prosegue, Vocabolario::Ampiezza::Archivio);
+    lettura.archivio();
+    return lettura.finisce();
 }
 
 } // namespace modTarvola
