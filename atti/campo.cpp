@@ -93,15 +93,18 @@ void Campo::scrive(const QVariant &valore)
 // Il colore e il carattere di una proposta sono quelli di ciò che non è ancora scritto.
 void Campo::passa(Stato stato)
 {
+    const bool cambia = (stato == Proposto) != (m_stato == Proposto);
     m_stato = stato;
     QWidget *parte = fuoco();
-    QFont carattere = parte->font();
-    carattere.setItalic(stato == Proposto);
-    parte->setFont(carattere);
-    QPalette colori = fuoco()->parentWidget()->palette();
-    if (stato == Proposto)
-        colori.setColor(QPalette::Text, colori.color(QPalette::PlaceholderText));
-    parte->setPalette(colori);
+    if (cambia) {
+        QFont carattere = parte->font();
+        carattere.setItalic(stato == Proposto);
+        parte->setFont(carattere);
+        QPalette colori = parte->parentWidget()->palette();
+        if (stato == Proposto)
+            colori.setColor(QPalette::Text, colori.color(QPalette::PlaceholderText));
+        parte->setPalette(colori);
+    }
     if (m_motivo.isEmpty())
         parte->setAccessibleDescription(stato == Proposto ? tr("proposta, non ancora scritta")
                                                           : QString());
