@@ -7,6 +7,8 @@
 #include <QLabel>
 #include <QLineEdit>
 
+#include <utility>
+
 using namespace modTarvola;
 
 namespace
@@ -124,17 +126,22 @@ void Campo::scrive(const QVariant &valore)
 // Il colore e il carattere di una proposta sono quelli di ciò che non è ancora scritto.
 void Campo::passa(Stato stato)
 {
+    const bool proposta = m_stato == Proposto;
     m_stato = stato;
+    const bool velata = std::exchange(m_velata, dalTesto());
+    const bool cambia = (stato == Proposto) != proposta || velata != m_velata;
     QWidget *parte = fuoco();
-    QFont carattere = parte->font();
-    carattere.setItalic(stato == Proposto);
-    parte->setFont(carattere);
-    QPalette colori = fuoco()->parentWidget()->palette();
-    if (stato == Proposto)
-        colori.setColor(QPalette::Text, colori.color(QPalette::PlaceholderText));
-    if (dalTesto())
-        colori.setColor(QPalette::Base, velato(colori));
-    parte->setPalette(colori);
+    if (cambia) {
+        QFont carattere = parte->font();
+        carattere.setItalic(stato == Proposto);
+        parte->setFont(carattere);
+        QPalette colori = parte->parentWidget()->palette();
+        if (stato == Proposto)
+            colori.setColor(QPalette::Text, colori.color(QPalette::PlaceholderText));
+        if (m_velata)
+            colori.setColor(QPalette::Base, velato(colori));
+        parte->setPalette(colori);
+    }
     if (m_motivo.isEmpty())
         parte->setAccessibleDescription(dalTesto() ? tr("letta nel testo, Invio la conferma")
                                         : stato == Proposto ? tr("proposta, non ancora scritta")

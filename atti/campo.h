@@ -65,5 +65,6 @@ private:
     QString m_motivo;
     QVariant m_nelRecord;
     Stato m_stato = Mostrato;
+    bool m_velata = false; // si vede che viene dal testo
     bool m_lettoNelTesto = false;
 };

@@ -79,8 +79,9 @@ RigaPagina::RigaPagina(const scheda::Riga &riga, const QString &tabella, bool ri
     }
     for (const scheda::Casella &casella : riga.caselle) {
         if (casella.uso != scheda::Uso::Nascosta)
-            nasce(casella);
+            crea(casella);
     }
+    dispone();
 }
 
 void RigaPagina::chiama(const QString &etichetta, int quale)
@@ -96,6 +97,14 @@ void RigaPagina::chiama(const QString &etichetta, int quale)
 
 Campo *RigaPagina::nasce(const scheda::Casella &casella)
 {
+    Campo *campo = crea(casella);
+    dispone();
+    emit nata(campo);
+    return campo;
+}
+
+Campo *RigaPagina::crea(const scheda::Casella &casella)
+{
     auto *campo =
         new Campo({m_riga.posto, m_quale, m_riga.evento, casella.campo}, m_tabella, m_chi, this);
     campo->uso = casella.uso;
@@ -109,8 +118,6 @@ Campo *RigaPagina::nasce(const scheda::Casella &casella)
     std::sort(m_campi.begin(), m_campi.end(),
               [&](const Campo *uno, const Campo *altro) { return posto(uno) < posto(altro); });
     connect(campo, &Campo::cambiato, this, [this, campo] { emit cambiata(campo); });
-    dispone();
-    emit nata(campo);
     return campo;
 }
 

@@ -42,6 +42,7 @@ signals:
 
 private:
     Campo *nasce(const modTarvola::scheda::Casella &casella);
+    Campo *crea(const modTarvola::scheda::Casella &casella);
     void dispone();
 
     modTarvola::scheda::Riga m_riga;
