@@ -12,6 +12,8 @@ using namespace modTarvola;
 namespace
 {
 
+constexpr double didascaliaPiuPiccola = 0.85;
+
 Casella *nuova(const QString &tabella, const QString &campo, QWidget *sopra)
 {
     const DescrizioneCampo sua = campoDi(tabella, campo);
@@ -39,6 +41,10 @@ Campo::Campo(scheda::Indirizzo dato, const QString &tabella, const QString &chi,
     m_didascalia->setTextFormat(Qt::PlainText);
     m_didascalia->setBuddy(fuoco());
     m_didascalia->setForegroundRole(QPalette::PlaceholderText);
+    QFont carattere = m_didascalia->font();
+    carattere.setPointSizeF(carattere.pointSizeF() * didascaliaPiuPiccola);
+    m_didascalia->setFont(carattere);
+    m_didascalia->setAlignment(Qt::AlignLeft | Qt::AlignBottom);
     chiama(chi);
     connect(m_casella, &Casella::cambiata, this, [this] {
         segna({});

@@ -45,6 +45,7 @@ public:
     QString testo() const;
     // Segna la casella col motivo per cui non va, o toglie il segno.
     void segna(const QString &motivo);
+    bool segnato() const { return !m_motivo.isEmpty(); }
 
 signals:
     // Chi trascrive ha cambiato la casella.

@@ -1,3 +1,4 @@
+#include "atti/colonne.h"
 #include "atti/fmScheda.h"
 #include "atti/fmTasti.h"
 #include "atti/pagina.h"
@@ -126,7 +127,7 @@ void fmScheda::creaAltro()
     etichetta->setBuddy(m_altro);
     m_altro->setAccessibleName(tr("Altro in questo atto"));
     const int lettera = fontMetrics().averageCharWidth();
-    etichetta->setMinimumWidth(lettera * 20);
+    etichetta->setFixedWidth(colonne::etichetta(this));
     etichetta->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     m_altro->setFlow(QListView::LeftToRight);
     m_altro->setWrapping(true);
@@ -136,7 +137,7 @@ void fmScheda::creaAltro()
     m_altro->setFixedHeight(fontMetrics().height() * 2 + lettera);
     auto *riga = new QHBoxLayout(m_piede);
     riga->setContentsMargins(lettera * 2, 0, lettera * 2, lettera);
-    riga->setSpacing(lettera * 2);
+    riga->setSpacing(0);
     riga->addWidget(etichetta);
     riga->addWidget(m_altro, 1);
     m_piede->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
@@ -198,7 +199,7 @@ void fmScheda::aggiungePersona()
     if (riga == nullptr)
         return;
     riga->campo(QStringLiteral("Nome"))->casella()->riprende();
-    m_pagina->ensureWidgetVisible(riga);
+    m_pagina->scorreA(riga);
 }
 
 // Chi è già nell'archivio si elimina come da un elenco, con il suo avvertimento; prima si decide di

@@ -17,7 +17,7 @@ namespace
 {
 
 const QString campoData = QStringLiteral("Data");
-constexpr int righeDelTesto = 7;
+constexpr int righeDelTesto = 4;
 constexpr int righeDellaNota = 2;
 
 QString tabellaDi(const scheda::Posto &posto, int evento)
@@ -74,6 +74,8 @@ Pagina::Pagina(const scheda::Scheda &scheda, std::vector<std::pair<int, QString>
         testo->uso = riga.caselle.first().uso;
         testo->testo()->installEventFilter(this);
         connect(testo, &TestoPagina::cambiato, this, [this] { emit cambiata(nullptr); });
+        if (m_testi.empty())
+            m_colonna->addSpacing(lettera / 2);
         m_colonna->addWidget(testo, nota ? 0 : 1);
         m_testi.push_back(testo);
     }
@@ -95,17 +97,29 @@ RigaPagina *Pagina::nuovaRiga(const scheda::Riga &riga, qsizetype dove)
     const scheda::Posto &suo = posto(riga.posto);
     auto *nuova = new RigaPagina(riga, tabellaDi(suo, riga.evento), riga.evento != 0, widget());
     connect(nuova, &RigaPagina::cambiata, this, &Pagina::dopoCambio);
-    connect(nuova, &RigaPagina::nata, this,
+    connect(nuova, &RigaPagina::natoCampo, this,
             [this, nuova](Campo *campo) { accoglie(nuova, campo); });
     if (suo.come == Come::Altre)
         nuova->offreRuoli(m_ruoli);
     nuova->chiama(riga.evento == 0 ? suo.etichetta : tr(nomeEvento(riga.evento)), 0);
     for (Campo *campo : nuova->campi())
         accoglie(nuova, campo);
+    connect(nuova, &RigaPagina::ridisposta, this, &Pagina::intesta);
     m_righe.insert(m_righe.begin() + dove, nuova);
     m_colonna->insertWidget(static_cast<int>(dove), nuova);
     nuova->show();
+    intesta();
     return nuova;
+}
+
+// Ogni riga ha le didascalie che quelle di sopra non dicono già.
+void Pagina::intesta()
+{
+    if (m_riempie)
+        return;
+    QMap<int, QString> dette;
+    for (RigaPagina *riga : m_righe)
+        riga->intesta(dette);
 }
 
 // Una casella appena nata: da dove conta i giorni, come si usa, chi ne guarda i tasti.
@@ -174,10 +188,19 @@ void Pagina::segna(Campo *campo, const QString &motivo)
     campo->segna(motivo);
     if (motivo.isEmpty())
         return;
-    campo->fuoco()->show();
-    campo->didascalia()->show();
-    ensureWidgetVisible(campo->fuoco());
+    for (RigaPagina *riga : m_righe) {
+        const auto &suoi = riga->campi();
+        if (std::find(suoi.begin(), suoi.end(), campo) != suoi.end())
+            riga->rivede();
+    }
+    scorreA(campo->fuoco());
     campo->casella()->riprende();
+}
+
+// Scorre fino alla casella, con la didascalia che le sta sopra.
+void Pagina::scorreA(QWidget *parte)
+{
+    ensureWidgetVisible(parte, fontMetrics().averageCharWidth() * 2, fontMetrics().height() * 2);
 }
 
 std::vector<Campo *> Pagina::campi() const
@@ -249,10 +272,7 @@ void Pagina::usa(const std::function<Uso(const scheda::Indirizzo &, Uso)> &scelt
         for (const scheda::Casella &casella : riga->riga().caselle) {
             const scheda::Indirizzo dove{riga->riga().posto, 0, riga->riga().evento, casella.campo};
             const Uso uso = scelta(dove, casella.uso);
-            const bool nata =
-                std::any_of(riga->campi().begin(), riga->campi().end(),
-                            [&](const Campo *uno) { return uno->dove.campo == casella.campo; });
-            if (nata || uso != Uso::Nascosta)
+            if (riga->nata(casella.campo) != nullptr || uso != Uso::Nascosta)
                 riga->campo(casella.campo)->uso = uso;
         }
         riga->rivede();

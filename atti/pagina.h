@@ -44,6 +44,7 @@ public:
     // Segna la casella, la mostra e vi porta la tastiera.
     void segna(Campo *campo, const QString &motivo);
 
+    void scorreA(QWidget *parte);
     // Le caselle che si vedono, nell'ordine in cui si leggono.
     std::vector<Campo *> campi() const;
     // La casella all'indirizzo dato, fatta nascere se occorre; nulla se la pagina non l'ha.
@@ -83,6 +84,7 @@ private:
     void riempie(RigaPagina *riga, const modTarvola::scheda::SchedaAtto &atto);
     void rinomina(const QString &nome);
     void dopoCambio(Campo *campo);
+    void intesta();
     void accoglie(RigaPagina *riga, Campo *campo);
     QString giornoPer(const RigaPagina *riga, const Campo *campo) const;
     void raccoglie(const RigaPagina *riga, modTarvola::scheda::SchedaAtto &atto) const;

@@ -38,12 +38,18 @@ Riga riga(const QString &posto, int evento, const QString &campi)
 const QString voce = QStringLiteral("voce");
 const QString campiVoce = QStringLiteral("~Volume ~PaginaIniziale ~CodiceVoce Data");
 const QString campiGenitore =
-    QStringLiteral("Nome Cognome Precisazione ~Detto -Soprannome -Età ~Vivente");
+    QStringLiteral("Nome Cognome -Età Precisazione ~Detto -Soprannome ~Vivente");
 // Di chi il mestiere si dice di rado.
 const QString campiAltroGenitore =
-    QStringLiteral("Nome Cognome ~Precisazione ~Detto -Soprannome -Età ~Vivente");
+    QStringLiteral("Nome Cognome -Età ~Precisazione ~Detto -Soprannome ~Vivente");
 const QString campiPresente =
     QStringLiteral("Nome Cognome ~Sesso ~Precisazione -Detto -Soprannome -Età -Vivente");
+
+// Nei battesimi il soprannome dei genitori ha sempre la sua casella.
+QString conSoprannome(QString campi)
+{
+    return campi.replace(QStringLiteral("-Soprannome"), QStringLiteral("~Soprannome"));
+}
 
 Posto postoVoce()
 {
@@ -95,8 +101,8 @@ Scheda battesimo()
         riga(figlio, Nascita, QStringLiteral("Data ~Ora Luogo -Indirizzo -Causa -Valore")),
         riga(figlio, modTarvola::Battesimo,
              QStringLiteral("~Data -Ora ~Luogo -Indirizzo -Causa -Valore")),
-        riga(QStringLiteral("padre"), 0, campiGenitore),
-        riga(QStringLiteral("madre"), 0, campiAltroGenitore),
+        riga(QStringLiteral("padre"), 0, conSoprannome(campiGenitore)),
+        riga(QStringLiteral("madre"), 0, conSoprannome(campiAltroGenitore)),
         riga(QStringLiteral("padrini"), 0, campiPresente)};
     scheda.righe += righeFinali();
     return scheda;
@@ -132,7 +138,7 @@ Scheda matrimonio()
         riga(QStringLiteral("padre_sposa"), 0, campiAltroGenitore),
         riga(QStringLiteral("madre_sposa"), 0, campiAltroGenitore),
         riga(coppia, Matrimonio, QStringLiteral("~Data -Ora ~Luogo -Indirizzo -Causa -Valore")),
-        riga(coppia, Pubblicazioni, QStringLiteral("~Data -Ora ~Luogo -Indirizzo -Causa ~Valore")),
+        riga(coppia, Pubblicazioni, QStringLiteral("~Data -Ora ~Luogo -Indirizzo -Causa -Valore")),
         riga(QStringLiteral("testimoni"), 0, campiPresente)};
     scheda.righe += righeFinali();
     return scheda;
