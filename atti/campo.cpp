@@ -68,6 +68,7 @@ QString Campo::testo() const
 void Campo::mostra(const QVariant &valore)
 {
     m_nelRecord = valore;
+    scoperta = false;
     m_casella->mostra(valore);
     segna({});
     passa(Mostrato);

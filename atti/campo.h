@@ -19,6 +19,7 @@ public:
 
     modTarvola::scheda::Indirizzo dove;
     modTarvola::scheda::Uso uso = modTarvola::scheda::Uso::Mostrata;
+    bool scoperta = false; // si vede comunque, finché non mostra altro
 
     Casella *casella() const { return m_casella; }
     QLabel *didascalia() const { return m_didascalia; }
@@ -45,7 +46,6 @@ public:
     QString testo() const;
     // Segna la casella col motivo per cui non va, o toglie il segno.
     void segna(const QString &motivo);
-    bool segnato() const { return !m_motivo.isEmpty(); }
 
 signals:
     // Chi trascrive ha cambiato la casella.

@@ -14,7 +14,7 @@ namespace
 {
 
 // Quanto è larga ogni colonna rispetto alle altre.
-constexpr std::array<int, 8> pesi{10, 6, 8, 5, 9, 6, 7, 5};
+constexpr std::array<int, 8> pesi{10, 6, 8, 7, 10, 6, 5, 5};
 constexpr int colonne = static_cast<int>(pesi.size());
 constexpr double pesoMinimo = 1.45; // in lettere: le didascalie più lunghe ci stanno appena
 
@@ -28,7 +28,7 @@ struct Casa {
 constexpr Casa case_[] = {
     {"Volume", 0, 0},       {"PaginaIniziale", 1, 1}, {"CodiceVoce", 2, 3}, {"Nome", 0, 1},
     {"Cognome", 2, 2},      {"Sesso", 3, 3},          {"Età", 3, 3},        {"Legittimo", 4, 4},
-    {"Precisazione", 4, 4}, {"Detto", 5, 5},          {"Soprannome", 6, 6}, {"Vivente", 7, 7},
+    {"Precisazione", 4, 4}, {"Detto", 5, 5},          {"Soprannome", 3, 3}, {"Vivente", 6, 6},
     {"Ora", 1, 1},          {"Luogo", 2, 3},          {"Causa", 4, 5},      {"Indirizzo", 4, 4},
     {"Valore", 6, 7},
 };

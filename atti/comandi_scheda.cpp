@@ -1,4 +1,5 @@
 #include "atti/colonne.h"
+#include "atti/fmCampi.h"
 #include "atti/fmScheda.h"
 #include "atti/fmTasti.h"
 #include "atti/pagina.h"
@@ -47,6 +48,7 @@ std::vector<fmScheda::Voce> fmScheda::voci()
         {QStringLiteral("scheda.togliPersona"), false,
          [this] { esegue([this] { togliePersona(); }); }},
         {},
+        {QStringLiteral("scheda.campi"), false, [this] { esegue([this] { scegliCampi(); }); }},
         {QStringLiteral("scheda.tasti"), false, [this] { fmTasti(window()).exec(); }},
     };
 }
@@ -189,6 +191,20 @@ void fmScheda::comeNellAttoPrima(bool tuttaLaPersona)
     }
 }
 
+// Chi sceglie resta nella casella in cui era, se si vede ancora.
+void fmScheda::scegliCampi()
+{
+    fmCampi finestra(*m_scheda, scheda::leggeScelte(*m_connessione, proprieta.RegistroLocale),
+                     m_titoloRegistro, window());
+    if (finestra.exec() != QDialog::Accepted)
+        return;
+    scheda::scriveScelte(*m_connessione, proprieta.RegistroLocale, finestra.scelte());
+    usaCampi(finestra.scelte());
+    const QWidget *qui = m_pagina->focusWidget();
+    if (qui == nullptr || !qui->isVisibleTo(m_pagina))
+        m_pagina->comincia();
+}
+
 void fmScheda::aggiungePersona()
 {
     const Campo *qui = m_pagina->campoCorrente();
@@ -198,8 +214,10 @@ void fmScheda::aggiungePersona()
     RigaPagina *riga = m_pagina->aggiungeRiga(posto);
     if (riga == nullptr)
         return;
-    riga->campo(QStringLiteral("Nome"))->casella()->riprende();
+    Campo *nome = riga->campo(QStringLiteral("Nome"));
+    m_pagina->scopre(nome);
     m_pagina->scorreA(riga);
+    nome->casella()->riprende();
 }
 
 // Chi è già nell'archivio si elimina come da un elenco, con il suo avvertimento; prima si decide di

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "db/atto/campi_pagina.h"
 #include "db/atto/scheda_atto.h"
 #include "db/atto/vocabolario.h"
 
@@ -90,6 +91,8 @@ private:
     void proponeNuovo();
     void deriva(Campo *cambiato);
     void derivaSesso(const Campo &nome);
+    void scegliCampi();
+    void usaCampi(const modTarvola::scheda::Scelte &scelte);
     void comeNellAttoPrima(bool tuttaLaPersona);
     void aggiungePersona();
     void togliePersona();
@@ -119,6 +122,7 @@ private:
     modTarvola::Vocabolario m_vocabolario;           // ciò che il registro ha già scritto
     QSet<std::pair<QString, QString>> m_nonProposti; // campo e testo, finché la pagina è aperta
     QString m_titoloRegistro;
+    modTarvola::scheda::Scelte m_scelte; // quali caselle si vedono, in questo registro
     Pagina *m_pagina = nullptr;
     FormuleScheda *m_formule = nullptr; // nulla dove non si scrive
     QLabel *m_titolo = nullptr;

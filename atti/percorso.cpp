@@ -71,6 +71,8 @@ QList<QWidget *> Pagina::percorso(bool anchePassate) const
         }
     }
     for (const TestoPagina *testo : m_testi) {
+        if (testo->isHidden())
+            continue;
         if (anchePassate || testo->uso == Uso::Mostrata || testo->testo() == qui)
             soste.append(testo->testo());
     }

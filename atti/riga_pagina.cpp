@@ -1,5 +1,6 @@
 #include "atti/riga_pagina.h"
 
+#include "db/schema/generi.h"
 #include "editors/casella_genere.h"
 
 #include <QEvent>
@@ -15,7 +16,48 @@ namespace
 const QString campoRuolo = QStringLiteral("Ruolo");
 constexpr int lettereDiUnaSigla = 8; // una casella per una lettera sola non è più larga
 
+// L'etichetta dell'evento sotto quella di chi lo vive.
+const char *nomeEvento(int evento)
+{
+    switch (evento) {
+    case Nascita:
+        return "Nascita";
+    case Battesimo:
+        return "Battesimo";
+    case Morte:
+        return "Morte";
+    case Sepoltura:
+        return "Sepoltura";
+    case 18:
+        return "Matrimonio";
+    case 19:
+        return "Pubblicazioni";
+    default:
+        return "Evento";
+    }
+}
+
 } // namespace
+
+QString pagina::tabellaDi(const scheda::Posto &posto, int evento)
+{
+    if (evento != 0)
+        return QStringLiteral("Eventi");
+    return posto.come == scheda::Come::Voce ? QStringLiteral("Voci") : QStringLiteral("Individui");
+}
+
+QString pagina::etichettaDi(const scheda::Posto &posto, int evento)
+{
+    return evento == 0 ? posto.etichetta : RigaPagina::tr(nomeEvento(evento));
+}
+
+QString pagina::etichettaDi(const scheda::Posto &posto, int evento, const QString &campo)
+{
+    if (campo == campoRuolo)
+        return RigaPagina::tr("Ruolo");
+    return posto.come == scheda::Come::Testo ? posto.etichetta
+                                             : campoDi(tabellaDi(posto, evento), campo).etichetta;
+}
 
 RigaPagina::RigaPagina(const scheda::Riga &riga, const QString &tabella, bool rientrata,
                        QWidget *sopra)
@@ -96,8 +138,15 @@ void RigaPagina::rivede()
 {
     for (Campo *campo : m_campi) {
         const bool siVede =
-            campo->uso != scheda::Uso::Nascosta || !campo->vuoto() || campo->segnato();
+            campo->uso != scheda::Uso::Nascosta || !campo->vuoto() || campo->scoperta;
         campo->fuoco()->setVisible(siVede);
+    }
+    // Il ruolo si sceglie dove c'è una casella da scrivere.
+    if (Campo *ruolo = nata(campoRuolo)) {
+        const bool sola = std::all_of(m_campi.begin(), m_campi.end(), [&](const Campo *uno) {
+            return uno == ruolo || uno->fuoco()->isHidden();
+        });
+        ruolo->fuoco()->setVisible(!sola);
     }
     dispone();
 }
@@ -130,6 +179,7 @@ void RigaPagina::dispone()
     for (const Campo *campo : m_campi)
         campo->didascalia()->hide();
     m_collocati = std::move(ora);
+    setVisible(!m_collocati.empty()); // una riga di cui non si vede nulla non tiene posto
     m_intestate.assign(posti.empty() ? 0 : static_cast<size_t>(posti.back().linea) + 1, true);
     updateGeometry();
     colloca();

@@ -8,6 +8,18 @@
 
 #include <vector>
 
+// Come si chiamano le righe e le caselle di un posto, e la tabella in cui stanno.
+namespace pagina
+{
+
+QString tabellaDi(const modTarvola::scheda::Posto &posto, int evento);
+// Della riga: il posto, o il suo evento.
+QString etichettaDi(const modTarvola::scheda::Posto &posto, int evento);
+// Della casella.
+QString etichettaDi(const modTarvola::scheda::Posto &posto, int evento, const QString &campo);
+
+} // namespace pagina
+
 // Una riga della pagina: l'etichetta e le sue caselle, nelle colonne di tutte le righe. Le
 // didascalie stanno sopra le caselle; dove le direbbe già la riga di sopra non si ripetono.
 class RigaPagina : public QWidget

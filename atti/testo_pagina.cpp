@@ -45,4 +45,10 @@ void TestoPagina::mostra(const QString &testo)
     if (m_testo->toPlainText() != testo)
         m_testo->setPlainText(testo);
     m_scritto = false;
+    rivede();
+}
+
+void TestoPagina::rivede()
+{
+    setVisible(uso != modTarvola::scheda::Uso::Nascosta || !valore().isEmpty());
 }

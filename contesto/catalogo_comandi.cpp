@@ -159,6 +159,7 @@ const std::vector<Comando> &catalogo()
         {QStringLiteral("scheda.altraPersona"), tr("Un'altra pe&rsona"), Scheda, Qt::Key_F3},
         {QStringLiteral("scheda.togliPersona"), tr("&Togli la persona"), Scheda,
          Qt::SHIFT | Qt::Key_F3},
+        {QStringLiteral("scheda.campi"), tr("Ca&mpi…"), Scheda, Qt::Key_F9},
         {QStringLiteral("scheda.tasti"), tr("Tast&i…"), Scheda},
     };
     return tutti;

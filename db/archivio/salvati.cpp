@@ -49,6 +49,9 @@ bool adatta(const QString &tabella, const Valore &primo, const Valore &secondo)
                (primo.byte == "password" || primo.byte.startsWith("numero "));
     if (tabella == QStringLiteral("Traduzioni"))
         return primo.intero > 0 && secondo.tipo == Valore::Intero;
+    if (tabelleAccanto().contains(tabella))
+        return primo.tipo == Valore::Testo && secondo.tipo == Valore::Testo &&
+               tabellaDi(primo).isEmpty();
     const catalogo::Tabella *sua = catalogo::cerca(tabella);
     if (sua != nullptr && sua->forma == catalogo::Forma::Coppie)
         return puoNominare(sua->colonne[0], primo) && puoNominare(sua->colonne[1], secondo);
@@ -93,6 +96,16 @@ qint64 numeroNominato(ado::Connection &connessione, const QString &tabella)
     cerca(QStringLiteral("temp.attese"), QStringLiteral("codice"),
           QStringLiteral("tabella = '%1'").arg(tabella));
     return massimo;
+}
+
+// Un file che non le aveva torna com'era.
+void togliAccantoVuote(ado::Connection &connessione)
+{
+    for (const QString &tabella : tabelleAccanto()) {
+        if (!connessione.valore({QStringLiteral("SELECT 1 FROM %1 LIMIT 1").arg(tabella), {}, {}})
+                 .isValid())
+            connessione.Execute({QStringLiteral("DROP TABLE %1").arg(tabella), {}, {}});
+    }
 }
 
 // I codici non ripartono da numeri che le righe salvate nominano ancora: un record nuovo si
@@ -197,6 +210,8 @@ Salvato salvaArchivio(const QString &danneggiato, const QString &nuovo,
     connessione.Create(nuovo);
     connessione.Execute({QStringLiteral("PRAGMA synchronous = OFF"), {}, {}});
     creaSchema(connessione);
+    for (const QString &tabella : tabelleAccanto())
+        creaAccanto(connessione, tabella);
     salvataggio::Regole regole{adatta, codiceNominato, {}};
     regole.adatta = [](const QString &tabella, const Valore &primo, const Valore &secondo) {
         if (!adatta(tabella, primo, secondo))
@@ -225,6 +240,7 @@ Salvato salvaArchivio(const QString &danneggiato, const QString &nuovo,
     if (righe == 0)
         throw ado::Errore(ado::Causa::Danneggiato,
                           QStringLiteral("nel file non si legge più nulla degli archivi"));
+    togliAccantoVuote(connessione);
     riservaNumeri(connessione);
     esito.senzaProprietario = annotaOrfani(connessione);
     connessione.Close();

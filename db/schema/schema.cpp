@@ -113,9 +113,52 @@ constexpr std::span<const Passaggio> passaggi;
 // Le tabelle che il programma tiene accanto alle quattordici e crea quando servono, con i loro
 // indici, lettera per lettera come lo schema le riporta. Qui resta anche ciò che una versione
 // precedente scriveva e questa non più.
-constexpr std::span<const char *const> accanto;
+constexpr const char *accanto[] = {
+    "CREATE TABLE ProposteTolte (Dove TEXT NOT NULL, Testo TEXT NOT NULL, PRIMARY KEY (Dove, "
+    "Testo)) WITHOUT ROWID",
+    "CREATE TABLE CampiPagina (Posto TEXT NOT NULL, Campo TEXT NOT NULL, Evento INTEGER NOT NULL, "
+    "Registro TEXT NOT NULL COLLATE NOCASE, Uso INTEGER NOT NULL, PRIMARY KEY (Registro, Posto, "
+    "Campo, Evento))",
+};
+
+// L'istruzione che la crea; nulla se non è di quelle accanto.
+QString creazioneAccanto(const QString &tabella)
+{
+    for (const char *testo : accanto) {
+        const QString istruzione = QString::fromUtf8(testo);
+        if (istruzione.section(u' ', 2, 2) == tabella)
+            return istruzione;
+    }
+    return {};
+}
 
 } // namespace
+
+bool haTabella(ado::Connection &connessione, const QString &tabella)
+{
+    return connessione
+        .valore({QStringLiteral("SELECT 1 FROM sqlite_schema WHERE type = 'table' AND name = ?"),
+                 {tabella},
+                 {}})
+        .isValid();
+}
+
+void creaAccanto(ado::Connection &connessione, const QString &tabella)
+{
+    if (!haTabella(connessione, tabella))
+        connessione.Execute({creazioneAccanto(tabella), {}, {}});
+}
+
+const QStringList &tabelleAccanto()
+{
+    static const QStringList nomi = [] {
+        QStringList tutti;
+        for (const char *testo : accanto)
+            tutti.append(QString::fromUtf8(testo).section(u' ', 2, 2));
+        return tutti;
+    }();
+    return nomi;
+}
 
 QStringList istruzioniNote()
 {
@@ -170,11 +213,7 @@ void verificaSchema(ado::Connection &connessione)
 void verificaTabelle(ado::Connection &connessione)
 {
     for (const QString &tabella : tabelle()) {
-        const QVariant presente = connessione.valore(
-            {QStringLiteral("SELECT 1 FROM sqlite_schema WHERE type = 'table' AND name = ?"),
-             {tabella},
-             {}});
-        if (!presente.isValid())
+        if (!haTabella(connessione, tabella))
             throw ado::Errore(ado::Causa::NonArchivio,
                               QStringLiteral("nel file manca la tabella %1").arg(tabella));
     }

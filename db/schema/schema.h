@@ -15,6 +15,13 @@ const QStringList &tabelle();
 // La tabella cui appartiene un codice ("V12" è di Voci); vuota se la lettera non è di nessuna.
 QString tabellaDiCodice(const QString &codice);
 
+// Le tabelle che un archivio può avere accanto alle sue, con ciò che è solo di questo programma.
+const QStringList &tabelleAccanto();
+// Vero se il file ha la tabella.
+bool haTabella(ado::Connection &connessione, const QString &tabella);
+// Crea una tabella di quelle accanto, se manca. Lancia ado::Errore.
+void creaAccanto(ado::Connection &connessione, const QString &tabella);
+
 // Tutte le istruzioni che possono stare nello schema di un archivio, di questa versione e delle
 // precedenti.
 QStringList istruzioniNote();
