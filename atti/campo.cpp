@@ -14,6 +14,8 @@ using namespace modTarvola;
 namespace
 {
 
+constexpr double didascaliaPiuPiccola = 0.85;
+
 Casella *nuova(const QString &tabella, const QString &campo, QWidget *sopra)
 {
     const DescrizioneCampo sua = campoDi(tabella, campo);
@@ -52,6 +54,10 @@ Campo::Campo(scheda::Indirizzo dato, const QString &tabella, const QString &chi,
     m_didascalia->setTextFormat(Qt::PlainText);
     m_didascalia->setBuddy(fuoco());
     m_didascalia->setForegroundRole(QPalette::PlaceholderText);
+    QFont carattere = m_didascalia->font();
+    carattere.setPointSizeF(carattere.pointSizeF() * didascaliaPiuPiccola);
+    m_didascalia->setFont(carattere);
+    m_didascalia->setAlignment(Qt::AlignLeft | Qt::AlignBottom);
     chiama(chi);
     connect(m_casella, &Casella::cambiata, this, [this] {
         segna({});
@@ -80,6 +86,7 @@ QString Campo::testo() const
 void Campo::mostra(const QVariant &valore)
 {
     m_nelRecord = valore;
+    scoperta = false;
     m_casella->mostra(valore);
     segna({});
     passa(Mostrato);

@@ -19,6 +19,7 @@ public:
 
     modTarvola::scheda::Indirizzo dove;
     modTarvola::scheda::Uso uso = modTarvola::scheda::Uso::Mostrata;
+    bool scoperta = false; // si vede comunque, finché non mostra altro
 
     Casella *casella() const { return m_casella; }
     QLabel *didascalia() const { return m_didascalia; }

@@ -1,3 +1,5 @@
+#include "atti/colonne.h"
+#include "atti/fmCampi.h"
 #include "atti/fmScheda.h"
 #include "atti/fmTasti.h"
 #include "atti/pagina.h"
@@ -48,6 +50,7 @@ std::vector<fmScheda::Voce> fmScheda::voci()
         {},
         {QStringLiteral("scheda.spegneProposte"), false, [this] { spegneProposte(); }},
         {QStringLiteral("scheda.proposteTolte"), false, [this] { mostraTolte(); }},
+        {QStringLiteral("scheda.campi"), false, [this] { esegue([this] { scegliCampi(); }); }},
         {QStringLiteral("scheda.tasti"), false, [this] { fmTasti(window()).exec(); }},
     };
 }
@@ -128,7 +131,7 @@ void fmScheda::creaAltro()
     etichetta->setBuddy(m_altro);
     m_altro->setAccessibleName(tr("Altro in questo atto"));
     const int lettera = fontMetrics().averageCharWidth();
-    etichetta->setMinimumWidth(lettera * 20);
+    etichetta->setFixedWidth(colonne::etichetta(this));
     etichetta->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     m_altro->setFlow(QListView::LeftToRight);
     m_altro->setWrapping(true);
@@ -138,7 +141,7 @@ void fmScheda::creaAltro()
     m_altro->setFixedHeight(fontMetrics().height() * 2 + lettera);
     auto *riga = new QHBoxLayout(m_piede);
     riga->setContentsMargins(lettera * 2, 0, lettera * 2, lettera);
-    riga->setSpacing(lettera * 2);
+    riga->setSpacing(0);
     riga->addWidget(etichetta);
     riga->addWidget(m_altro, 1);
     m_piede->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
@@ -190,6 +193,20 @@ void fmScheda::comeNellAttoPrima(bool tuttaLaPersona)
     }
 }
 
+// Chi sceglie resta nella casella in cui era, se si vede ancora.
+void fmScheda::scegliCampi()
+{
+    fmCampi finestra(*m_scheda, scheda::leggeScelte(*m_connessione, proprieta.RegistroLocale),
+                     m_titoloRegistro, window());
+    if (finestra.exec() != QDialog::Accepted)
+        return;
+    scheda::scriveScelte(*m_connessione, proprieta.RegistroLocale, finestra.scelte());
+    usaCampi(finestra.scelte());
+    const QWidget *qui = m_pagina->focusWidget();
+    if (qui == nullptr || !qui->isVisibleTo(m_pagina))
+        m_pagina->comincia();
+}
+
 void fmScheda::aggiungePersona()
 {
     const Campo *qui = m_pagina->campoCorrente();
@@ -199,8 +216,10 @@ void fmScheda::aggiungePersona()
     RigaPagina *riga = m_pagina->aggiungeRiga(posto);
     if (riga == nullptr)
         return;
-    riga->campo(QStringLiteral("Nome"))->casella()->riprende();
-    m_pagina->ensureWidgetVisible(riga);
+    Campo *nome = riga->campo(QStringLiteral("Nome"));
+    m_pagina->scopre(nome);
+    m_pagina->scorreA(riga);
+    nome->casella()->riprende();
 }
 
 // Chi è già nell'archivio si elimina come da un elenco, con il suo avvertimento; prima si decide di

@@ -31,6 +31,7 @@ void Pagina::mostra(const scheda::SchedaAtto &atto)
     for (TestoPagina *testo : m_testi)
         testo->mostra(atto.valore({testo->posto(), 0, 0, campoTesto}).toString());
     m_riempie = false;
+    intesta();
 }
 
 void Pagina::aggiorna(const scheda::SchedaAtto &atto)
@@ -71,11 +72,7 @@ void Pagina::riempie(RigaPagina *riga, const scheda::SchedaAtto &atto)
     riga->chiave = eElenco(nome) ? atto.persona(nome, quale) : 0;
     for (const scheda::Casella &casella : riga->riga().caselle) {
         const QVariant valore = atto.valore({nome, quale, riga->riga().evento, casella.campo});
-        const bool nata =
-            std::any_of(riga->campi().begin(), riga->campi().end(),
-                        [&](const Campo *uno) { return uno->dove.campo == casella.campo; });
-        // Una casella nascosta nasce solo quando ha qualcosa da mostrare.
-        if (!nata && valore.toString().isEmpty())
+        if (riga->nata(casella.campo) == nullptr && valore.toString().isEmpty())
             continue;
         Campo *campo = riga->campo(casella.campo);
         const bool ruoloNuovo =

@@ -169,6 +169,7 @@ void fmScheda::mostra(const Atto &atto)
     m_precedente = prima.isEmpty() ? Atto{} : leggeAtto(*m_connessione, prima).value_or(Atto{});
     m_pagina->conta(testoDi(m_precedente.campi, campoData));
     m_pagina->attende(SchedaAtto(*m_scheda, m_precedente));
+    usaCampi(scheda::leggeScelte(*m_connessione, proprieta.RegistroLocale));
     m_pagina->mostra(SchedaAtto(*m_scheda, atto));
     if (atto.codice.isEmpty())
         proponeNuovo();
@@ -178,6 +179,17 @@ void fmScheda::mostra(const Atto &atto)
     aggiornaTesta();
     m_pagina->comincia();
     emit passata();
+}
+
+// Le caselle che si vedono sono quelle scelte per il registro, anche da un'altra pagina.
+void fmScheda::usaCampi(const scheda::Scelte &scelte)
+{
+    if (scelte == m_scelte)
+        return;
+    m_scelte = scelte;
+    m_pagina->usa([this](const scheda::Indirizzo &dove, scheda::Uso inizio) {
+        return m_scelte.value({dove.posto, dove.evento, dove.campo}, inizio);
+    });
 }
 
 void fmScheda::comincia()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "atti/proposte.h"
+#include "db/atto/campi_pagina.h"
 
 #include <QWidget>
 
@@ -98,6 +99,8 @@ private:
     bool proponeIn(const Campo &campo) const;
     void spegneProposte();
     void mostraTolte();
+    void scegliCampi();
+    void usaCampi(const modTarvola::scheda::Scelte &scelte);
     void comeNellAttoPrima(bool tuttaLaPersona);
     void aggiungePersona();
     void togliePersona();
@@ -130,6 +133,7 @@ private:
     modTarvola::Atto m_precedente;            // quello che nel registro viene prima
     std::shared_ptr<Repertorio> m_repertorio; // ciò che l'archivio ha già scritto
     QString m_titoloRegistro;
+    modTarvola::scheda::Scelte m_scelte; // quali caselle si vedono, in questo registro
     Pagina *m_pagina = nullptr;
     FormuleScheda *m_formule = nullptr; // nulla dove non si scrive
     CaselleDalTesto *m_dalTesto = nullptr;

@@ -17,36 +17,9 @@ namespace
 {
 
 const QString campoData = QStringLiteral("Data");
-constexpr int righeDelTesto = 7;
+const QString campoTesto = QStringLiteral("Campolungo");
+constexpr int righeDelTesto = 3;
 constexpr int righeDellaNota = 2;
-
-QString tabellaDi(const scheda::Posto &posto, int evento)
-{
-    if (evento != 0)
-        return QStringLiteral("Eventi");
-    return posto.come == Come::Voce ? QStringLiteral("Voci") : QStringLiteral("Individui");
-}
-
-// L'etichetta dell'evento sotto quella di chi lo vive.
-const char *nomeEvento(int evento)
-{
-    switch (evento) {
-    case Nascita:
-        return "Nascita";
-    case Battesimo:
-        return "Battesimo";
-    case Morte:
-        return "Morte";
-    case Sepoltura:
-        return "Sepoltura";
-    case 18:
-        return "Matrimonio";
-    case 19:
-        return "Pubblicazioni";
-    default:
-        return "Evento";
-    }
-}
 
 } // namespace
 
@@ -71,9 +44,11 @@ Pagina::Pagina(const scheda::Scheda &scheda, std::vector<std::pair<int, QString>
         const bool nota = suo.ruolo == Nota;
         auto *testo =
             new TestoPagina(suo.nome, suo.etichetta, nota ? righeDellaNota : righeDelTesto, foglio);
-        testo->uso = riga.caselle.first().uso;
+        testo->uso = testo->inizio = riga.caselle.first().uso;
         testo->testo()->installEventFilter(this);
         connect(testo, &TestoPagina::cambiato, this, [this] { emit cambiata(nullptr); });
+        if (m_testi.empty())
+            m_colonna->addSpacing(lettera / 2);
         m_colonna->addWidget(testo, nota ? 0 : 1);
         m_testi.push_back(testo);
     }
@@ -93,19 +68,33 @@ bool Pagina::eElenco(const QString &nome) const
 RigaPagina *Pagina::nuovaRiga(const scheda::Riga &riga, qsizetype dove)
 {
     const scheda::Posto &suo = posto(riga.posto);
-    auto *nuova = new RigaPagina(riga, tabellaDi(suo, riga.evento), riga.evento != 0, widget());
+    auto *nuova =
+        new RigaPagina(riga, pagina::tabellaDi(suo, riga.evento), riga.evento != 0, widget());
     connect(nuova, &RigaPagina::cambiata, this, &Pagina::dopoCambio);
-    connect(nuova, &RigaPagina::nata, this,
+    connect(nuova, &RigaPagina::natoCampo, this,
             [this, nuova](Campo *campo) { accoglie(nuova, campo); });
     if (suo.come == Come::Altre)
         nuova->offreRuoli(m_ruoli);
-    nuova->chiama(riga.evento == 0 ? suo.etichetta : tr(nomeEvento(riga.evento)), 0);
+    nuova->chiama(pagina::etichettaDi(suo, riga.evento), 0);
     for (Campo *campo : nuova->campi())
         accoglie(nuova, campo);
+    usaIn(nuova);
+    connect(nuova, &RigaPagina::ridisposta, this, &Pagina::intesta);
     m_righe.insert(m_righe.begin() + dove, nuova);
     m_colonna->insertWidget(static_cast<int>(dove), nuova);
     nuova->show();
+    intesta();
     return nuova;
+}
+
+// Ogni riga ha le didascalie che quelle di sopra non dicono già.
+void Pagina::intesta()
+{
+    if (m_riempie)
+        return;
+    QMap<int, QString> dette;
+    for (RigaPagina *riga : m_righe)
+        riga->intesta(dette);
 }
 
 // Una casella appena nata: da dove conta i giorni, come si usa, chi ne guarda i tasti.
@@ -115,8 +104,6 @@ void Pagina::accoglie(RigaPagina *riga, Campo *campo)
         giorno->conta([this, riga, campo] { return giornoPer(riga, campo); });
     if (auto *ora = qobject_cast<CasellaOraBreve *>(campo->casella()))
         ora->segue([riga] { return riga->campo(campoData)->valore().toString(); });
-    if (m_uso)
-        campo->uso = m_uso(campo->dove, campo->uso);
     if (m_solaLettura)
         campo->casella()->setSolaLettura(true);
     campo->fuoco()->removeEventFilter(this);
@@ -174,10 +161,25 @@ void Pagina::segna(Campo *campo, const QString &motivo)
     campo->segna(motivo);
     if (motivo.isEmpty())
         return;
-    campo->fuoco()->show();
-    campo->didascalia()->show();
-    ensureWidgetVisible(campo->fuoco());
+    scopre(campo);
+    scorreA(campo->fuoco());
     campo->casella()->riprende();
+}
+
+void Pagina::scopre(Campo *campo)
+{
+    campo->scoperta = true;
+    for (RigaPagina *riga : m_righe) {
+        const auto &suoi = riga->campi();
+        if (std::find(suoi.begin(), suoi.end(), campo) != suoi.end())
+            riga->rivede();
+    }
+}
+
+// Scorre fino alla casella, con la didascalia che le sta sopra.
+void Pagina::scorreA(QWidget *parte)
+{
+    ensureWidgetVisible(parte, fontMetrics().averageCharWidth() * 2, fontMetrics().height() * 2);
 }
 
 std::vector<Campo *> Pagina::campi() const
@@ -255,21 +257,33 @@ RigaPagina *Pagina::aggiungeRiga(const QString &nome)
     return nuova;
 }
 
-void Pagina::usa(const std::function<Uso(const scheda::Indirizzo &, Uso)> &scelta)
+void Pagina::usa(const UsoDi &scelta)
 {
     m_uso = scelta;
-    for (RigaPagina *riga : m_righe) {
-        for (const scheda::Casella &casella : riga->riga().caselle) {
-            const scheda::Indirizzo dove{riga->riga().posto, 0, riga->riga().evento, casella.campo};
-            const Uso uso = scelta(dove, casella.uso);
-            const bool nata =
-                std::any_of(riga->campi().begin(), riga->campi().end(),
-                            [&](const Campo *uno) { return uno->dove.campo == casella.campo; });
-            if (nata || uso != Uso::Nascosta)
-                riga->campo(casella.campo)->uso = uso;
-        }
-        riga->rivede();
+    for (RigaPagina *riga : m_righe)
+        usaIn(riga);
+    for (TestoPagina *testo : m_testi)
+        usaIn(testo);
+}
+
+void Pagina::usaIn(RigaPagina *riga) const
+{
+    if (!m_uso)
+        return;
+    for (const scheda::Casella &casella : riga->riga().caselle) {
+        const Uso uso =
+            m_uso({riga->riga().posto, 0, riga->riga().evento, casella.campo}, casella.uso);
+        if (riga->nata(casella.campo) != nullptr || uso != Uso::Nascosta)
+            riga->campo(casella.campo)->uso = uso;
     }
+    riga->rivede();
+}
+
+void Pagina::usaIn(TestoPagina *testo) const
+{
+    if (m_uso)
+        testo->uso = m_uso({testo->posto(), 0, 0, campoTesto}, testo->inizio);
+    testo->rivede();
 }
 
 void Pagina::setSolaLettura(bool sola)

@@ -44,6 +44,7 @@ public:
     // Segna la casella, la mostra e vi porta la tastiera.
     void segna(Campo *campo, const QString &motivo);
 
+    void scorreA(QWidget *parte);
     // Le caselle che si vedono, nell'ordine in cui si leggono.
     std::vector<Campo *> campi() const;
     // La casella all'indirizzo dato, fatta nascere se occorre; nulla se la pagina non l'ha.
@@ -57,8 +58,11 @@ public:
     // Una riga in più nell'elenco del posto dato, pronta a ricevere una persona.
     RigaPagina *aggiungeRiga(const QString &nome);
     // Cambia come si usano le caselle: quali si vedono, quali il tabulatore salta.
-    void usa(const std::function<modTarvola::scheda::Uso(const modTarvola::scheda::Indirizzo &,
-                                                         modTarvola::scheda::Uso)> &scelta);
+    using UsoDi = std::function<modTarvola::scheda::Uso(const modTarvola::scheda::Indirizzo &,
+                                                        modTarvola::scheda::Uso)>;
+    void usa(const UsoDi &scelta);
+    // Fa vedere una casella nascosta, finché la pagina non mostra altro.
+    void scopre(Campo *campo);
     void setSolaLettura(bool sola);
     // La data (ISO) da cui si conta il giorno dell'atto, quella dell'atto prima.
     void conta(const QString &riferimento) { m_riferimento = riferimento; }
@@ -87,6 +91,9 @@ private:
     void riempie(RigaPagina *riga, const modTarvola::scheda::SchedaAtto &atto);
     void rinomina(const QString &nome);
     void dopoCambio(Campo *campo);
+    void intesta();
+    void usaIn(RigaPagina *riga) const;
+    void usaIn(TestoPagina *testo) const;
     void accoglie(RigaPagina *riga, Campo *campo);
     QString giornoPer(const RigaPagina *riga, const Campo *campo) const;
     void raccoglie(const RigaPagina *riga, modTarvola::scheda::SchedaAtto &atto) const;
@@ -101,9 +108,7 @@ private:
     std::vector<RigaPagina *> m_righe;
     std::vector<TestoPagina *> m_testi;
     QVBoxLayout *m_colonna;
-    std::function<modTarvola::scheda::Uso(const modTarvola::scheda::Indirizzo &,
-                                          modTarvola::scheda::Uso)>
-        m_uso;
+    UsoDi m_uso;
     Completamento *m_completamento = nullptr;
     QString m_riferimento;
     QMap<QString, int> m_attese; // per posto; vuota se non c'è un atto prima

@@ -3,6 +3,7 @@
 
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QScrollBar>
 
 #include <algorithm>
 
@@ -71,6 +72,8 @@ QList<QWidget *> Pagina::percorso(bool anchePassate) const
         }
     }
     for (const TestoPagina *testo : m_testi) {
+        if (testo->isHidden())
+            continue;
         if (anchePassate || testo->uso == Uso::Mostrata || testo->testo() == qui)
             soste.append(testo->testo());
     }
@@ -86,7 +89,7 @@ bool Pagina::avanza(bool avanti, bool anchePassate)
         return false;
     QWidget *arrivo = soste.at(altra);
     arrivo->setFocus(avanti ? Qt::TabFocusReason : Qt::BacktabFocusReason);
-    ensureWidgetVisible(arrivo);
+    scorreA(arrivo);
     return true;
 }
 
@@ -99,7 +102,8 @@ void Pagina::comincia()
     // Anche se la tastiera era già lì: ciò che si scrive sostituisce ciò che c'è.
     if (auto *riga = qobject_cast<QLineEdit *>(soste.first()))
         riga->selectAll();
-    ensureWidgetVisible(soste.first());
+    verticalScrollBar()->setValue(0);
+    scorreA(soste.first());
 }
 
 bool Pagina::tasto(QWidget *parte, QKeyEvent *evento)

@@ -1,87 +1,79 @@
 #include "atti/riga_pagina.h"
 
+#include "db/schema/generi.h"
 #include "editors/casella_genere.h"
 
-#include <QGridLayout>
-#include <QHBoxLayout>
+#include <QEvent>
 #include <QLabel>
 
 #include <algorithm>
-#include <array>
-#include <iterator>
 
 using namespace modTarvola;
 
 namespace
 {
 
-// In quale delle quattro colonne comincia un campo, e quanta parte ne vuole.
-struct Collocazione {
-    const char *campo;
-    int colonna;
-    int peso;
-};
-
-constexpr Collocazione collocazioni[] = {
-    {"Volume", 0, 3},    {"PaginaIniziale", 0, 3}, {"CodiceVoce", 1, 3},
-    {"Nome", 0, 6},      {"Cognome", 1, 6},        {"Luogo", 1, 6},
-    {"Ora", 0, 2},       {"Sesso", 2, 2},          {"Legittimo", 2, 2},
-    {"Età", 2, 3},       {"Causa", 2, 4},          {"Precisazione", 2, 6},
-    {"Indirizzo", 2, 4}, {"Detto", 3, 4},          {"Soprannome", 3, 4},
-    {"Vivente", 3, 2},   {"Valore", 3, 4},
-};
-
 const QString campoRuolo = QStringLiteral("Ruolo");
+constexpr int lettereDiUnaSigla = 8; // una casella per una lettera sola non è più larga
 
-// La didascalia più larga con cui ogni colonna può cominciare.
-constexpr const char *piuLarga[] = {"Volume ", "Cognome ", "Precisazione ", "Precisazione "};
-
-constexpr int pesi[] = {30, 24, 22, 24};
-constexpr size_t caselleInCella = 2;
-constexpr int celleIntere = 6;
-constexpr int larghezzaEtichetta = 20; // in lettere
-
-Collocazione collocazione(const scheda::Riga &riga, const QString &campo)
+// L'etichetta dell'evento sotto quella di chi lo vive.
+const char *nomeEvento(int evento)
 {
-    if (campo == QStringLiteral("Data"))
-        return {"Data", riga.evento == 0 ? 2 : 0, 4};
-    for (const Collocazione &una : collocazioni) {
-        if (campo == QString::fromUtf8(una.campo))
-            return una;
+    switch (evento) {
+    case Nascita:
+        return "Nascita";
+    case Battesimo:
+        return "Battesimo";
+    case Morte:
+        return "Morte";
+    case Sepoltura:
+        return "Sepoltura";
+    case 18:
+        return "Matrimonio";
+    case 19:
+        return "Pubblicazioni";
+    default:
+        return "Evento";
     }
-    return {"", 3, 4};
 }
 
 } // namespace
+
+QString pagina::tabellaDi(const scheda::Posto &posto, int evento)
+{
+    if (evento != 0)
+        return QStringLiteral("Eventi");
+    return posto.come == scheda::Come::Voce ? QStringLiteral("Voci") : QStringLiteral("Individui");
+}
+
+QString pagina::etichettaDi(const scheda::Posto &posto, int evento)
+{
+    return evento == 0 ? posto.etichetta : RigaPagina::tr(nomeEvento(evento));
+}
+
+QString pagina::etichettaDi(const scheda::Posto &posto, int evento, const QString &campo)
+{
+    if (campo == campoRuolo)
+        return RigaPagina::tr("Ruolo");
+    return posto.come == scheda::Come::Testo ? posto.etichetta
+                                             : campoDi(tabellaDi(posto, evento), campo).etichetta;
+}
 
 RigaPagina::RigaPagina(const scheda::Riga &riga, const QString &tabella, bool rientrata,
                        QWidget *sopra)
     : QWidget(sopra),
       m_riga(riga),
       m_tabella(tabella),
-      m_griglia(new QGridLayout(this)),
+      m_rientrata(rientrata),
       m_capo(new QLabel(this))
 {
     m_capo->setTextFormat(Qt::PlainText);
-    const int lettera = fontMetrics().averageCharWidth();
-    m_griglia->setContentsMargins({});
-    m_griglia->setHorizontalSpacing(lettera * 2);
-    m_griglia->setColumnMinimumWidth(0, lettera * larghezzaEtichetta);
-    m_capo->setIndent(rientrata ? lettera * 2 : 0);
-    m_griglia->addWidget(m_capo, 0, 0);
-    for (int i = 0; i < static_cast<int>(std::size(m_celle)); ++i) {
-        auto *cella = new QWidget(this);
-        cella->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-        m_celle[i] = new QHBoxLayout(cella);
-        m_celle[i]->setContentsMargins({});
-        m_griglia->addWidget(cella, 0, i + 1);
-        m_griglia->setColumnStretch(i + 1, pesi[i]);
-    }
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     for (const scheda::Casella &casella : riga.caselle) {
         if (casella.uso != scheda::Uso::Nascosta)
-            crea(casella);
+            nasce(casella);
     }
-    dispone();
+    rivede();
 }
 
 void RigaPagina::chiama(const QString &etichetta, int quale)
@@ -97,17 +89,11 @@ void RigaPagina::chiama(const QString &etichetta, int quale)
 
 Campo *RigaPagina::nasce(const scheda::Casella &casella)
 {
-    Campo *campo = crea(casella);
-    dispone();
-    emit nata(campo);
-    return campo;
-}
-
-Campo *RigaPagina::crea(const scheda::Casella &casella)
-{
     auto *campo =
         new Campo({m_riga.posto, m_quale, m_riga.evento, casella.campo}, m_tabella, m_chi, this);
     campo->uso = casella.uso;
+    campo->fuoco()->hide();
+    campo->didascalia()->hide();
     m_campi.push_back(campo);
     const auto posto = [this](const Campo *uno) {
         const auto suo =
@@ -118,38 +104,8 @@ Campo *RigaPagina::crea(const scheda::Casella &casella)
     std::sort(m_campi.begin(), m_campi.end(),
               [&](const Campo *uno, const Campo *altro) { return posto(uno) < posto(altro); });
     connect(campo, &Campo::cambiato, this, [this, campo] { emit cambiata(campo); });
+    emit natoCampo(campo);
     return campo;
-}
-
-// Al più due caselle per cella; chi non vi sta passa alla seguente, l'ultima le prende tutte.
-void RigaPagina::dispone()
-{
-    std::array<size_t, std::size(pesi)> quante{};
-    for (QHBoxLayout *cella : m_celle) {
-        while (QLayoutItem *pezzo = cella->takeAt(0))
-            delete pezzo;
-    }
-    for (Campo *campo : m_campi) {
-        if (campo->dove.campo == campoRuolo) {
-            campo->didascalia()->hide();
-            m_capo->hide();
-            campo->fuoco()->setFixedWidth(fontMetrics().averageCharWidth() * larghezzaEtichetta);
-            m_griglia->addWidget(campo->fuoco(), 0, 0);
-            continue;
-        }
-        const Collocazione dove = collocazione(m_riga, campo->dove.campo);
-        auto colonna = static_cast<size_t>(dove.colonna);
-        // Chi vuole una cella per sé non divide quella di un altro.
-        const size_t posti = dove.peso >= celleIntere ? 1 : caselleInCella;
-        while (colonna + 1 < std::size(m_celle) && quante[colonna] >= posti)
-            ++colonna;
-        // La prima didascalia è larga uguale in tutte le righe, e le caselle cominciano allineate.
-        if (quante[colonna]++ == 0)
-            campo->didascalia()->setMinimumWidth(
-                fontMetrics().horizontalAdvance(tr(piuLarga[colonna])));
-        m_celle[colonna]->addWidget(campo->didascalia());
-        m_celle[colonna]->addWidget(campo->fuoco(), dove.peso);
-    }
 }
 
 void RigaPagina::offreRuoli(const std::vector<std::pair<int, QString>> &ruoli)
@@ -160,12 +116,17 @@ void RigaPagina::offreRuoli(const std::vector<std::pair<int, QString>> &ruoli)
                        codice); // l'etichetta intera, senza l'icona che la taglierebbe
 }
 
+Campo *RigaPagina::nata(const QString &nome) const
+{
+    const auto sua = std::find_if(m_campi.begin(), m_campi.end(),
+                                  [&](const Campo *uno) { return uno->dove.campo == nome; });
+    return sua == m_campi.end() ? nullptr : *sua;
+}
+
 Campo *RigaPagina::campo(const QString &nome)
 {
-    for (Campo *uno : m_campi) {
-        if (uno->dove.campo == nome)
-            return uno;
-    }
+    if (Campo *gia = nata(nome))
+        return gia;
     for (const scheda::Casella &casella : m_riga.caselle) {
         if (casella.campo == nome)
             return nasce(casella);
@@ -176,9 +137,139 @@ Campo *RigaPagina::campo(const QString &nome)
 void RigaPagina::rivede()
 {
     for (Campo *campo : m_campi) {
-        const bool siVede = campo->uso != scheda::Uso::Nascosta || !campo->vuoto();
+        const bool siVede =
+            campo->uso != scheda::Uso::Nascosta || !campo->vuoto() || campo->scoperta;
         campo->fuoco()->setVisible(siVede);
-        campo->didascalia()->setVisible(siVede && campo->dove.campo != campoRuolo);
+    }
+    // Il ruolo si sceglie dove c'è una casella da scrivere.
+    if (Campo *ruolo = nata(campoRuolo)) {
+        const bool sola = std::all_of(m_campi.begin(), m_campi.end(), [&](const Campo *uno) {
+            return uno == ruolo || uno->fuoco()->isHidden();
+        });
+        ruolo->fuoco()->setVisible(!sola);
+    }
+    dispone();
+}
+
+// Trova il posto delle caselle che si vedono.
+void RigaPagina::dispone()
+{
+    std::vector<Collocato> ora;
+    QStringList nomi;
+    m_capo->show();
+    for (Campo *campo : m_campi) {
+        if (campo->fuoco()->isHidden())
+            continue;
+        if (campo->dove.campo == campoRuolo) {
+            m_capo->hide();
+            continue;
+        }
+        ora.push_back({campo, {}});
+        nomi.append(campo->dove.campo);
+    }
+    const auto posti = colonne::dispone(nomi, m_riga.evento != 0);
+    for (size_t i = 0; i < posti.size(); ++i)
+        ora[i].posto = posti[i];
+    const bool stesse = std::equal(ora.begin(), ora.end(), m_collocati.begin(), m_collocati.end(),
+                                   [](const Collocato &una, const Collocato &altra) {
+                                       return una.campo == altra.campo && una.posto == altra.posto;
+                                   });
+    if (stesse)
+        return;
+    for (const Campo *campo : m_campi)
+        campo->didascalia()->hide();
+    m_collocati = std::move(ora);
+    setVisible(!m_collocati.empty()); // una riga di cui non si vede nulla non tiene posto
+    m_intestate.assign(posti.empty() ? 0 : static_cast<size_t>(posti.back().linea) + 1, true);
+    updateGeometry();
+    colloca();
+    emit ridisposta();
+}
+
+void RigaPagina::intesta(QMap<int, QString> &dette)
+{
+    std::vector<bool> intestate(m_intestate.size(), false);
+    for (size_t linea = 0; linea < intestate.size(); ++linea) {
+        for (const auto &[campo, posto] : m_collocati) {
+            if (posto.linea == static_cast<int>(linea) &&
+                dette.value(posto.prima) != campo->didascalia()->text())
+                intestate[linea] = true;
+        }
+        for (const auto &[campo, posto] : m_collocati) {
+            if (posto.linea != static_cast<int>(linea))
+                continue;
+            for (int colonna = posto.prima; colonna <= posto.ultima; ++colonna)
+                dette.remove(colonna);
+            dette.insert(posto.prima, campo->didascalia()->text());
+        }
+    }
+    if (intestate == m_intestate)
+        return;
+    m_intestate = intestate;
+    updateGeometry();
+    colloca();
+}
+
+int RigaPagina::altaUnaCasella() const
+{
+    int alta = m_capo->sizeHint().height();
+    for (const Campo *campo : m_campi)
+        alta = std::max(alta, campo->fuoco()->sizeHint().height());
+    return alta;
+}
+
+int RigaPagina::altaUnaTestata() const
+{
+    return m_campi.empty() ? 0 : m_campi.front()->didascalia()->sizeHint().height();
+}
+
+QSize RigaPagina::sizeHint() const
+{
+    const auto testate = static_cast<int>(std::count(m_intestate.begin(), m_intestate.end(), true));
+    const int linee = std::max(1, static_cast<int>(m_intestate.size()));
+    return {colonne::larghezzaMinima(this), linee * altaUnaCasella() + testate * altaUnaTestata()};
+}
+
+// Mette ogni cosa al suo posto: per linea le didascalie, se ci sono, e le caselle.
+void RigaPagina::colloca()
+{
+    const int lettera = fontMetrics().averageCharWidth();
+    const int alta = altaUnaCasella();
+    const int testata = altaUnaTestata();
+    std::vector<int> cime;
+    int cima = 0;
+    for (const bool intestata : m_intestate) {
+        cime.push_back(cima + (intestata ? testata : 0));
+        cima = cime.back() + alta;
+    }
+    const int prima = cime.empty() ? 0 : cime.front();
+    const int rientro = m_rientrata ? lettera * 2 : 0;
+    m_capo->setGeometry(rientro, prima, colonne::etichetta(this) - rientro, alta);
+    if (const Campo *ruolo = nata(campoRuolo))
+        ruolo->fuoco()->setGeometry(0, prima, colonne::etichetta(this) - lettera * 5 / 4, alta);
+    for (const auto &[campo, posto] : m_collocati) {
+        const auto linea = static_cast<size_t>(posto.linea);
+        const auto [da, largo] = colonne::tratto(posto, width(), this);
+        const bool sigla = campo->casella()->descrizione().formato == Formato::Scelta;
+        campo->fuoco()->setGeometry(
+            da, cime[linea], sigla ? std::min(largo, lettera * lettereDiUnaSigla) : largo, alta);
+        campo->didascalia()->setGeometry(da, cime[linea] - testata, largo, testata);
+        campo->didascalia()->setVisible(m_intestate[linea]);
+    }
+}
+
+void RigaPagina::resizeEvent(QResizeEvent *evento)
+{
+    QWidget::resizeEvent(evento);
+    colloca();
+}
+
+void RigaPagina::changeEvent(QEvent *evento)
+{
+    QWidget::changeEvent(evento);
+    if (evento->type() == QEvent::FontChange || evento->type() == QEvent::StyleChange) {
+        updateGeometry();
+        colloca();
     }
 }
 

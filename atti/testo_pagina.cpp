@@ -1,5 +1,7 @@
 #include "atti/testo_pagina.h"
 
+#include "atti/colonne.h"
+
 #include <QHBoxLayout>
 #include <QLabel>
 
@@ -16,10 +18,10 @@ TestoPagina::TestoPagina(const QString &posto, const QString &etichetta, int rig
     const int lettera = fontMetrics().averageCharWidth();
     auto *riga = new QHBoxLayout(this);
     riga->setContentsMargins({});
-    riga->setSpacing(lettera * 2);
+    riga->setSpacing(0);
     auto *scritta = new QLabel(etichetta, this);
     scritta->setTextFormat(Qt::PlainText);
-    scritta->setMinimumWidth(lettera * 20);
+    scritta->setFixedWidth(colonne::etichetta(this));
     scritta->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     scritta->setBuddy(m_testo);
     riga->addWidget(scritta);
@@ -43,4 +45,10 @@ void TestoPagina::mostra(const QString &testo)
     if (m_testo->toPlainText() != testo)
         m_testo->setPlainText(testo);
     m_scritto = false;
+    rivede();
+}
+
+void TestoPagina::rivede()
+{
+    setVisible(uso != modTarvola::scheda::Uso::Nascosta || !valore().isEmpty());
 }

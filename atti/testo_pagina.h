@@ -17,6 +17,9 @@ public:
     const QString &posto() const { return m_posto; }
     TestoProposto *testo() const { return m_testo; }
     modTarvola::scheda::Uso uso = modTarvola::scheda::Uso::Mostrata;
+    modTarvola::scheda::Uso inizio = uso; // quello che la scheda dà
+    // Si mostra o si nasconde secondo ciò che contiene e il suo uso.
+    void rivede();
 
     void mostra(const QString &testo);
     // Vero se chi trascrive lo ha cambiato.

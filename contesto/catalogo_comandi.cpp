@@ -166,6 +166,7 @@ struct Catalogo {
          tr("Spegni o accendi le proposte in questa case&lla"), Scheda, Qt::Key_F6},
         {QStringLiteral("scheda.proposteTolte"), tr("Pr&oposte tolte…"), Scheda,
          Qt::SHIFT | Qt::Key_F6},
+        {QStringLiteral("scheda.campi"), tr("Ca&mpi…"), Scheda, Qt::SHIFT | Qt::Key_F9},
         {QStringLiteral("scheda.tasti"), tr("Tast&i…"), Scheda},
         {QStringLiteral("scheda.caselleDalTesto"), tr("Caselle dal &testo"), Scheda, Qt::Key_F11},
         {QStringLiteral("scheda.confermaCaselle"), tr("Con&ferma le caselle lette nel testo"),

@@ -38,12 +38,18 @@ Riga riga(const QString &posto, int evento, const QString &campi)
 const QString voce = QStringLiteral("voce");
 const QString campiVoce = QStringLiteral("~Volume ~PaginaIniziale ~CodiceVoce Data");
 const QString campiGenitore =
-    QStringLiteral("Nome Cognome Precisazione ~Detto -Soprannome -Età ~Vivente");
+    QStringLiteral("Nome Cognome -Soprannome Precisazione ~Detto ~Vivente -Età");
 // Di chi il mestiere si dice di rado.
 const QString campiAltroGenitore =
-    QStringLiteral("Nome Cognome ~Precisazione ~Detto -Soprannome -Età ~Vivente");
+    QStringLiteral("Nome Cognome -Soprannome ~Precisazione ~Detto ~Vivente -Età");
 const QString campiPresente =
-    QStringLiteral("Nome Cognome ~Sesso ~Precisazione -Detto -Soprannome -Età -Vivente");
+    QStringLiteral("Nome Cognome ~Sesso ~Precisazione -Detto -Vivente -Soprannome -Età");
+
+// Nei battesimi il soprannome dei genitori ha sempre la sua casella.
+QString conSoprannome(QString campi)
+{
+    return campi.replace(QStringLiteral("-Soprannome"), QStringLiteral("~Soprannome"));
+}
 
 Posto postoVoce()
 {
@@ -91,12 +97,12 @@ Scheda battesimo()
         riga(voce, 0, campiVoce),
         riga(figlio, 0,
              QStringLiteral(
-                 "Nome Cognome Sesso ~Legittimo -Detto -Soprannome -Precisazione -Età -Vivente")),
+                 "Nome Cognome Sesso ~Legittimo -Detto -Vivente -Soprannome -Precisazione -Età")),
         riga(figlio, Nascita, QStringLiteral("Data ~Ora Luogo -Indirizzo -Causa -Valore")),
         riga(figlio, modTarvola::Battesimo,
              QStringLiteral("~Data -Ora ~Luogo -Indirizzo -Causa -Valore")),
-        riga(QStringLiteral("padre"), 0, campiGenitore),
-        riga(QStringLiteral("madre"), 0, campiAltroGenitore),
+        riga(QStringLiteral("padre"), 0, conSoprannome(campiGenitore)),
+        riga(QStringLiteral("madre"), 0, conSoprannome(campiAltroGenitore)),
         riga(QStringLiteral("padrini"), 0, campiPresente)};
     scheda.righe += righeFinali();
     return scheda;
@@ -108,7 +114,7 @@ Scheda matrimonio()
     const QString sposa = QStringLiteral("sposa");
     const QString coppia = QStringLiteral("coppia");
     const QString campi =
-        QStringLiteral("Nome Cognome ~Età ~Precisazione -Detto -Soprannome -Sesso -Vivente "
+        QStringLiteral("Nome Cognome ~Età ~Precisazione -Sesso -Detto -Vivente -Soprannome "
                        "-Legittimo");
     Scheda scheda{RegistroMatrimoni, CategoriaMatrimonio, {}, {}};
     scheda.posti = {
@@ -132,7 +138,7 @@ Scheda matrimonio()
         riga(QStringLiteral("padre_sposa"), 0, campiAltroGenitore),
         riga(QStringLiteral("madre_sposa"), 0, campiAltroGenitore),
         riga(coppia, Matrimonio, QStringLiteral("~Data -Ora ~Luogo -Indirizzo -Causa -Valore")),
-        riga(coppia, Pubblicazioni, QStringLiteral("~Data -Ora ~Luogo -Indirizzo -Causa ~Valore")),
+        riga(coppia, Pubblicazioni, QStringLiteral("~Data -Ora ~Luogo -Indirizzo -Causa -Valore")),
         riga(QStringLiteral("testimoni"), 0, campiPresente)};
     scheda.righe += righeFinali();
     return scheda;
@@ -154,7 +160,7 @@ Scheda morte()
         riga(voce, 0, campiVoce),
         riga(defunto, 0,
              QStringLiteral(
-                 "Nome Cognome Sesso Età ~Precisazione -Detto -Soprannome -Legittimo -Vivente")),
+                 "Nome Cognome Sesso Età ~Precisazione -Detto -Vivente -Soprannome -Legittimo")),
         riga(defunto, Morte, QStringLiteral("Data ~Ora Luogo Causa -Indirizzo -Valore")),
         riga(defunto, Sepoltura, QStringLiteral("Data ~Luogo -Ora -Indirizzo -Causa -Valore")),
         riga(QStringLiteral("padre"), 0, campiAltroGenitore),

@@ -1,6 +1,7 @@
 #include "db/lavoro/eliminazione.h"
 
 #include "db/schema/orfani.h"
+#include "db/schema/schema.h"
 #include "db/schema/tabelle.h"
 
 #include <QHash>
@@ -253,6 +254,20 @@ void dimentica(ado::Connection &connessione, const Passi &passi, const QString &
         connessione.Execute({QStringLiteral("DELETE FROM Orfani WHERE Tabella <> 'Soli'"), {}, {}});
 }
 
+// Ciò che si era scelto per le pagine di un registro va con lui.
+void dimenticaLePagine(ado::Connection &connessione, const QString &codice)
+{
+    const QString tabella = QStringLiteral("CampiPagina");
+    const QString di = tabellaDiCodice(codice);
+    if ((di == QStringLiteral("Archivi") || di == QStringLiteral("Registri")) &&
+        haTabella(connessione, tabella))
+        connessione.Execute({QStringLiteral("DELETE FROM %1 WHERE Registro NOT IN (SELECT Codice "
+                                            "FROM Registri)")
+                                 .arg(tabella),
+                             {},
+                             {}});
+}
+
 } // namespace
 
 QStringList elimina(ado::Connection &connessione, const QString &codice, const QString &operatore,
@@ -270,6 +285,7 @@ QStringList elimina(ado::Connection &connessione, const QString &codice, const Q
                                          [&] { return !avanza || avanza(compiuti, totale); });
     Cancellino cancellino(connessione, seguito);
     eliminaConIContenuti(cancellino, *tabella, codice);
+    dimenticaLePagine(connessione, codice);
     for (const Passo *passo : passi) {
         ++compiuti;
         esegue(cancellino, *passo, operatore);

@@ -119,6 +119,9 @@ constexpr const char *accanto[] = {
     "Testo)) WITHOUT ROWID",
     "CREATE TABLE Abbreviazioni (Breve TEXT NOT NULL COLLATE NOCASE PRIMARY KEY, Testo TEXT NOT "
     "NULL)",
+    "CREATE TABLE CampiPagina (Posto TEXT NOT NULL, Campo TEXT NOT NULL, Evento INTEGER NOT NULL, "
+    "Registro TEXT NOT NULL COLLATE NOCASE, Uso INTEGER NOT NULL, PRIMARY KEY (Registro, Posto, "
+    "Campo, Evento))",
 };
 
 // L'istruzione che la crea; nulla se non è di quelle accanto.
