@@ -90,6 +90,8 @@ void scrive(const formule::Formulario &formulario, const formule::Caselle &casel
             ++conto.mostrate;
             const bool giusto = resto.startsWith(testo.first(seguito.tratto));
             conto.giusti += giusto ? 1 : 0;
+            if (qEnvironmentVariableIsSet("DBG"))
+                std::printf("DBG %d %f %f %f %d %d %d\n", giusto, seguito.dbg[0], seguito.dbg[1], seguito.dbg[2], int(seguito.dbg[3]), int(seguito.dbg[4]), int(scritto.size()));
             conto.interi += resto.startsWith(testo) ? 1 : 0;
             if (parla && !resto.startsWith(testo))
                 traccia += QStringLiteral("\n   %1 ...%2| %3 [%4]\n")

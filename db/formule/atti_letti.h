@@ -45,6 +45,7 @@ struct Elemento {
     int spazio = 0; // quelli davanti
     int luogo = 0;  // l'ultima parola ferma che lo precede
     bool parola = false;
+    bool variabile = false;  // una parola con la maiuscola, o un numero
     bool sicura = false;     // non solo somiglia a ciò che sta in una casella
     std::vector<int> chiavi; // in ordine; nessuna: non può che essere una parola ferma
     qsizetype inizio = 0;
@@ -98,6 +99,8 @@ public:
         double sicurezza = 0;
     };
     Reso reso(int chiave, int luogo, const Pronte &pronte) const;
+    // Il luogo della formula in cui sta una casella che segue quella parola.
+    QString luogo(int chiave, int parola) const;
     // Le altre grafie che la chiave potrebbe dare.
     QStringList altreGrafie(int chiave, const Pronte &pronte) const;
 

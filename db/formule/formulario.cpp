@@ -117,6 +117,11 @@ Seguito Formulario::seguito(const Caselle &caselle, const QString &prima) const
     in.allineamento.torna(taglio);
 
     double sicuro = migliore.fiducia;
+    esito.dbg[0] = migliore.primo.sicurezza;
+    esito.dbg[1] = migliore.fiducia;
+    esito.dbg[2] = migliore.peso;
+    esito.dbg[3] = migliore.primo.chiave != 0 ? 1 + Chiave::forma(migliore.primo.chiave) : 0;
+    esito.dbg[4] = static_cast<double>(coda.trimmed().size());
     bool aperto = true;
     Pronostico adesso = migliore;
     for (int i = 0; i < elementiAlPiu; ++i) {
@@ -139,6 +144,7 @@ Seguito Formulario::seguito(const Caselle &caselle, const QString &prima) const
         nuovo.testo = in.letti.testi().numero(primo.testo);
         nuovo.luogo = primo.luogo;
         nuovo.parola = primo.parola;
+        nuovo.variabile = primo.testo.front().isUpper() || primo.testo.front().isDigit();
         if (casella)
             nuovo.chiavi = {primo.chiave};
         in.allineamento.avanza(nuovo);

@@ -27,6 +27,7 @@ struct Seguito {
     QString testo;
     qsizetype parola = 0;
     qsizetype tratto = 0;
+    double dbg[6] = {0, 0, 0, 0, 0, 0};
 };
 
 // Un valore letto in un testo, e dove sta; lunghezza 0 se nel testo non sta scritto e lo dice solo

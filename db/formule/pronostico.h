@@ -43,12 +43,15 @@ private:
         const Elemento *elemento = nullptr; // nullo: l'atto finisce lì
         const Elemento *prima = nullptr;    // quello che lo precede
         double peso = 0;
+        double fila = 0; // quanto combacia ciò che lo precede, da 0 a 1
         int etichetta = 0;
     };
     struct Scelta {
         int etichetta = -1;
         double sicurezza = 0;
+        double regola = 0; // quanto spesso scegliere così è stato giusto
     };
+    enum class Completa { Si, No, Forse };
     using Campioni = std::vector<Campione>;
 
     const AttiLetti::Reso &reso(int chiave, int luogo) const;
@@ -56,7 +59,7 @@ private:
                       double &costo) const;
     std::vector<int> etichette(Campioni &campioni, const Allineamento &allineamento,
                                size_t quanti) const;
-    Scelta sceglie(const Campioni &campioni, const std::vector<int> &etichette, int luogo) const;
+    Scelta sceglie(const Campioni &campioni, const std::vector<int> &etichette) const;
     Scelta perTratto(const Campioni &campioni, int tratto) const;
     double solitario(int etichetta) const;
     Candidato candidato(int etichetta, const Campioni &campioni, int luogo) const;
@@ -65,6 +68,10 @@ private:
     void concorda(const Campioni &campioni, Candidato &candidato) const;
     double preferenza(int chiave, const Allineamento &allineamento, size_t quanti) const;
     double rottura(const Campioni &campioni, const Allineamento &allineamento, size_t quanti) const;
+    Completa completa(Candidato &candidato, const QString &coda) const;
+    bool compiuta(const Elemento &scritto, const Elemento &letto) const;
+    double seguito(const Allineamento &allineamento, size_t quanti,
+                   const std::vector<Elemento> &elementi, size_t dove) const;
     bool novita(const Campioni &campioni, const Allineamento &allineamento, size_t quanti) const;
 
     const AttiLetti &m_letti;
