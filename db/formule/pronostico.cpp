@@ -621,16 +621,12 @@ Pronostico Pronosticatore::dopo(const Allineamento &allineamento, size_t quanti,
             if (intera == Completa::Forse) {
                 // La forma non si conosce, ma ciò che è scritto ne può essere l'inizio.
                 somma += sua;
-                if (prima)
-                    consistenti += peso;
                 ignoti += peso;
                 continue;
             }
         }
-        if (suo.testo.isEmpty()) {
+        if (suo.testo.isEmpty() && lettere == 0)
             ignoti += peso;
-            somma += sua;
-        }
         prova(suo, sua, peso);
         if (lettere > 0 && eCasella(etichetta)) {
             const QStringList grafie = m_letti.altreGrafie(etichetta / 2, m_pronte);
