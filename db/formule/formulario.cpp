@@ -10,7 +10,7 @@ namespace
 
 constexpr double sogliaPrima = 0.75;
 constexpr double sogliaTutto = 0.7;
-constexpr int elementiAlPiu = 60;
+constexpr int elementiAlPiu = 45;
 constexpr size_t codaAlPiu = 8; // quanti pezzi può avere ciò che si sta scrivendo a metà
 
 bool pausa(const QString &testo)
@@ -126,7 +126,10 @@ Seguito Formulario::seguito(const Caselle &caselle, const QString &prima) const
     Pronostico adesso = migliore;
     for (int i = 0; i < elementiAlPiu; ++i) {
         const Candidato &primo = adesso.primo;
-        sicuro *= primo.sicurezza;
+        // Finché la formula continua, gli errori vengono insieme: la prova è stata la prima parola.
+        constexpr double insieme = 0.4;
+        sicuro *= i == 0 || primo.chiave != 0 ? primo.sicurezza
+                                              : 1 - (1 - primo.sicurezza) * insieme;
         if (adesso.fine || primo.testo.isEmpty() || primo.sicurezza < sogliaPrima ||
             sicuro < sogliaTutto)
             break;

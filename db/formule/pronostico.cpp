@@ -147,9 +147,15 @@ Pronosticatore::Campioni Pronosticatore::campioni(const Allineamento &allineamen
         minimo = std::min(minimo, posto.costo);
     costo = minimo;
     const auto &atti = m_letti.atti();
+    constexpr float lontano = 2.4F;
+    double recente = 1 / oblio;
+    std::vector<double> recenti(posti.size());
+    for (size_t a = posti.size(); a-- > 0;)
+        recenti[a] = recente *= oblio;
     for (size_t a = 0; a < posti.size(); ++a) {
-        const double peso = atti[a].peso *
-                            std::pow(oblio, static_cast<double>(atti.size() - 1 - a)) *
+        if (posti[a].costo - minimo > lontano)
+            continue;
+        const double peso = atti[a].peso * recenti[a] *
                             std::exp(-discordia * static_cast<double>(posti[a].costo - minimo));
         if (peso < trascurabile)
             continue;
@@ -158,7 +164,11 @@ Pronosticatore::Campioni Pronosticatore::campioni(const Allineamento &allineamen
         const Elemento *prima = qui == 0 ? nullptr : &elementi[qui - 1];
         if (aMeta && (prima == nullptr || !stessi(allineamento.scritto(quanti - 1), *prima, true)))
             continue;
-        const size_t dove = oltreLaCasella(elementi, qui, m_pronte.piene);
+        size_t dove = oltreLaCasella(elementi, qui, m_pronte.piene);
+        // Il segno che chiude ciò che manca può essere già stato scritto.
+        if (dove != qui && dove < elementi.size() && quanti > 0 && !elementi[dove].parola &&
+            elementi[dove].testo == allineamento.scritto(quanti - 1).testo)
+            ++dove;
         const double fila = seguito(allineamento, quanti, elementi, qui);
         trovati.push_back({&atti[a], dove < elementi.size() ? &elementi[dove] : nullptr, prima,
                            peso * (dove == qui ? 1 : 0.8) * (0.3 + 0.7 * fila), fila, 0});
