@@ -24,12 +24,10 @@ QHash<QString, scheda::Indirizzo> indirizzi(const scheda::Scheda &scheda)
     static const QHash<QString, QString> voci{
         {QStringLiteral("PaginaIniziale"), QStringLiteral("Pagina")},
         {QStringLiteral("CodiceVoce"), QStringLiteral("Codice")}};
-    static const QHash<int, QString> eventi{{20, QStringLiteral("Nascita")},
-                                            {21, QStringLiteral("Battesimo")},
-                                            {18, QStringLiteral("Matrimonio")},
-                                            {19, QStringLiteral("Pubblicazioni")},
-                                            {26, QStringLiteral("Morte")},
-                                            {27, QStringLiteral("Sepoltura")}};
+    static const QHash<int, QString> eventi{
+        {20, QStringLiteral("Nascita")},    {21, QStringLiteral("Battesimo")},
+        {18, QStringLiteral("Matrimonio")}, {19, QStringLiteral("Pubblicazioni")},
+        {26, QStringLiteral("Morte")},      {27, QStringLiteral("Sepoltura")}};
     QHash<QString, scheda::Indirizzo> trovati;
     constexpr int molte = 10;
     for (const scheda::Riga &riga : scheda.righe) {
@@ -65,9 +63,9 @@ struct Conto {
     int tasti = 0;
     int lettere = 0;
     int mostrate = 0;
-    int giusti = 0;  // tratti
-    int interi = 0;  // proposte intere
-    int giuste = 0;  // caselle
+    int giusti = 0; // tratti
+    int interi = 0; // proposte intere
+    int giuste = 0; // caselle
     int sbagliate = 0;
     int vuote = 0;
     QList<double> tempi; // millisecondi
@@ -90,8 +88,6 @@ void scrive(const formule::Formulario &formulario, const formule::Caselle &casel
             ++conto.mostrate;
             const bool giusto = resto.startsWith(testo.first(seguito.tratto));
             conto.giusti += giusto ? 1 : 0;
-            if (qEnvironmentVariableIsSet("DBG"))
-                std::printf("DBG %d %f %f %f %d %d %d\n", giusto, seguito.dbg[0], seguito.dbg[1], seguito.dbg[2], int(seguito.dbg[3]), int(seguito.dbg[4]), int(scritto.size()));
             conto.interi += resto.startsWith(testo) ? 1 : 0;
             if (parla && !resto.startsWith(testo))
                 traccia += QStringLiteral("\n   %1 ...%2| %3 [%4]\n")
@@ -132,8 +128,7 @@ void legge(const formule::Formulario &formulario, const formule::Caselle &casell
         if (parla && caselle.value(una.key()) != una->valore)
             std::printf("   %s %d %d %s: %s, non %s\n", qUtf8Printable(una.key().posto),
                         una.key().quale, una.key().evento, qUtf8Printable(una.key().campo),
-                        qUtf8Printable(una->valore),
-                        qUtf8Printable(caselle.value(una.key())));
+                        qUtf8Printable(una->valore), qUtf8Printable(caselle.value(una.key())));
     }
     for (auto una = caselle.cbegin(); parla && una != caselle.cend(); ++una) {
         if (!lette.contains(una.key()))
@@ -172,14 +167,14 @@ int misura(const QString &percorso, bool parla)
         return tutto == 0 ? 0.0 : static_cast<double>(parte) / tutto;
     };
     const int caselle = conto.giuste + conto.vuote + conto.sbagliate;
-    std::printf("%s: tasti per lettera %.3f; mostrate %d, tratto giusto %.3f, intere %.3f; "
-                "caselle giuste %.3f sbagliate %.3f vuote %.3f; tasto %.1f ms (99%%), %.1f (peggio); "
-                "imparare %.1f ms\n",
-                qUtf8Printable(percorso.section(u'/', -1)), quota(conto.tasti, conto.lettere),
-                conto.mostrate, quota(conto.giusti, conto.mostrate),
-                quota(conto.interi, conto.mostrate), quota(conto.giuste, caselle),
-                quota(conto.sbagliate, caselle), quota(conto.vuote, caselle),
-                conto.tempi.at(conto.tempi.size() * 99 / 100), conto.tempi.last(), imparato);
+    std::printf(
+        "%s: tasti per lettera %.3f; mostrate %d, tratto giusto %.3f, intere %.3f; "
+        "caselle giuste %.3f sbagliate %.3f vuote %.3f; tasto %.1f ms (99%%), %.1f (peggio); "
+        "imparare %.1f ms\n",
+        qUtf8Printable(percorso.section(u'/', -1)), quota(conto.tasti, conto.lettere),
+        conto.mostrate, quota(conto.giusti, conto.mostrate), quota(conto.interi, conto.mostrate),
+        quota(conto.giuste, caselle), quota(conto.sbagliate, caselle), quota(conto.vuote, caselle),
+        conto.tempi.at(conto.tempi.size() * 99 / 100), conto.tempi.last(), imparato);
     return 0;
 }
 

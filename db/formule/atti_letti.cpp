@@ -228,7 +228,7 @@ qsizetype AttiLetti::trovaNomi(const QString &testo, const std::vector<Pezzo> &p
     return lunghi;
 }
 
-std::vector<Elemento> AttiLetti::smonta(const QString &testo, const Pronte &pronte)
+std::vector<Elemento> AttiLetti::smonta(const QString &testo, const Pronte &pronte, bool impara)
 {
     std::vector<Elemento> elementi;
     const auto tutti = pezzi(testo);
@@ -240,7 +240,7 @@ std::vector<Elemento> AttiLetti::smonta(const QString &testo, const Pronte &pron
         nuovo.parola = tutti[i].parola;
         const QChar prima = testo.at(tutti[i].inizio);
         nuovo.variabile = prima.isUpper() || prima.isDigit();
-        qsizetype quanti = trova(testo, tutti, i, pronte, nuovo, true);
+        qsizetype quanti = trova(testo, tutti, i, pronte, nuovo, impara);
         if (tutti[i].parola)
             quanti = trovaNomi(testo, tutti, i, pronte, quanti, nuovo);
         const Pezzo &ultimo = tutti[i + static_cast<size_t>(std::max<qsizetype>(quanti, 1)) - 1];
@@ -282,7 +282,7 @@ void AttiLetti::aggiunge(const Caselle &caselle, const QString &testo, bool nelR
 {
     Pronte pronte = prepara(caselle);
     AttoLetto nuovo;
-    nuovo.elementi = smonta(testo.left(testoAlPiu), pronte);
+    nuovo.elementi = smonta(testo.left(testoAlPiu), pronte, true);
     nuovo.tratti = pronte.tratti;
     nuovo.piene = pronte.piene;
     nuovo.caselle = caselle;

@@ -90,8 +90,8 @@ class AttiLetti
 {
 public:
     Pronte prepara(const Caselle &caselle);
-    // Smonta un testo con le caselle del suo atto.
-    std::vector<Elemento> smonta(const QString &testo, const Pronte &pronte);
+    // Smonta un testo con le caselle del suo atto; se `impara`, ne ricorda le grafie.
+    std::vector<Elemento> smonta(const QString &testo, const Pronte &pronte, bool impara);
     void aggiunge(const Caselle &caselle, const QString &testo, bool nelRegistro);
     // Il testo che una chiave dà in un atto, prima il più probabile; vuoto se la casella manca.
     struct Reso {

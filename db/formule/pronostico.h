@@ -2,6 +2,8 @@
 
 #include "db/formule/allineamento.h"
 
+#include <array>
+
 // Che cosa viene dopo, a giudicare da ciò che venne negli atti arrivati allo stesso posto.
 namespace modTarvola::formule
 {
@@ -21,6 +23,26 @@ struct Pronostico {
     double fiducia = 1;      // che si sia ancora nella formula, qualunque cosa venga
     double peso = 0;         // quanto somigliano, in tutto, gli atti che lo dicono
     double spazioSicuro = 0; // che uno spazio venga comunque
+};
+
+// Quanto spesso i pronostici di un registro furono giusti, secondo quanto se ne era sicuri.
+class Prove
+{
+public:
+    void conta(const Pronostico &pronostico, bool cominciata, bool giusto);
+    // Da 0 a 1. `cominciata`: della parola c'è già qualche lettera.
+    double sicurezza(const Pronostico &pronostico, bool cominciata) const;
+
+private:
+    struct Conto {
+        double giusti = 0;
+        double tutti = 0;
+    };
+    static constexpr size_t gradi = 7;
+    static constexpr size_t specie = 4;
+    static size_t quale(const Pronostico &pronostico, bool cominciata);
+
+    std::array<Conto, gradi * specie> m_conti;
 };
 
 class Pronosticatore
