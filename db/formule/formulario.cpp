@@ -8,7 +8,8 @@ namespace modTarvola::formule
 namespace
 {
 
-constexpr double sogliaTratto = 0.8;
+constexpr double sogliaTratto = 0.82;
+constexpr double sogliaParola = 0.95; // sotto la quale un tratto non va oltre
 constexpr double sogliaTutto = 0.6;
 constexpr int elementiAlPiu = 45;
 constexpr size_t codaAlPiu = 8; // quanti pezzi può avere ciò che si sta scrivendo a metà
@@ -156,9 +157,14 @@ Seguito Formulario::seguito(const Caselle &caselle, const QString &prima) const
         const Candidato &primo = adesso.primo;
         if (adesso.fine || primo.testo.isEmpty())
             break;
-        sicuro *= in.prove.sicurezza(adesso, i == 0 && !coda.trimmed().isEmpty());
-        if (sicuro < (aperto ? sogliaTratto : sogliaTutto))
+        const double sua = in.prove.sicurezza(adesso, i == 0 && !coda.trimmed().isEmpty());
+        sicuro *= sua;
+        if (sicuro < (i == 0 ? sogliaTratto : sogliaTutto))
             break;
+        if (aperto && i > 0 && (sua < sogliaParola || sicuro < sogliaTratto)) {
+            esito.tratto = esito.testo.size();
+            aperto = false;
+        }
         const bool casella = primo.chiave != 0;
         if (i > 0 && casella && aperto) {
             esito.tratto = esito.testo.size() + primo.spazio.size();
