@@ -106,6 +106,10 @@ public:
 
     const std::vector<AttoLetto> &atti() const { return m_atti; }
     Nomi &testi() { return m_testi; }
+    const QString &testo(int numero) const { return m_testi.testo(numero); }
+    // Il numero che un testo minuscolo dice in quella forma di una casella: di una data "g12",
+    // "m3", "a1743"; degli altri campi il valore intero. Vuoto se non lo dice.
+    QString rovescio(const scheda::Indirizzo &dove, int forma, const QString &testo) const;
     const scheda::Indirizzo &casella(int numero) const
     {
         return m_indirizzi[static_cast<size_t>(numero)];
@@ -151,6 +155,7 @@ private:
     std::vector<char> m_diSesso{0};
     std::vector<QString> m_presenza; // il posto di cui il tratto dice che qualcosa c'è
     QHash<QString, Voci> m_voci;
+    mutable QHash<QString, QHash<QString, QString>> m_rovesci; // per forma: testo, numero
     Declinazioni m_declinazioni;
     QHash<QString, int> m_grafiaDi; // di un numero: la grafia vista l'ultima volta
     QHash<int, int> m_grafiaForma;  // di una forma

@@ -1,6 +1,7 @@
 #include "db/formule/formulario.h"
 
 #include "db/formule/pronostico.h"
+#include "db/formule/rilettura.h"
 
 namespace modTarvola::formule
 {
@@ -202,9 +203,7 @@ Seguito Formulario::seguito(const Caselle &caselle, const QString &prima) const
 QMap<scheda::Indirizzo, Lettura> Formulario::caselle(const QString &testo,
                                                      const Caselle &note) const
 {
-    Q_UNUSED(testo)
-    Q_UNUSED(note)
-    return {};
+    return Rilettura(m_dentro->letti, testo, note).legge();
 }
 
 } // namespace modTarvola::formule
