@@ -42,5 +42,4 @@ private:
     QMenu *AiutoItem;
     QMenu *ModificaItem;
     std::function<void(const QString &)> m_ultimo;
-    QMenu *ModificaItem;
 };
