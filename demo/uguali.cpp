@@ -88,15 +88,16 @@ public:
         }
     }
 
-    // Le righe di questo che l'altro non ha, ciascuna con chi nomina.
-    QStringList inPiuDi(const Archivio &altro) const
+    // Le righe di questo che l'altro non ha, ciascuna con chi nomina. Una coppia, finché non si sa
+    // chi nomina, è uguale a tutte le altre: `coppie` dice se contarla.
+    QStringList inPiuDi(const Archivio &altro, bool coppie) const
     {
         QHash<QByteArray, int> sue;
         for (const Riga &riga : altro.m_righe)
             ++sue[riga.nome];
         QStringList avanzano;
         for (const Riga &riga : m_righe) {
-            if (--sue[riga.nome] < 0)
+            if (--sue[riga.nome] < 0 && (coppie || !riga.codice.isEmpty()))
                 avanzano.append(inParole(riga));
         }
         return avanzano;
@@ -129,9 +130,9 @@ QStringList differenze(const QString &uno, const QString &altro)
     constexpr int lontano = 12;
     for (int passi = 0; passi <= lontano; ++passi) {
         QStringList diverse;
-        for (const QString &riga : primo.inPiuDi(secondo))
+        for (const QString &riga : primo.inPiuDi(secondo, passi > 0))
             diverse.append(u"only in %1: %2"_s.arg(uno, riga));
-        for (const QString &riga : secondo.inPiuDi(primo))
+        for (const QString &riga : secondo.inPiuDi(primo, passi > 0))
             diverse.append(u"only in %1: %2"_s.arg(altro, riga));
         if (!diverse.isEmpty())
             return diverse;
