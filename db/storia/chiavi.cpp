@@ -2,6 +2,7 @@
 
 #include <QDataStream>
 #include <QHash>
+#include <QIODevice>
 
 #include <algorithm>
 

@@ -7,6 +7,7 @@
 
 #include <QDataStream>
 #include <QDateTime>
+#include <QIODevice>
 
 #include <algorithm>
 
