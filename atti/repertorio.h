@@ -56,7 +56,7 @@ public:
     // I vocabolari, dal più vicino: gli ultimi atti, il registro, ciò che si è scritto altrove da
     // quando il repertorio è nato, l'archivio.
     using Strati = std::array<const modTarvola::Vocabolario *, 4>;
-    Strati strati(const QString &registro);
+    Strati strati(const QString &codice);
     const modTarvola::Coppie &coppie() const { return m_coppie; }
 
     bool tolta(const QString &dove, const QString &testo) const

@@ -75,7 +75,9 @@ void fmScheda::creaCompletamento()
 void fmScheda::propone(const QList<proposte::Proposta> &nuove)
 {
     const std::vector<Campo *> presenti = m_pagina->campi();
-    for (const auto &[dove, valore] : nuove) {
+    for (const proposte::Proposta &una : nuove) {
+        const scheda::Indirizzo &dove = una.first;
+        const QVariant &valore = una.second;
         const bool vuota = valore.toString().trimmed().isEmpty();
         const auto gia = std::find_if(presenti.begin(), presenti.end(),
                                       [&dove](const Campo *uno) { return uno->dove == dove; });

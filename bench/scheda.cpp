@@ -50,9 +50,16 @@ fmTabella *apreElenco(MDITras &principale, const QString &percorso, const QStrin
     proprieta.TipoTabella = tabella;
     proprieta.Percorso = percorso;
     proprieta.RegistroLocale = registro;
+    proprieta.ArchivioLocale =
+        connessione()
+            .valore(
+                {QStringLiteral("SELECT Archivio FROM Registri WHERE Codice = ?"), {registro}, {}})
+            .toString();
     proprieta.Ordinamento = registro.isEmpty() ? 7 : 4;
     fmTabella *elenco = principale.apre(proprieta);
-    QApplication::processEvents();
+    constexpr int millesimi = 10000;
+    if (!QTest::qWaitFor([elenco] { return !elenco->vuota(); }, millesimi))
+        qFatal("l'elenco è vuoto: %s", qUtf8Printable(tabella + u' ' + registro));
     return elenco;
 }
 
@@ -73,7 +80,10 @@ fmScheda *apre(const fmTabella *elenco, MDITras &principale, const QString &nome
 {
     comando(elenco, nome)->trigger();
     QApplication::processEvents();
-    return principale.findChild<fmScheda *>();
+    auto *scheda = principale.findChild<fmScheda *>();
+    if (scheda == nullptr)
+        qFatal("la pagina non si apre");
+    return scheda;
 }
 
 // Finché le proposte vengono da tutto l'archivio.

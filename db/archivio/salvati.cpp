@@ -98,6 +98,15 @@ qint64 numeroNominato(ado::Connection &connessione, const QString &tabella)
     return massimo;
 }
 
+// Lo schema con tutte le tabelle che un archivio può avere: non si sa ancora quali vi fossero.
+void creaTutto(ado::Connection &connessione)
+{
+    connessione.Execute({QStringLiteral("PRAGMA synchronous = OFF"), {}, {}});
+    creaSchema(connessione);
+    for (const QString &tabella : tabelleAccanto())
+        creaAccanto(connessione, tabella);
+}
+
 // Un file che non le aveva torna com'era.
 void togliAccantoVuote(ado::Connection &connessione)
 {
@@ -225,10 +234,7 @@ Salvato salvaArchivio(const QString &danneggiato, const QString &nuovo,
     rifiutaVersioneNuova(danneggiato);
     ado::Connection connessione;
     connessione.Create(nuovo);
-    connessione.Execute({QStringLiteral("PRAGMA synchronous = OFF"), {}, {}});
-    creaSchema(connessione);
-    for (const QString &tabella : tabelleAccanto())
-        creaAccanto(connessione, tabella);
+    creaTutto(connessione);
     salvataggio::Regole regole{adatta, codiceNominato, {}};
     regole.adatta = [](const QString &tabella, const Valore &primo, const Valore &secondo) {
         if (!adatta(tabella, primo, secondo))
