@@ -68,8 +68,8 @@ bool Pagina::eElenco(const QString &nome) const
 RigaPagina *Pagina::nuovaRiga(const scheda::Riga &riga, qsizetype dove)
 {
     const scheda::Posto &suo = posto(riga.posto);
-    auto *nuova =
-        new RigaPagina(riga, pagina::tabellaDi(suo, riga.evento), riga.evento != 0, widget());
+    auto *nuova = new RigaPagina(riga, pagina::tabellaDi(suo, riga.evento), riga.evento != 0,
+                                 m_colonna->parentWidget());
     connect(nuova, &RigaPagina::cambiata, this, &Pagina::dopoCambio);
     connect(nuova, &RigaPagina::natoCampo, this,
             [this, nuova](Campo *campo) { accoglie(nuova, campo); });
