@@ -86,6 +86,12 @@ Pronte AttiLetti::prepara(const Caselle &caselle)
     return pronte;
 }
 
+QString AttiLetti::luogo(int chiave, int parola) const
+{
+    const scheda::Indirizzo &dove = m_indirizzi[static_cast<size_t>(Chiave::casella(chiave))];
+    return dove.posto + u'.' + dove.campo + u' ' + m_testi.testo(parola);
+}
+
 AttiLetti::Reso AttiLetti::reso(int chiave, int luogo, const Pronte &pronte) const
 {
     const int casella = Chiave::casella(chiave);
@@ -98,9 +104,7 @@ AttiLetti::Reso AttiLetti::reso(int chiave, int luogo, const Pronte &pronte) con
             return {};
         QStringList parole;
         double sicurezza = 1;
-        const QString dove = m_indirizzi[static_cast<size_t>(casella)].posto + u'.' +
-                             m_indirizzi[static_cast<size_t>(casella)].campo + u' ' +
-                             m_testi.testo(luogo);
+        const QString dove = this->luogo(chiave, luogo);
         for (const QString &parola : nome->parole) {
             const auto sua = m_declinazioni.forma(parola, dove);
             if (sua.sicurezza <= 0)
@@ -224,7 +228,7 @@ qsizetype AttiLetti::trovaNomi(const QString &testo, const std::vector<Pezzo> &p
     return lunghi;
 }
 
-std::vector<Elemento> AttiLetti::smonta(const QString &testo, const Pronte &pronte)
+std::vector<Elemento> AttiLetti::smonta(const QString &testo, const Pronte &pronte, bool impara)
 {
     std::vector<Elemento> elementi;
     const auto tutti = pezzi(testo);
@@ -234,7 +238,9 @@ std::vector<Elemento> AttiLetti::smonta(const QString &testo, const Pronte &pron
         Elemento nuovo;
         nuovo.luogo = luogo;
         nuovo.parola = tutti[i].parola;
-        qsizetype quanti = trova(testo, tutti, i, pronte, nuovo, true);
+        const QChar prima = testo.at(tutti[i].inizio);
+        nuovo.variabile = prima.isUpper() || prima.isDigit();
+        qsizetype quanti = trova(testo, tutti, i, pronte, nuovo, impara);
         if (tutti[i].parola)
             quanti = trovaNomi(testo, tutti, i, pronte, quanti, nuovo);
         const Pezzo &ultimo = tutti[i + static_cast<size_t>(std::max<qsizetype>(quanti, 1)) - 1];
@@ -260,9 +266,7 @@ void AttiLetti::imparaForme(const AttoLetto &atto, const Pronte &pronte)
             if (Chiave::forma(chiave) != FormaDeclinata)
                 continue;
             const int casella = Chiave::casella(chiave);
-            const QString luogo = m_indirizzi[static_cast<size_t>(casella)].posto + u'.' +
-                                  m_indirizzi[static_cast<size_t>(casella)].campo + u' ' +
-                                  m_testi.testo(elemento.luogo);
+            const QString luogo = this->luogo(chiave, elemento.luogo);
             const QStringList scritte = m_testi.testo(elemento.testo).simplified().split(u' ');
             for (const Pronte::Nome &nome : pronte.nomi) {
                 if (nome.casella != casella || nome.parole.size() != scritte.size())
@@ -278,7 +282,7 @@ void AttiLetti::aggiunge(const Caselle &caselle, const QString &testo, bool nelR
 {
     Pronte pronte = prepara(caselle);
     AttoLetto nuovo;
-    nuovo.elementi = smonta(testo.left(testoAlPiu), pronte);
+    nuovo.elementi = smonta(testo.left(testoAlPiu), pronte, true);
     nuovo.tratti = pronte.tratti;
     nuovo.piene = pronte.piene;
     nuovo.caselle = caselle;

@@ -45,6 +45,7 @@ struct Elemento {
     int spazio = 0; // quelli davanti
     int luogo = 0;  // l'ultima parola ferma che lo precede
     bool parola = false;
+    bool variabile = false;  // una parola con la maiuscola, o un numero
     bool sicura = false;     // non solo somiglia a ciò che sta in una casella
     std::vector<int> chiavi; // in ordine; nessuna: non può che essere una parola ferma
     qsizetype inizio = 0;
@@ -89,8 +90,8 @@ class AttiLetti
 {
 public:
     Pronte prepara(const Caselle &caselle);
-    // Smonta un testo con le caselle del suo atto.
-    std::vector<Elemento> smonta(const QString &testo, const Pronte &pronte);
+    // Smonta un testo con le caselle del suo atto; se `impara`, ne ricorda le grafie.
+    std::vector<Elemento> smonta(const QString &testo, const Pronte &pronte, bool impara);
     void aggiunge(const Caselle &caselle, const QString &testo, bool nelRegistro);
     // Il testo che una chiave dà in un atto, prima il più probabile; vuoto se la casella manca.
     struct Reso {
@@ -98,11 +99,17 @@ public:
         double sicurezza = 0;
     };
     Reso reso(int chiave, int luogo, const Pronte &pronte) const;
+    // Il luogo della formula in cui sta una casella che segue quella parola.
+    QString luogo(int chiave, int parola) const;
     // Le altre grafie che la chiave potrebbe dare.
     QStringList altreGrafie(int chiave, const Pronte &pronte) const;
 
     const std::vector<AttoLetto> &atti() const { return m_atti; }
     Nomi &testi() { return m_testi; }
+    const QString &testo(int numero) const { return m_testi.testo(numero); }
+    // Il numero che un testo minuscolo dice in quella forma di una casella: di una data "g12",
+    // "m3", "a1743"; degli altri campi il valore intero. Vuoto se non lo dice.
+    QString rovescio(const scheda::Indirizzo &dove, int forma, const QString &testo) const;
     const scheda::Indirizzo &casella(int numero) const
     {
         return m_indirizzi[static_cast<size_t>(numero)];
@@ -148,6 +155,7 @@ private:
     std::vector<char> m_diSesso{0};
     std::vector<QString> m_presenza; // il posto di cui il tratto dice che qualcosa c'è
     QHash<QString, Voci> m_voci;
+    mutable QHash<QString, QHash<QString, QString>> m_rovesci; // per forma: testo, numero
     Declinazioni m_declinazioni;
     QHash<QString, int> m_grafiaDi; // di un numero: la grafia vista l'ultima volta
     QHash<int, int> m_grafiaForma;  // di una forma

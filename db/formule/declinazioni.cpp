@@ -112,6 +112,22 @@ QString Declinazioni::base(const QString &testo) const
     return volte * 4 >= altre * 3 ? migliore : QString();
 }
 
+bool Declinazioni::immutate(const QString &luogo) const
+{
+    int uguali = 0;
+    int tutte = 0;
+    for (auto una = m_viste.cbegin(); una != m_viste.cend(); ++una) {
+        for (const Vista &vista : *una) {
+            if (!vista.luogo.startsWith(luogo))
+                continue;
+            tutte += vista.volte;
+            uguali += vista.testo == una.key() ? vista.volte : 0;
+        }
+    }
+    constexpr int poche = 4;
+    return tutte >= poche && uguali * 10 >= tutte * 9;
+}
+
 // Quella detta di più; a parità la più vicina.
 const Declinazioni::Vista *Declinazioni::vista(const QString &casella, const QString &luogo) const
 {

@@ -30,6 +30,9 @@ public:
     // La parola delle caselle che più spesso prende quella forma; vuota se non se ne conosce.
     QString base(const QString &testo) const;
 
+    // Vero se nei luoghi che cominciano così le parole stanno quasi sempre come nelle caselle.
+    bool immutate(const QString &luogo) const;
+
 private:
     struct Vista {
         QString luogo;

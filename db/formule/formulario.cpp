@@ -1,6 +1,7 @@
 #include "db/formule/formulario.h"
 
 #include "db/formule/pronostico.h"
+#include "db/formule/rilettura.h"
 
 namespace modTarvola::formule
 {
@@ -8,9 +9,10 @@ namespace modTarvola::formule
 namespace
 {
 
-constexpr double sogliaPrima = 0.75;
-constexpr double sogliaTutto = 0.7;
-constexpr int elementiAlPiu = 60;
+constexpr double sogliaTratto = 0.82;
+constexpr double sogliaParola = 0.95; // sotto la quale un tratto non va oltre
+constexpr double sogliaTutto = 0.6;
+constexpr int elementiAlPiu = 45;
 constexpr size_t codaAlPiu = 8; // quanti pezzi può avere ciò che si sta scrivendo a metà
 
 bool pausa(const QString &testo)
@@ -37,6 +39,7 @@ qsizetype primaParola(const QString &testo)
 
 struct Formulario::Dentro {
     AttiLetti letti;
+    Prove prove;
     Allineamento allineamento{letti};
     Pronte pronte;
     bool preparate = false;
@@ -63,6 +66,36 @@ struct Formulario::Dentro {
             allineamento.avanza(elementi[i]);
     }
 
+    // Quanto di un testo si sarebbe indovinato, parola per parola.
+    void prova(const Caselle &caselle, const QString &testo)
+    {
+        prepara(caselle);
+        const auto elementi = letti.smonta(testo, pronte, false);
+        allineamento.torna(0);
+        const Pronosticatore pronosticatore(letti, pronte);
+        qsizetype fine = 0;
+        int luogo = 0;
+        for (size_t i = 0; i < elementi.size(); ++i) {
+            const auto guarda = [&](const QString &coda) {
+                const Pronostico suo = pronosticatore.dopo(allineamento, i, coda, luogo);
+                if (suo.primo.testo.isEmpty() || suo.fine)
+                    return true;
+                const QString detto = suo.primo.spazio + suo.primo.testo;
+                const qsizetype dopo = fine + detto.size();
+                const bool giusto = QStringView(testo).sliced(fine).startsWith(detto) &&
+                                    (dopo >= testo.size() || !testo.at(dopo).isLetterOrNumber() ||
+                                     !suo.primo.parola);
+                prove.conta(suo, !coda.trimmed().isEmpty(), giusto);
+                return giusto;
+            };
+            if (!guarda({}) && elementi[i].inizio + 1 < testo.size())
+                guarda(testo.mid(fine, elementi[i].inizio + 1 - fine));
+            allineamento.avanza(elementi[i]);
+            fine = elementi[i].fine;
+            luogo = luogoDopo(elementi[i]);
+        }
+    }
+
     int luogoDopo(const Elemento &elemento)
     {
         return elemento.chiavi.empty()
@@ -76,10 +109,12 @@ Formulario::~Formulario() = default;
 Formulario::Formulario(Formulario &&) noexcept = default;
 Formulario &Formulario::operator=(Formulario &&) noexcept = default;
 
-void Formulario::impara(const Caselle &caselle, const QString &testo, bool nelRegistro)
+void Formulario::impara(const Caselle &caselle, const QString &testo, bool nelRegistro, bool prova)
 {
     if (testo.trimmed().isEmpty())
         return;
+    if (prova && nelRegistro && m_dentro->letti.atti().size() > 1)
+        m_dentro->prova(caselle, testo);
     m_dentro->letti.aggiunge(caselle, testo, nelRegistro);
     m_dentro->allineamento.azzera();
     m_dentro->preparate = false;
@@ -92,7 +127,7 @@ Seguito Formulario::seguito(const Caselle &caselle, const QString &prima) const
     if (in.letti.atti().empty())
         return esito;
     in.prepara(caselle);
-    const auto elementi = in.letti.smonta(prima, in.pronte);
+    const auto elementi = in.letti.smonta(prima, in.pronte, false);
     in.allinea(elementi);
     const Pronosticatore pronosticatore(in.letti, in.pronte);
 
@@ -116,15 +151,21 @@ Seguito Formulario::seguito(const Caselle &caselle, const QString &prima) const
         return esito;
     in.allineamento.torna(taglio);
 
-    double sicuro = migliore.fiducia;
+    double sicuro = 1;
     bool aperto = true;
     Pronostico adesso = migliore;
     for (int i = 0; i < elementiAlPiu; ++i) {
         const Candidato &primo = adesso.primo;
-        sicuro *= primo.sicurezza;
-        if (adesso.fine || primo.testo.isEmpty() || primo.sicurezza < sogliaPrima ||
-            sicuro < sogliaTutto)
+        if (adesso.fine || primo.testo.isEmpty())
             break;
+        const double sua = in.prove.sicurezza(adesso, i == 0 && !coda.trimmed().isEmpty());
+        sicuro *= sua;
+        if (sicuro < (i == 0 ? sogliaTratto : sogliaTutto))
+            break;
+        if (aperto && i > 0 && (sua < sogliaParola || sicuro < sogliaTratto)) {
+            esito.tratto = esito.testo.size();
+            aperto = false;
+        }
         const bool casella = primo.chiave != 0;
         if (i > 0 && casella && aperto) {
             esito.tratto = esito.testo.size() + primo.spazio.size();
@@ -139,6 +180,7 @@ Seguito Formulario::seguito(const Caselle &caselle, const QString &prima) const
         nuovo.testo = in.letti.testi().numero(primo.testo);
         nuovo.luogo = primo.luogo;
         nuovo.parola = primo.parola;
+        nuovo.variabile = primo.testo.front().isUpper() || primo.testo.front().isDigit();
         if (casella)
             nuovo.chiavi = {primo.chiave};
         in.allineamento.avanza(nuovo);
@@ -161,9 +203,7 @@ Seguito Formulario::seguito(const Caselle &caselle, const QString &prima) const
 QMap<scheda::Indirizzo, Lettura> Formulario::caselle(const QString &testo,
                                                      const Caselle &note) const
 {
-    Q_UNUSED(testo)
-    Q_UNUSED(note)
-    return {};
+    return Rilettura(m_dentro->letti, testo, note).legge();
 }
 
 } // namespace modTarvola::formule

@@ -48,8 +48,10 @@ public:
     Formulario &operator=(Formulario &&) noexcept;
 
     // Un atto di questo registro, o (nelRegistro falso) di un altro dello stesso tipo: dal più
-    // lontano al più vicino.
-    void impara(const Caselle &caselle, const QString &testo, bool nelRegistro = true);
+    // lontano al più vicino. Con `prova` si guarda anche quante parole si sarebbero indovinate, e
+    // ci si fida di conseguenza; costa qualche millisecondo, e per i più lontani non serve.
+    void impara(const Caselle &caselle, const QString &testo, bool nelRegistro = true,
+                bool prova = true);
     // Come prosegue il testo dopo `prima`, in un atto con quelle caselle.
     Seguito seguito(const Caselle &caselle, const QString &prima) const;
     // Le caselle che il testo dice e che `note` non ha.

@@ -151,6 +151,16 @@ bool somiglia(const QString &una, const QString &altra)
            poche * static_cast<double>(std::max(prima.size(), seconda.size()));
 }
 
+bool inizia(const QString &parola, const QString &meta)
+{
+    const QString intera = radice(parola);
+    // Senza la desinenza che una parola tronca non ha ancora.
+    const QString tronca = radice(meta + QStringLiteral("bbb")).remove(u'b');
+    const QString inizio = QString(intera).remove(u'b').left(tronca.size());
+    return !inizio.isEmpty() && !tronca.isEmpty() && inizio.front() == tronca.front() &&
+           passi(inizio, tronca) * 3 <= tronca.size() + 1;
+}
+
 float distanza(const QString &una, const QString &altra)
 {
     if (una == altra)

@@ -30,6 +30,8 @@ Veste vesteDi(const QString &testo, const QString &scritto);
 // Vero se una delle due può essere l'altra in un altro caso o in un'altra lingua: "Giuseppe",
 // "Josephi".
 bool somiglia(const QString &una, const QString &altra);
+// Vero se la parola, a metà, può essere l'inizio dell'altra in un'altra forma.
+bool inizia(const QString &parola, const QString &meta);
 // Il costo, da 0 a 1, di leggere una parola per un'altra: 0 se sono uguali, poco se cambia la
 // desinenza o una lettera.
 float distanza(const QString &una, const QString &altra);

@@ -49,7 +49,7 @@ bool stessi(const Elemento &uno, const Elemento &altro, bool certa)
     if (uno.testo == altro.testo)
         return true;
     return std::any_of(uno.chiavi.begin(), uno.chiavi.end(), [&](int chiave) {
-        return (!certa || Chiave::forma(chiave) != FormaDeclinata || uno.sicura) &&
+        return (!certa || Chiave::forma(chiave) != FormaDeclinata) &&
                std::binary_search(altro.chiavi.begin(), altro.chiavi.end(), chiave);
     });
 }
@@ -104,6 +104,39 @@ const AttiLetti::Reso &Pronosticatore::reso(int chiave, int luogo) const
     return *m_resi.insert(quale, m_letti.reso(chiave, luogo, m_pronte));
 }
 
+// Vero se l'elemento è, intera, la forma che la casella dell'altro prende qui.
+bool Pronosticatore::compiuta(const Elemento &scritto, const Elemento &letto) const
+{
+    return std::any_of(scritto.chiavi.begin(), scritto.chiavi.end(), [&](int chiave) {
+        return std::binary_search(letto.chiavi.begin(), letto.chiavi.end(), chiave) &&
+               reso(chiave, scritto.luogo).testo ==
+                   const_cast<AttiLetti &>(m_letti).testi().testo(scritto.testo);
+    });
+}
+
+// Quanti elementi di fila, all'indietro, sono gli stessi; due parole con la maiuscola, o due
+// numeri, che differiscono non dicono nulla.
+double Pronosticatore::seguito(const Allineamento &allineamento, size_t quanti,
+                               const std::vector<Elemento> &elementi, size_t dove) const
+{
+    constexpr double pieno = 3;
+    double uguali = 0;
+    size_t perdonate = 2;
+    for (size_t i = 1; i <= quanti && i <= dove && uguali < pieno; ++i) {
+        const Elemento &uno = allineamento.scritto(quanti - i);
+        const Elemento &altro = elementi[dove - i];
+        if (stessi(uno, altro, false))
+            uguali += 1;
+        else if (perdonate-- == 0 || !(uno.variabile && altro.variabile))
+            break;
+    }
+    // All'inizio del testo non c'è altro da confrontare.
+    return static_cast<double>(quanti) < pieno &&
+                   uguali + 2 - static_cast<double>(perdonate) >= static_cast<double>(quanti)
+               ? 1
+               : uguali / pieno;
+}
+
 Pronosticatore::Campioni Pronosticatore::campioni(const Allineamento &allineamento, size_t quanti,
                                                   bool aMeta, double &costo) const
 {
@@ -114,9 +147,15 @@ Pronosticatore::Campioni Pronosticatore::campioni(const Allineamento &allineamen
         minimo = std::min(minimo, posto.costo);
     costo = minimo;
     const auto &atti = m_letti.atti();
+    constexpr float lontano = 2.4F;
+    double recente = 1 / oblio;
+    std::vector<double> recenti(posti.size());
+    for (size_t a = posti.size(); a-- > 0;)
+        recenti[a] = recente *= oblio;
     for (size_t a = 0; a < posti.size(); ++a) {
-        const double peso = atti[a].peso *
-                            std::pow(oblio, static_cast<double>(atti.size() - 1 - a)) *
+        if (posti[a].costo - minimo > lontano)
+            continue;
+        const double peso = atti[a].peso * recenti[a] *
                             std::exp(-discordia * static_cast<double>(posti[a].costo - minimo));
         if (peso < trascurabile)
             continue;
@@ -125,9 +164,14 @@ Pronosticatore::Campioni Pronosticatore::campioni(const Allineamento &allineamen
         const Elemento *prima = qui == 0 ? nullptr : &elementi[qui - 1];
         if (aMeta && (prima == nullptr || !stessi(allineamento.scritto(quanti - 1), *prima, true)))
             continue;
-        const size_t dove = oltreLaCasella(elementi, qui, m_pronte.piene);
+        size_t dove = oltreLaCasella(elementi, qui, m_pronte.piene);
+        // Il segno che chiude ciò che manca può essere già stato scritto.
+        if (dove != qui && dove < elementi.size() && quanti > 0 && !elementi[dove].parola &&
+            elementi[dove].testo == allineamento.scritto(quanti - 1).testo)
+            ++dove;
+        const double fila = seguito(allineamento, quanti, elementi, qui);
         trovati.push_back({&atti[a], dove < elementi.size() ? &elementi[dove] : nullptr, prima,
-                           dove == qui ? peso : peso * 0.8, 0});
+                           peso * (dove == qui ? 1 : 0.8) * (0.3 + 0.7 * fila), fila, 0});
     }
     return trovati;
 }
@@ -278,36 +322,39 @@ Pronosticatore::Scelta Pronosticatore::perTratto(const Campioni &campioni, int t
     // Senza condizioni vale quanto spesso ciò che venne è tornato: così una parola cambiata, come
     // il nome di un parroco, lo è subito.
     if (fiducia >= 1)
-        return {mia, regola};
+        return {mia, regola, regola};
     constexpr double fede = 1.5;
-    return {mia, (concordi + fede * regola) / (stessi + fede)};
+    return {mia, (concordi + fede * regola) / (stessi + fede), regola};
 }
 
 Pronosticatore::Scelta Pronosticatore::sceglie(const Campioni &campioni,
-                                               const std::vector<int> &tutte, int luogo) const
+                                               const std::vector<int> &tutte) const
 {
     Pesi pesi;
     double insieme = 0;
     for (const Campione &uno : campioni) {
-        if (eCasella(uno.etichetta) && reso(uno.etichetta / 2, luogo).testo.isEmpty())
-            continue;
         pesi.di(uno.etichetta) += uno.peso;
         insieme += uno.peso;
     }
     Scelta scelta;
+    double maggiore = 0;
     for (const auto &[etichetta, peso] : pesi) {
-        const double quota = (peso + solitario(etichetta)) / (insieme + 1);
-        if (quota > scelta.sicurezza)
-            scelta = {etichetta, quota};
+        if (peso > maggiore)
+            scelta = {etichetta, (peso + solitario(etichetta)) / (insieme + 1), peso / insieme};
+        maggiore = std::max(maggiore, peso);
     }
     if (tutte.empty() ||
         std::all_of(tutte.begin(), tutte.end(), [&](int una) { return una == tutte.front(); }))
         return scelta;
+    // Un tratto decide solo se spiega ciò che la maggioranza non spiega.
+    constexpr double margine = 0.01;
+    double regola = scelta.regola + margine;
     for (int tratto = 1; tratto < m_letti.quantiTratti(); ++tratto) {
         const Scelta sua = perTratto(campioni, tratto);
-        constexpr double margine = 0.005;
-        if (sua.etichetta >= 0 && sua.sicurezza > scelta.sicurezza + margine)
-            scelta = sua;
+        if (sua.etichetta < 0 || sua.regola <= regola)
+            continue;
+        regola = sua.regola;
+        scelta = sua;
     }
     return scelta;
 }
@@ -444,6 +491,45 @@ bool Pronosticatore::novita(const Campioni &campioni, const Allineamento &alline
     return false;
 }
 
+// Una casella declinata di cui è già scritta una parte: le parole già scritte, se le somigliano, e
+// poi le forme delle altre.
+Pronosticatore::Completa Pronosticatore::completa(Candidato &candidato, const QString &coda) const
+{
+    const auto nome =
+        std::find_if(m_pronte.nomi.begin(), m_pronte.nomi.end(), [&](const auto &uno) {
+            return uno.casella == Chiave::casella(candidato.chiave);
+        });
+    const QString scritto = coda.trimmed();
+    if (nome == m_pronte.nomi.end() || !scritto.front().isUpper())
+        return Completa::No;
+    QStringList parole = scritto.split(u' ');
+    const bool aMeta = !coda.back().isSpace();
+    const qsizetype intere = parole.size() - (aMeta ? 1 : 0);
+    if (parole.size() > nome->parole.size() || intere >= nome->parole.size())
+        return Completa::No;
+    for (qsizetype i = 0; i < intere; ++i) {
+        if (!m_letti.declinazioni().conosce(nome->parole.at(i), parole.at(i)) &&
+            !somiglia(nome->parole.at(i), parole.at(i)))
+            return Completa::No;
+    }
+    if (aMeta && !inizia(nome->parole.at(intere), parole.last()))
+        return Completa::No;
+    const QString luogo = m_letti.luogo(candidato.chiave, candidato.luogo);
+    for (qsizetype i = intere; i < nome->parole.size(); ++i) {
+        const auto forma = m_letti.declinazioni().forma(nome->parole.at(i), luogo);
+        const bool cominciata = aMeta && i == intere;
+        if (forma.sicurezza <= 0 || (cominciata && !forma.testo.startsWith(parole.last())))
+            return Completa::Forse;
+        candidato.sicurezza = std::min(candidato.sicurezza, forma.sicurezza);
+        if (cominciata)
+            parole.last() = forma.testo;
+        else
+            parole.append(forma.testo);
+    }
+    candidato.testo = parole.join(u' ');
+    return Completa::Si;
+}
+
 // Quanto ci si fida ancora, se l'ultima parola non è quella che c'è di solito.
 double Pronosticatore::rottura(const Campioni &campioni, const Allineamento &allineamento,
                                size_t quanti) const
@@ -476,7 +562,7 @@ Pronostico Pronosticatore::dopo(const Allineamento &allineamento, size_t quanti,
     if (tutti.empty())
         return esito;
     const auto sue = etichette(tutti, allineamento, quanti);
-    const Scelta scelta = sceglie(tutti, sue, luogo);
+    const Scelta scelta = sceglie(tutti, sue);
     if (scelta.etichetta < 0)
         return esito;
 
@@ -512,6 +598,7 @@ Pronostico Pronosticatore::dopo(const Allineamento &allineamento, size_t quanti,
     double consistenti = 0;
     Candidato migliore;
     double massa = 0;
+    double ignoti = 0; // di chi si sa la casella ma non la forma
     const auto prova = [&](Candidato suo, double sua, double peso) {
         if (suo.testo.isEmpty())
             return;
@@ -538,6 +625,18 @@ Pronostico Pronosticatore::dopo(const Allineamento &allineamento, size_t quanti,
         Candidato suo = candidato(etichetta, tutti, luogo);
         if (prima)
             concorda(tutti, suo);
+        if (eCasella(etichetta) && Chiave::forma(etichetta / 2) == FormaDeclinata && lettere > 0 &&
+            !(suo.spazio + suo.testo).startsWith(coda)) {
+            const auto intera = completa(suo, coda);
+            if (intera == Completa::Forse) {
+                // La forma non si conosce, ma ciò che è scritto ne può essere l'inizio.
+                somma += sua;
+                ignoti += peso;
+                continue;
+            }
+        }
+        if (suo.testo.isEmpty() && lettere == 0)
+            ignoti += peso;
         prova(suo, sua, peso);
         if (lettere > 0 && eCasella(etichetta)) {
             const QStringList grafie = m_letti.altreGrafie(etichetta / 2, m_pronte);
@@ -552,16 +651,24 @@ Pronostico Pronosticatore::dopo(const Allineamento &allineamento, size_t quanti,
         }
     }
     if (migliore.testo.isEmpty() || esito.fine) {
-        esito.peso = esito.fine ? visti * std::exp(-discordia * costo) : 0;
+        esito.peso = (esito.fine ? visti : ignoti) * std::exp(-discordia * costo);
         return esito;
     }
     // Senza lettere davanti, ciò che non comincia come dovrebbe non è una possibilità in meno.
     migliore.sicurezza *= lettere == 0 ? massa : massa / somma;
+    consistenti += ignoti;
     if (migliore.chiave != 0)
         migliore.sicurezza *= ambigua(migliore.chiave, tutti, allineamento, quanti, luogo);
     if (lettere == 0 && novita(tutti, allineamento, quanti))
         migliore.sicurezza *= 0.8;
-    esito.fiducia = rottura(tutti, allineamento, quanti) * std::exp(-0.1 * costo);
+    double fila = 0;
+    double tutta = 0;
+    for (const Campione &uno : tutti) {
+        fila += uno.fila * uno.peso;
+        tutta += uno.peso;
+    }
+    esito.fiducia =
+        (0.7 + 0.3 * fila / tutta) * rottura(tutti, allineamento, quanti) * std::exp(-0.1 * costo);
     esito.primo = migliore;
     esito.peso = (consistenti > 0 ? consistenti : 0.01) * std::exp(-discordia * costo);
     return esito;

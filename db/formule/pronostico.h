@@ -2,6 +2,8 @@
 
 #include "db/formule/allineamento.h"
 
+#include <array>
+
 // Che cosa viene dopo, a giudicare da ciò che venne negli atti arrivati allo stesso posto.
 namespace modTarvola::formule
 {
@@ -21,6 +23,26 @@ struct Pronostico {
     double fiducia = 1;      // che si sia ancora nella formula, qualunque cosa venga
     double peso = 0;         // quanto somigliano, in tutto, gli atti che lo dicono
     double spazioSicuro = 0; // che uno spazio venga comunque
+};
+
+// Quanto spesso i pronostici di un registro furono giusti, secondo quanto se ne era sicuri.
+class Prove
+{
+public:
+    void conta(const Pronostico &pronostico, bool cominciata, bool giusto);
+    // Da 0 a 1. `cominciata`: della parola c'è già qualche lettera.
+    double sicurezza(const Pronostico &pronostico, bool cominciata) const;
+
+private:
+    struct Conto {
+        double giusti = 0;
+        double tutti = 0;
+    };
+    static constexpr size_t gradi = 7;
+    static constexpr size_t specie = 4;
+    static size_t quale(const Pronostico &pronostico, bool cominciata);
+
+    std::array<Conto, gradi * specie> m_conti;
 };
 
 class Pronosticatore
@@ -43,12 +65,15 @@ private:
         const Elemento *elemento = nullptr; // nullo: l'atto finisce lì
         const Elemento *prima = nullptr;    // quello che lo precede
         double peso = 0;
+        double fila = 0; // quanto combacia ciò che lo precede, da 0 a 1
         int etichetta = 0;
     };
     struct Scelta {
         int etichetta = -1;
         double sicurezza = 0;
+        double regola = 0; // quanto spesso scegliere così è stato giusto
     };
+    enum class Completa { Si, No, Forse };
     using Campioni = std::vector<Campione>;
 
     const AttiLetti::Reso &reso(int chiave, int luogo) const;
@@ -56,7 +81,7 @@ private:
                       double &costo) const;
     std::vector<int> etichette(Campioni &campioni, const Allineamento &allineamento,
                                size_t quanti) const;
-    Scelta sceglie(const Campioni &campioni, const std::vector<int> &etichette, int luogo) const;
+    Scelta sceglie(const Campioni &campioni, const std::vector<int> &etichette) const;
     Scelta perTratto(const Campioni &campioni, int tratto) const;
     double solitario(int etichetta) const;
     Candidato candidato(int etichetta, const Campioni &campioni, int luogo) const;
@@ -65,6 +90,10 @@ private:
     void concorda(const Campioni &campioni, Candidato &candidato) const;
     double preferenza(int chiave, const Allineamento &allineamento, size_t quanti) const;
     double rottura(const Campioni &campioni, const Allineamento &allineamento, size_t quanti) const;
+    Completa completa(Candidato &candidato, const QString &coda) const;
+    bool compiuta(const Elemento &scritto, const Elemento &letto) const;
+    double seguito(const Allineamento &allineamento, size_t quanti,
+                   const std::vector<Elemento> &elementi, size_t dove) const;
     bool novita(const Campioni &campioni, const Allineamento &allineamento, size_t quanti) const;
 
     const AttiLetti &m_letti;
