@@ -9,7 +9,8 @@ namespace modTarvola::formule
 namespace
 {
 
-constexpr int attiAlPiu = 120;
+constexpr int attiAlPiu = 80;
+constexpr int attiProvati = 10; // basta per sapere quanto fidarsi
 const QString campoTesto = QStringLiteral("Campolungo");
 
 // Gli atti del registro più vicini a quello dato, che non c'è; agli ultimi se è vuoto.
@@ -69,7 +70,8 @@ Formulario legge(ado::Connection &connessione, const QString &registro,
         const scheda::SchedaAtto pagina(*scheda, *letto);
         const QString testo = pagina.valore({QStringLiteral("testo"), 0, 0, campoTesto}).toString();
         if (!testo.isEmpty())
-            formulario.impara(caselleDi(pagina), testo, true);
+            formulario.impara(caselleDi(pagina), testo, true,
+                              codici.crend() - codice <= attiProvati);
     }
     return formulario;
 }
