@@ -112,8 +112,16 @@ void scrive(const formule::Formulario &formulario, const formule::Caselle &casel
 void legge(const formule::Formulario &formulario, const formule::Caselle &caselle,
            const QString &testo, Conto &conto, bool parla)
 {
-    const auto lette = formulario.caselle(testo, {});
+    // Volume, pagina e numero la pagina li sa già.
+    formule::Caselle note;
     for (auto una = caselle.cbegin(); una != caselle.cend(); ++una) {
+        if (una.key().posto == QStringLiteral("voce") && una.key().campo != QStringLiteral("Data"))
+            note.insert(una.key(), una.value());
+    }
+    const auto lette = formulario.caselle(testo, note);
+    for (auto una = caselle.cbegin(); una != caselle.cend(); ++una) {
+        if (note.contains(una.key()))
+            continue;
         const auto letta = lette.constFind(una.key());
         if (letta == lette.constEnd()) {
             ++conto.vuote;
@@ -131,7 +139,7 @@ void legge(const formule::Formulario &formulario, const formule::Caselle &casell
                         qUtf8Printable(una->valore), qUtf8Printable(caselle.value(una.key())));
     }
     for (auto una = caselle.cbegin(); parla && una != caselle.cend(); ++una) {
-        if (!lette.contains(una.key()))
+        if (!lette.contains(una.key()) && !note.contains(una.key()))
             std::printf("   vuota %s %d %d %s: %s\n", qUtf8Printable(una.key().posto),
                         una.key().quale, una.key().evento, qUtf8Printable(una.key().campo),
                         qUtf8Printable(una.value()));

@@ -120,8 +120,8 @@ bool Declinazioni::immutate(const QString &luogo) const
         for (const Vista &vista : *una) {
             if (!vista.luogo.startsWith(luogo))
                 continue;
-            ++tutte;
-            uguali += vista.testo == una.key() ? 1 : 0;
+            tutte += vista.volte;
+            uguali += vista.testo == una.key() ? vista.volte : 0;
         }
     }
     constexpr int poche = 4;

@@ -29,13 +29,18 @@ QString dopoGiorni(const QString &riferimento, const QString &giorni)
     return da == 0 ? QString() : QDate::fromJulianDay(da + giorni.toInt()).toString(Qt::ISODate);
 }
 
-// Parole e coppie di parole di un testo, una volta ciascuna.
+// Parole e coppie di parole di un testo, una volta ciascuna; non i nomi, che non decidono nulla.
 QSet<QString> indizi(const QStringList &parole)
 {
     QSet<QString> trovati;
+    const auto ferma = [&](qsizetype i) {
+        return i >= 0 && !parole.at(i).isEmpty() && parole.at(i).front().isLower();
+    };
     for (qsizetype i = 0; i < parole.size(); ++i) {
+        if (!ferma(i))
+            continue;
         trovati.insert(parole.at(i));
-        if (i > 0)
+        if (ferma(i - 1))
             trovati.insert(parole.at(i - 1) + u' ' + parole.at(i));
     }
     return trovati;
@@ -102,7 +107,7 @@ void Rilettura::perParole()
     for (const AttoLetto &atto : m_letti.atti()) {
         QStringList parole;
         for (const Elemento &elemento : atto.elementi)
-            parole += m_letti.testo(elemento.testo).toLower().split(u' ');
+            parole += m_letti.testo(elemento.testo).split(u' ');
         indiziDi.push_back(indizi(parole) & miei);
         for (auto una = atto.caselle.cbegin(); una != atto.caselle.cend(); ++una)
             ++volte[una.key()];
@@ -127,19 +132,33 @@ void Rilettura::perParole()
             for (const QString &indizio : std::as_const(indiziDi[a]))
                 ++conti[indizio][suo];
         }
-        QString migliore;
-        int prove = 1;
-        if (tutti.size() == 1) {
-            migliore = tutti.firstKey();
-            prove = tutti.first();
-        }
+        // Ogni parola che si è vista con un valore solo vota per quello, tanto più quanto più
+        // spesso c'è quando il valore è quello.
+        QMap<QString, double> voti;
+        if (tutti.size() == 1 && tutti.first() >= proveMinime)
+            voti.insert(tutti.firstKey(), 1);
         for (auto conto = conti.cbegin(); tutti.size() > 1 && conto != conti.cend(); ++conto) {
-            if (conto->size() == 1 && conto->first() > prove) {
-                prove = conto->first();
-                migliore = conto->firstKey();
+            constexpr int vista = 2;
+            if (conto->size() == 1 && conto->first() >= vista) {
+                double &suo = voti[conto->firstKey()];
+                suo = std::max(suo, static_cast<double>(conto->first()) /
+                                        tutti.value(conto->firstKey()));
             }
         }
-        if (prove < 2 || migliore.isEmpty())
+        QString migliore;
+        double primo = 0;
+        double secondo = 0;
+        for (auto voto = voti.cbegin(); voto != voti.cend(); ++voto) {
+            secondo = std::max(secondo, std::min(primo, *voto));
+            if (*voto > primo) {
+                secondo = primo;
+                primo = *voto;
+                migliore = voto.key();
+            }
+        }
+        constexpr double netta = 1.5;
+        constexpr double minima = 0.3;
+        if (migliore.isEmpty() || primo < minima || primo < secondo * netta)
             continue;
         mette(dove, data ? dopoGiorni(nota(diAtto), migliore) : migliore);
     }

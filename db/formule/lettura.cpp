@@ -9,11 +9,13 @@ namespace modTarvola::formule
 namespace
 {
 
-constexpr int attiAlPiu = 120;
+constexpr int attiAlPiu = 80;
+constexpr int attiProvati = 10; // basta per sapere quanto fidarsi
 const QString campoTesto = QStringLiteral("Campolungo");
 
 // Gli atti del registro più vicini a quello dato, che non c'è; agli ultimi se è vuoto.
-QStringList vicini(ado::Connection &connessione, const QString &registro, const QString &atto)
+QStringList vicini(ado::Connection &connessione, const QString &registro, const QString &atto,
+                   int quanti)
 {
     const QString numero = QStringLiteral("CAST(substr(Codice, 2) AS INTEGER)");
     QStringList codici;
@@ -21,10 +23,26 @@ QStringList vicini(ado::Connection &connessione, const QString &registro, const 
                                       "%1 < CAST(substr(?2, 2) AS INTEGER)) ORDER BY %1 DESC "
                                       "LIMIT ?3")
                            .arg(numero),
-                       {registro, atto.isNull() ? QStringLiteral("") : atto, attiAlPiu},
+                       {registro, atto.isNull() ? QStringLiteral("") : atto, quanti},
                        {}},
                       [&](const ado::Riga &riga) {
                           codici.append(riga.testo(0));
+                          return true;
+                      });
+    return codici;
+}
+
+// Pochi altri registri del tipo, i più nuovi in fondo.
+QStringList altriRegistri(ado::Connection &connessione, const QString &registro, int tipo)
+{
+    constexpr int pochi = 4;
+    QStringList codici;
+    connessione.leggi({QStringLiteral("SELECT Codice FROM Registri WHERE Tipo = ? AND Codice <> ? "
+                                      "ORDER BY CAST(substr(Codice, 2) AS INTEGER) DESC LIMIT ?"),
+                       {tipo, registro, pochi},
+                       {}},
+                      [&](const ado::Riga &riga) {
+                          codici.prepend(riga.testo(0));
                           return true;
                       });
     return codici;
@@ -61,16 +79,26 @@ Formulario legge(ado::Connection &connessione, const QString &registro,
     const scheda::Scheda *scheda = scheda::diTipo(nuovoAtto(connessione, registro).tipo);
     if (scheda == nullptr)
         return formulario;
-    const QStringList codici = vicini(connessione, registro, atto);
-    for (auto codice = codici.crbegin(); codice != codici.crend() && prosegue(); ++codice) {
-        const auto letto = leggeAtto(connessione, *codice);
-        if (!letto)
-            continue;
-        const scheda::SchedaAtto pagina(*scheda, *letto);
-        const QString testo = pagina.valore({QStringLiteral("testo"), 0, 0, campoTesto}).toString();
-        if (!testo.isEmpty())
-            formulario.impara(caselleDi(pagina), testo, true);
+    const auto impara = [&](const QStringList &codici, bool nelRegistro) {
+        for (auto codice = codici.crbegin(); codice != codici.crend() && prosegue(); ++codice) {
+            const auto letto = leggeAtto(connessione, *codice);
+            if (!letto)
+                continue;
+            const scheda::SchedaAtto pagina(*scheda, *letto);
+            const QString testo =
+                pagina.valore({QStringLiteral("testo"), 0, 0, campoTesto}).toString();
+            if (!testo.isEmpty())
+                formulario.impara(caselleDi(pagina), testo, nelRegistro,
+                                  codici.crend() - codice <= attiProvati);
+        }
+    };
+    const QStringList suoi = vicini(connessione, registro, atto, attiAlPiu);
+    if (suoi.size() < attiProvati) {
+        const QStringList altri = altriRegistri(connessione, registro, scheda->tipo);
+        for (const QString &altro : altri)
+            impara(vicini(connessione, altro, {}, attiProvati), false);
     }
+    impara(suoi, true);
     return formulario;
 }
 

@@ -47,7 +47,7 @@ Rilettura::Rilettura(const AttiLetti &letti, const QString &testo, const Caselle
 {
     m_pezzi.resize(std::min(m_pezzi.size(), pezziAlPiu));
     for (const Pezzo &pezzo : m_pezzi)
-        m_parole.append(testo.mid(pezzo.inizio, pezzo.lunghezza).toLower());
+        m_parole.append(testo.mid(pezzo.inizio, pezzo.lunghezza));
     for (const AttoLetto &atto : letti.atti()) {
         for (const Elemento &elemento : atto.elementi) {
             ++m_volte[dopo(elemento.luogo, elemento.testo, true)];
@@ -86,7 +86,9 @@ void Rilettura::mette(const scheda::Indirizzo &dove, const QString &valore)
 // Gli atti le cui parole ferme stanno nel testo; a parità i più vicini.
 std::vector<const AttoLetto *> Rilettura::simili() const
 {
-    const QSet<QString> parole(m_parole.begin(), m_parole.end());
+    QSet<QString> parole;
+    for (const QString &una : m_parole)
+        parole.insert(una.toLower());
     std::vector<std::pair<double, const AttoLetto *>> tutti;
     double vicino = 0;
     for (const AttoLetto &atto : m_letti.atti()) {
@@ -165,7 +167,9 @@ double Rilettura::costo(int chiave, size_t da, size_t quanti)
                                                               : QStringLiteral("Nome")) +
                              u'*']
                         .contains(parola);
-        somma += sua ? 0.02 : diAltri ? 0.5 : 0.15;
+        const double ignota = campo == QStringLiteral("Cognome") ? 0.25 : 0.12;
+        somma += sua ? 0.02 : diAltri ? 0.5 : ignota;
+        somma += nome && parola.front().isLower() ? 0.5 : 0;
     }
     return somma;
 }
@@ -181,7 +185,6 @@ double Rilettura::allinea(const AttoLetto &atto, std::vector<Tratto> &tratti)
     std::vector<int> chiavi;
     for (const Elemento &elemento : atto.elementi)
         chiavi.push_back(chiaveDi(elemento));
-    QHash<quint64, double> noti;
     costi[0] = 0;
     for (size_t i = 0; i <= n; ++i) {
         for (size_t j = 0; j <= m; ++j) {
@@ -201,17 +204,22 @@ double Rilettura::allinea(const AttoLetto &atto, std::vector<Tratto> &tratti)
             if (i == n)
                 continue;
             if (chiavi[j] == 0) {
-                const QString &suo = m_letti.testo(elemento.testo);
-                const double d = static_cast<double>(distanza(scritto(i, 1), suo));
-                if (m_pezzi[i].parola == elemento.parola)
-                    arriva(qui(i + 1, j + 1), d * 1.2, 1);
+                if (m_pezzi[i].parola != elemento.parola)
+                    continue;
+                const quint64 quale = (static_cast<quint64>(elemento.testo) << 16) + i;
+                auto d = m_distanze.constFind(quale);
+                if (d == m_distanze.constEnd())
+                    d = m_distanze.insert(
+                        quale, static_cast<double>(
+                                   distanza(scritto(i, 1), m_letti.testo(elemento.testo))));
+                arriva(qui(i + 1, j + 1), *d * 1.2, 1);
                 continue;
             }
             for (size_t k = 1; k <= std::min(spanAlPiu, n - i); ++k) {
                 const quint64 quale = (static_cast<quint64>(chiavi[j]) << 24) + (i << 8) + k;
-                auto suo = noti.constFind(quale);
-                if (suo == noti.constEnd())
-                    suo = noti.insert(quale, costo(chiavi[j], i, k));
+                auto suo = m_noti.constFind(quale);
+                if (suo == m_noti.constEnd())
+                    suo = m_noti.insert(quale, costo(chiavi[j], i, k));
                 if (*suo <= 1)
                     arriva(qui(i + k, j + 1), *suo, k);
             }
@@ -251,8 +259,7 @@ QString Rilettura::nome(const Tratto &tratto) const
     const QStringList parole = scritto(tratto.da, tratto.quanti).simplified().split(u' ');
     for (const QString &parola : parole) {
         QString base = m_letti.declinazioni().base(parola);
-        if (base.isEmpty() && dove.campo == QStringLiteral("Cognome") &&
-            m_letti.declinazioni().immutate(dove.posto + u'.' + dove.campo))
+        if (base.isEmpty() && m_letti.declinazioni().immutate(dove.posto + u'.' + dove.campo))
             base = parola;
         if (base.isEmpty())
             return {};

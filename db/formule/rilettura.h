@@ -49,7 +49,9 @@ private:
     QString m_testo;
     const Caselle &m_note;
     std::vector<Pezzo> m_pezzi;
-    QStringList m_parole;                   // minuscole
+    QStringList m_parole;
+    QHash<quint64, double> m_noti;          // i costi delle caselle
+    QHash<quint64, double> m_distanze;      // e quelli delle parole
     QHash<quint64, int> m_volte;            // di una chiave, o di un testo, dopo una parola ferma
     QHash<QString, QSet<QString>> m_valori; // per campo: i valori visti, e le loro parole
     QMap<scheda::Indirizzo, Lettura> m_lette;
