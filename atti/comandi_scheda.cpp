@@ -71,6 +71,12 @@ void fmScheda::creaMenu()
         comandi::lega(azione, voce.id);
         azione->setShortcutContext(Qt::WidgetWithChildrenShortcut);
         connect(azione, &QAction::triggered, this, voce.compie);
+        // In sola lettura restano i comandi che non scrivono.
+        static const QStringList senzaScrivere{QStringLiteral("scheda.precedente"),
+                                               QStringLiteral("scheda.successivo"),
+                                               QStringLiteral("scheda.tasti")};
+        azione->setEnabled(proprieta.TipoLock != ado::adLockReadOnly ||
+                           senzaScrivere.contains(voce.id));
         m_menu->addAction(azione);
         addAction(azione);
         if (voce.inBarra)

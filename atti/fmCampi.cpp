@@ -7,10 +7,10 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QShortcut>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -49,13 +49,7 @@ fmCampi::fmCampi(const scheda::Scheda &scheda, const scheda::Scelte &scelte,
     elenca(scheda, scelte);
     connect(m_elenco, &QTreeWidget::currentItemChanged, this, &fmCampi::mostraScelta);
     connect(m_usi, &QButtonGroup::idClicked, this, [this](int quale) { usa(usi[quale]); });
-    // Dall'elenco stesso: la barra passa da un uso all'altro.
-    auto *barra = new QShortcut(Qt::Key_Space, m_elenco, nullptr, nullptr, Qt::WidgetShortcut);
-    connect(barra, &QShortcut::activated, this, [this] {
-        const int ora = m_usi->checkedId();
-        const bool dueSole = !m_usi->button(ora == 1 ? 2 : 0)->isEnabled();
-        usa(usi[(ora + 1) % (dueSole ? 2 : 3)]);
-    });
+    m_elenco->installEventFilter(this);
     m_elenco->setCurrentItem(m_elenco->topLevelItem(0));
     m_elenco->setFocus();
     memoria::ricordaFinestra(this, objectName());
@@ -173,6 +167,17 @@ void fmCampi::usa(Uso uso)
             mostra(voce, uso);
     }
     mostraScelta();
+}
+
+// Nell'elenco la barra spaziatrice passa da un uso all'altro.
+bool fmCampi::eventFilter(QObject *oggetto, QEvent *evento)
+{
+    if (evento->type() != QEvent::KeyPress ||
+        static_cast<QKeyEvent *>(evento)->key() != Qt::Key_Space)
+        return QDialog::eventFilter(oggetto, evento);
+    const int quanti = m_usi->button(2)->isEnabled() ? 3 : 2;
+    usa(usi[(m_usi->checkedId() + 1) % quanti]);
+    return true;
 }
 
 void fmCampi::comeAllInizio()

@@ -22,6 +22,9 @@ public:
     // Ciò che si è scelto di diverso da come la scheda lo dà.
     modTarvola::scheda::Scelte scelte() const;
 
+protected:
+    bool eventFilter(QObject *oggetto, QEvent *evento) override;
+
 private:
     void elenca(const modTarvola::scheda::Scheda &scheda, const modTarvola::scheda::Scelte &scelte);
     void creaUsi(QWidget *sopra);

@@ -1,11 +1,16 @@
 #include "atti/fmScheda.h"
 #include "atti/pagina.h"
 #include "comune.h"
+#include "db/atto/campi_pagina.h"
 #include "db/atto/registro_atti.h"
+#include "db/lavoro/lavoro.h"
 #include "persona.h"
 #include "programma.h"
 
 #include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTimer>
+#include <QTreeWidget>
 
 using scheda::SchedaAtto;
 
@@ -302,6 +307,37 @@ private slots:
             QVERIFY(!scheda->daRegistrare());
         }
         QCOMPARE(tutteLeRighe(), prima);
+    }
+    // La finestra vera: nasconde, tiene nell'archivio, va via col registro.
+    void campiScelti()
+    {
+        const auto casella = [this](const QString &nome) {
+            const auto tutte = scheda->findChildren<QLineEdit *>();
+            return *std::find_if(tutte.begin(), tutte.end(), [&](const QLineEdit *una) {
+                return una->accessibleName() == nome;
+            });
+        };
+        apre(u"R1"_s);
+        QVERIFY(casella(u"Padre: Vivente"_s)->isVisible());
+        QTimer::singleShot(0, scheda.get(), [] {
+            auto *finestra = QApplication::activeModalWidget();
+            auto *elenco = finestra->findChild<QTreeWidget *>();
+            for (int i = 0; i < elenco->topLevelItemCount(); ++i) {
+                QTreeWidgetItem *voce = elenco->topLevelItem(i);
+                if (voce->text(0) == u"Padre" && voce->text(1) == u"Vivente")
+                    elenco->setCurrentItem(voce);
+            }
+            QTest::keyClick(elenco, Qt::Key_Space);
+            finestra->findChild<QPushButton *>(u"OK"_s)->click();
+        });
+        QTest::keyClick(scheda.get(), Qt::Key_F9);
+        QVERIFY(casella(u"Padre: Vivente"_s)->isHidden());
+        apre(u"R1"_s);
+        QVERIFY(casella(u"Padre: Vivente"_s)->isHidden());
+        Lavoro lavoro(connessione());
+        lavoro.elimina(u"R1"_s);
+        lavoro.conferma();
+        QVERIFY(scheda::leggeScelte(connessione(), u"R1"_s).isEmpty());
     }
 };
 
