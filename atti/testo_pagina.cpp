@@ -8,7 +8,7 @@
 namespace
 {
 
-constexpr int righeFisse = 3; // fin qui l'altezza non cresce con la pagina
+constexpr int righeFisse = 2; // fin qui l'altezza non cresce con la pagina
 
 } // namespace
 
