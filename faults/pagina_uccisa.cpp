@@ -223,6 +223,28 @@ struct Conto {
     int perdite = 0;
 };
 
+// Salva con la tastiera in un processo suo, che muore alla chiamata detta; rende quante sono state.
+QByteArray salva(const QString &cartella, const QMap<QString, QByteArray> &comEra, int quale,
+                 int &stato)
+{
+    rimette(cartella, comEra);
+    return aParte(
+        [&] {
+            inganni::Piano piano;
+            piano.cartella = cartella;
+            piano.quale = quale;
+            piano.muore = true;
+            inganni::arma(piano);
+            preme(Qt::Key_Return, QStringLiteral("\r"), Qt::ControlModifier);
+            const int passate = inganni::passate();
+            inganni::disarma();
+            if (quale >= 0) // dopo l'ultima
+                ::kill(::getpid(), SIGKILL);
+            return QByteArray::number(passate);
+        },
+        stato);
+}
+
 // La pagina è pronta, tutto è scritto: da qui un processo per ciascuna chiamata, che muore lì.
 Conto uccide(const Scena &scena, const Passo &passo, const QString &cartella)
 {
@@ -233,27 +255,9 @@ Conto uccide(const Scena &scena, const Passo &passo, const QString &cartella)
     };
     const QString percorso = archivioIn(cartella);
     const QMap<QString, QByteArray> comEra = file(cartella);
-    const auto salva = [&](int quale, int &stato) {
-        rimette(cartella, comEra);
-        return aParte(
-            [&] {
-                inganni::Piano piano;
-                piano.cartella = cartella;
-                piano.quale = quale;
-                piano.muore = true;
-                inganni::arma(piano);
-                preme(Qt::Key_Return, QStringLiteral("\r"), Qt::ControlModifier);
-                const int passate = inganni::passate();
-                inganni::disarma();
-                if (quale >= 0) // dopo l'ultima
-                    ::kill(::getpid(), SIGKILL);
-                return QByteArray::number(passate);
-            },
-            stato);
-    };
     const QByteArray prima = impronta(percorso);
     int stato = 0;
-    const int chiamate = salva(-1, stato).toInt();
+    const int chiamate = salva(cartella, comEra, -1, stato).toInt();
     const QByteArray dopo = impronta(percorso);
     if (stato != 0 || chiamate == 0 || dopo == prima)
         perduto("it is not saved: " + QByteArray::number(stato));
@@ -262,7 +266,7 @@ Conto uccide(const Scena &scena, const Passo &passo, const QString &cartella)
         quali.append(quale);
     quali.append(chiamate); // quando ha finito
     for (const int quale : std::as_const(quali)) {
-        salva(quale, stato);
+        salva(cartella, comEra, quale, stato);
         if (!WIFSIGNALED(stato) || WTERMSIG(stato) != SIGKILL)
             perduto("not killed at call " + QByteArray::number(quale));
         const QByteArray resta = impronta(percorso);

@@ -51,7 +51,8 @@ Copia copia(ado::Connection &archivio)
                            return true;
                        });
         const catalogo::Tabella *sua = catalogo::cerca(tabella);
-        const qsizetype chiavi = sua == nullptr ? colonne.size() : sua->chiave().size();
+        const qsizetype chiavi =
+            sua == nullptr ? colonne.size() : static_cast<qsizetype>(sua->chiave().size());
         archivio.leggi({QStringLiteral("SELECT %1 FROM %2")
                             .arg(colonne.join(QStringLiteral(", ")), catalogo::citata(tabella)),
                         {},
