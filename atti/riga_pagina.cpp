@@ -179,8 +179,8 @@ void RigaPagina::dispone()
     for (const Campo *campo : m_campi)
         campo->didascalia()->hide();
     m_collocati = std::move(ora);
-    setVisible(!m_collocati.empty()); // una riga di cui non si vede nulla non tiene posto
     m_intestate.assign(posti.empty() ? 0 : static_cast<size_t>(posti.back().linea) + 1, true);
+    setVisible(!m_collocati.empty()); // una riga di cui non si vede nulla non tiene posto
     updateGeometry();
     colloca();
     emit ridisposta();
