@@ -34,7 +34,7 @@ QString vero(const QString &percorso)
 void apre(ado::Connection &connessione, const QString &percorso)
 {
     apriFile(connessione, percorso);
-    rifiutaPiuNuovo(connessione, versioneSchema);
+    rifiutaPiuNuovo(connessione, versioneConAccanto);
     const int versione = versioneDi(connessione);
     if (versione < 1)
         throw ado::Errore(

@@ -115,6 +115,7 @@ void togliAccantoVuote(ado::Connection &connessione)
                  .isValid())
             connessione.Execute({QStringLiteral("DROP TABLE %1").arg(tabella), {}, {}});
     }
+    segnaVersione(connessione);
 }
 
 // I codici non ripartono da numeri che le righe salvate nominano ancora: un record nuovo si
@@ -190,7 +191,7 @@ void rifiutaVersioneNuova(const QString &danneggiato)
                           QStringLiteral("il file di archivi è della versione %1, più nuova di "
                                          "quella di questo programma (versione %2)")
                               .arg(pagine::File(danneggiato).versione())
-                              .arg(versioneSchema));
+                              .arg(versioneConAccanto));
 }
 
 // Vero se la riga dello schema è di qualcosa che questa versione fa.
@@ -206,7 +207,7 @@ bool nostra(const pagine::RigaDiSchema &riga)
 bool diVersioneNuova(const QString &percorso)
 {
     const pagine::File file(percorso);
-    if (file.versione() <= versioneSchema)
+    if (file.versione() <= versioneConAccanto)
         return false;
     const auto schema = pagine::schemaDi(file);
     return !std::all_of(schema.cbegin(), schema.cend(), [](const pagine::RigaDiSchema &riga) {

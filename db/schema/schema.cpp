@@ -8,6 +8,8 @@
 #include "db/schema/tabelle.h"
 #include "db/schema/versioni.h"
 
+#include <algorithm>
+
 namespace modTarvola
 {
 
@@ -148,8 +150,26 @@ bool haTabella(ado::Connection &connessione, const QString &tabella)
 
 void creaAccanto(ado::Connection &connessione, const QString &tabella)
 {
-    if (!haTabella(connessione, tabella))
-        connessione.Execute({creazioneAccanto(tabella), {}, {}});
+    if (haTabella(connessione, tabella))
+        return;
+    connessione.Execute({creazioneAccanto(tabella), {}, {}});
+    segnaVersione(connessione);
+}
+
+void segnaVersione(ado::Connection &connessione)
+{
+    const auto presente = [&connessione](const QString &tabella) {
+        return haTabella(connessione, tabella);
+    };
+    const QStringList &nostre = tabelleAccanto();
+    const bool qualcuna = std::any_of(nostre.begin(), nostre.end(), presente) ||
+                          std::any_of(std::begin(passi::tavole), std::end(passi::tavole),
+                                      [&presente](const char *tavola) {
+                                          return presente(QString::fromUtf8(tavola));
+                                      });
+    const int sua = qualcuna ? versioneConAccanto : versioneSchema;
+    if (versioneDi(connessione) != sua)
+        connessione.Execute({QStringLiteral("PRAGMA user_version = %1").arg(sua), {}, {}});
 }
 
 const QStringList &tabelleAccanto()
@@ -209,9 +229,10 @@ void creaSchema(ado::Connection &connessione)
 
 void verificaSchema(ado::Connection &connessione)
 {
-    rifiutaPiuNuovo(connessione, versioneSchema);
+    rifiutaPiuNuovo(connessione, versioneConAccanto);
     verificaSchemaEstraneo(connessione, istruzioniNote());
-    portaAllaVersione(connessione, passaggi, versioneSchema);
+    if (versioneDi(connessione) < versioneSchema)
+        portaAllaVersione(connessione, passaggi, versioneSchema);
     verificaTabelle(connessione);
 }
 

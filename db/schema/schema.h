@@ -6,7 +6,10 @@
 namespace modTarvola
 {
 
+// La versione delle quattordici tabelle, e quella di un file che ne ha altre accanto: chi conosce
+// solo la prima sa che è più nuovo.
 constexpr int versioneSchema = 1;
+constexpr int versioneConAccanto = 2;
 
 // Le dieci tabelle i cui record hanno un codice, nell'ordine in cui stanno sotto.
 const QStringList &tabelleConCodice();
@@ -21,6 +24,9 @@ const QStringList &tabelleAccanto();
 bool haTabella(ado::Connection &connessione, const QString &tabella);
 // Crea una tabella di quelle accanto, se manca. Lancia ado::Errore.
 void creaAccanto(ado::Connection &connessione, const QString &tabella);
+// Segna nel file la versione che gli spetta, secondo le tabelle che ha accanto. Da chiamare dopo
+// averne create o tolte.
+void segnaVersione(ado::Connection &connessione);
 
 // Tutte le istruzioni che possono stare nello schema di un archivio, di questa versione e delle
 // precedenti.

@@ -1,6 +1,7 @@
 #include "db/storia/registrazione.h"
 
 #include "db/schema/passi.h"
+#include "db/schema/schema.h"
 #include "db/schema/tabelle.h"
 #include "db/storia/contenuti.h"
 #include "db/storia/storia.h"
@@ -125,6 +126,7 @@ qint64 Registrazione::numero()
     if (!presente(m_connessione)) {
         for (const char *istruzione : {passi::creaStoria, passi::creaContenuti})
             m_connessione.Execute({QString::fromUtf8(istruzione), {}, {}});
+        segnaVersione(m_connessione);
     }
     m_numero = m_connessione
                    .valore({QStringLiteral("SELECT coalesce(max(Numero), 0) + 1 FROM "

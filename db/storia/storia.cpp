@@ -1,6 +1,7 @@
 #include "db/storia/storia.h"
 
 #include "db/schema/passi.h"
+#include "db/schema/schema.h"
 
 namespace modTarvola::storia
 {
@@ -105,6 +106,7 @@ void toglieDallaCopia(ado::Connection &copia, const provvisorio::Passo &passo)
         ado::Transazione transazione(copia);
         for (const QString &tavola : tavole())
             copia.Execute({QStringLiteral("DROP TABLE ") + tavola, {}, {}});
+        segnaVersione(copia);
         transazione.conferma();
     }
     // Di solito la storia è una piccola parte del file, in fondo: riscriverlo costa più che
