@@ -1,8 +1,12 @@
 #include "app/area.h"
+#include "app/fmBozze.h"
 #include "app/fmChiudi.h"
 #include "app/fmGuida.h"
 #include "app/fmLogin.h"
 #include "app/MDITras.h"
+#include "atti/fmCampi.h"
+#include "atti/fmScheda.h"
+#include "atti/fmTasti.h"
 #include "browser/fmVisualizza.h"
 #include "comune.h"
 #include "contesto/finestre.h"
@@ -36,12 +40,17 @@ namespace
 
 using Finestra = std::shared_ptr<QWidget>;
 
+// Ciò che in un archivio fingerebbe d'essere testo formattato.
+const QString ostile = u"<img src=\"file:///dev/null\"><b>x</b> & [*]"_s;
+
 const QStringList editori{u"fmArchivio"_s,  u"fmRegistro"_s, u"fmVoce"_s,
                           u"fmIndividuo"_s, u"fmFamiglia"_s, u"fmEvento"_s,
                           u"fmLuogo"_s,     u"fmRecapito"_s, u"fmOperatore"_s};
 const QStringList conCaselle = editori + QStringList{u"fmTxtL"_s, u"fmLogin"_s};
 const QStringList dialoghi = conCaselle + QStringList{u"fmVisualizza"_s, u"fmChiudi"_s,
-                                                      u"fmGuida"_s, u"FinestraOrtografia"_s};
+                                                      u"fmGuida"_s,      u"FinestraOrtografia"_s,
+                                                      u"fmScheda"_s,     u"fmCampi"_s,
+                                                      u"fmTasti"_s,      u"fmBozze"_s};
 const QStringList tabelle{u"Archivi"_s,  u"Registri"_s, u"Voci"_s,  u"Individui"_s,
                           u"Famiglie"_s, u"Eventi"_s,   u"Binari"_s};
 
@@ -85,6 +94,26 @@ Finestra ortografia()
     return {correzione, correzione->finestra.get()};
 }
 
+// La pagina di un atto nuovo, in un registro col titolo ostile.
+Finestra scheda(const QString &percorso)
+{
+    esegui(u"INSERT INTO Archivi (Codice, Nome) VALUES ('A1', 'Duomo')"_s);
+    esegui(u"INSERT INTO Registri (Codice, Archivio, Tipo, Titolo) VALUES ('R1', 'A1', 9, ?)"_s,
+           {ostile});
+    ProprietaScheda sue;
+    sue.Percorso = percorso;
+    sue.RegistroLocale = u"R1"_s;
+    auto pagina = std::make_unique<fmScheda>(sue, nullptr);
+    pagina->Form_Load();
+    return pagina;
+}
+
+QList<bozze::Bozza> bozza()
+{
+    bozze::Finestra finestra{u"fmVoce"_s, ostile, {}, {}, {}, {{u"Volume"_s, ostile, ostile, {}}}};
+    return {{QDateTime::currentDateTime(), {finestra}}};
+}
+
 // Ogni finestra del programma, per nome; nulla se non si può costruire.
 Finestra finestra(const QString &nome, const ArchivioDiProva &archivio)
 {
@@ -104,6 +133,14 @@ Finestra finestra(const QString &nome, const ArchivioDiProva &archivio)
         return std::make_unique<fmGuida>(QStringLiteral(CARTELLA_GUIDA), nullptr);
     if (nome == u"FinestraOrtografia")
         return ortografia();
+    if (nome == u"fmScheda")
+        return scheda(archivio.percorso());
+    if (nome == u"fmCampi")
+        return std::make_unique<fmCampi>(*scheda::diTipo(9), scheda::Scelte{}, ostile, nullptr);
+    if (nome == u"fmTasti")
+        return std::make_unique<fmTasti>(nullptr);
+    if (nome == u"fmBozze")
+        return std::make_unique<fmBozze>(nullptr, u"Ultime bozze"_s, ostile, bozza(), 1);
     auto testo = std::make_unique<fmTxtL>(nullptr);
     testo->setWindowTitle(u"Nota"_s);
     testo->Form_Load(u"V1"_s);
@@ -432,8 +469,6 @@ private slots:
     }
 
 private:
-    const QString ostile = u"<img src=\"file:///dev/null\"><b>x</b> & [*]"_s;
-
     // Le etichette che si vedono, in qualunque finestra, e che indovinano se sono formattate.
     static QStringList formattate()
     {
