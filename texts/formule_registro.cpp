@@ -1,5 +1,9 @@
 #include "texts/formule_registro.h"
 
+#include <QTimer>
+
+#include <utility>
+
 using namespace modTarvola;
 using formule::Formulario;
 
@@ -16,17 +20,30 @@ FormuleRegistro::FormuleRegistro(const QString &percorso, const QString &registr
         [this, nuovo](const QString &guasto) {
             m_pronto = guasto.isEmpty();
             m_formulario = std::move(*nuovo);
-            for (const auto &[caselle, testo] : std::as_const(m_inAttesa))
-                m_formulario.impara(caselle, testo);
-            m_inAttesa.clear();
             emit letto(guasto);
         });
 }
 
 void FormuleRegistro::impara(const formule::Caselle &caselle, const QString &testo)
 {
-    if (m_lettura->finita())
+    m_inAttesa.append({caselle, testo});
+    // Provare l'atto su ciò che si sapeva costa qualche millesimo: non mentre si aspetta che sia
+    // registrato.
+    QTimer::singleShot(0, this, &FormuleRegistro::imparaIlNuovo);
+}
+
+void FormuleRegistro::imparaIlNuovo()
+{
+    if (!m_lettura->finita())
+        return;
+    for (const auto &[caselle, testo] : std::exchange(m_inAttesa, {}))
         m_formulario.impara(caselle, testo);
-    else
-        m_inAttesa.append({caselle, testo});
+}
+
+const Formulario *FormuleRegistro::formulario()
+{
+    if (!m_pronto)
+        return nullptr;
+    imparaIlNuovo();
+    return &m_formulario;
 }

@@ -17,11 +17,8 @@ public:
                     QObject *sopra);
 
     // Nullo finché non si è finito di leggere, o se non si è potuto.
-    const modTarvola::formule::Formulario *formulario() const
-    {
-        return m_pronto ? &m_formulario : nullptr;
-    }
-    // Un atto registrato ora: se si legge ancora s'impara dopo.
+    const modTarvola::formule::Formulario *formulario();
+    // Un atto registrato ora: s'impara appena il programma non ha altro da fare, o quando serve.
     void impara(const modTarvola::formule::Caselle &caselle, const QString &testo);
 
 signals:
@@ -29,6 +26,8 @@ signals:
     void letto(const QString &guasto);
 
 private:
+    void imparaIlNuovo();
+
     modTarvola::formule::Formulario m_formulario;
     QList<std::pair<modTarvola::formule::Caselle, QString>> m_inAttesa;
     bool m_pronto = false;
