@@ -27,6 +27,26 @@ fmBozze::fmBozze(QWidget *sopra, const QString &titolo, const QString &testo,
     auto *spiega = new QLabel(testo, this);
     spiega->setTextFormat(Qt::PlainText);
     spiega->setWordWrap(true);
+    creaElenco();
+    auto *parti = new QSplitter(Qt::Vertical, this);
+    parti->addWidget(m_elenco);
+    parti->addWidget(m_dettagli);
+    parti->setStretchFactor(0, 3);
+    parti->setStretchFactor(1, 2);
+    parti->setChildrenCollapsible(false);
+    auto *colonna = new QVBoxLayout(this);
+    colonna->addWidget(spiega);
+    colonna->addWidget(parti, 1);
+    colonna->addLayout(bottoni());
+    connect(m_elenco, &QTreeWidget::itemSelectionChanged, this, &fmBozze::mostra);
+    connect(m_elenco, &QTreeWidget::itemActivated, this, &QDialog::accept);
+    resize(fontMetrics().averageCharWidth() * 100, fontMetrics().height() * 26);
+    riempie(scelte);
+    memoria::ricordaFinestra(this, objectName());
+}
+
+void fmBozze::creaElenco()
+{
     m_elenco->setObjectName(QStringLiteral("Bozze"));
     m_elenco->setAccessibleName(tr("Bozze"));
     m_elenco->setHeaderLabels({tr("Che cosa"), tr("Dove"), tr("Quando")});
@@ -36,12 +56,10 @@ fmBozze::fmBozze(QWidget *sopra, const QString &titolo, const QString &testo,
     m_dettagli->setReadOnly(true);
     m_dettagli->setTabChangesFocus(true);
     m_dettagli->setAccessibleName(tr("Ciò che è scritto nella bozza"));
-    auto *parti = new QSplitter(Qt::Vertical, this);
-    parti->addWidget(m_elenco);
-    parti->addWidget(m_dettagli);
-    parti->setStretchFactor(0, 3);
-    parti->setStretchFactor(1, 2);
-    parti->setChildrenCollapsible(false);
+}
+
+QLayout *fmBozze::bottoni()
+{
     auto *chiude = new QPushButton(tr("&Chiudi"), this);
     auto *riga = new QHBoxLayout;
     riga->addStretch();
@@ -52,18 +70,10 @@ fmBozze::fmBozze(QWidget *sopra, const QString &titolo, const QString &testo,
     m_riprende->setDefault(true);
     m_riprende->setObjectName(QStringLiteral("Riprende"));
     m_scarta->setObjectName(QStringLiteral("Scarta"));
-    auto *colonna = new QVBoxLayout(this);
-    colonna->addWidget(spiega);
-    colonna->addWidget(parti, 1);
-    colonna->addLayout(riga);
-    connect(m_elenco, &QTreeWidget::itemSelectionChanged, this, &fmBozze::mostra);
-    connect(m_elenco, &QTreeWidget::itemActivated, this, &QDialog::accept);
     connect(m_riprende, &QPushButton::clicked, this, &QDialog::accept);
     connect(m_scarta, &QPushButton::clicked, this, &fmBozze::scartaScelte);
     connect(chiude, &QPushButton::clicked, this, &QDialog::reject);
-    resize(fontMetrics().averageCharWidth() * 100, fontMetrics().height() * 26);
-    riempie(scelte);
-    memoria::ricordaFinestra(this, objectName());
+    return riga;
 }
 
 void fmBozze::riempie(qsizetype scelte)

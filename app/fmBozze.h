@@ -6,6 +6,7 @@
 
 #include <functional>
 
+class QLayout;
 class QPlainTextEdit;
 class QPushButton;
 class QTreeWidget;
@@ -26,6 +27,8 @@ public:
     QList<bozze::Bozza> scelte() const;
 
 private:
+    void creaElenco();
+    QLayout *bottoni();
     void riempie(qsizetype scelte);
     void mostra();
     void scartaScelte();

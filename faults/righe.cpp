@@ -1,5 +1,6 @@
 #include "faults/righe.h"
 
+#include "db/schema/passi.h"
 #include "db/schema/tabelle.h"
 
 #include <QTextStream>
@@ -23,6 +24,9 @@ QStringList nomiDelleTabelle(ado::Connection &archivio)
                        nomi.append(riga.testo(0));
                        return true;
                    });
+    // I passi compiuti dicono quando e come, non che cosa c'è.
+    for (const char *tavola : passi::tavole)
+        nomi.removeAll(QString::fromUtf8(tavola));
     return nomi;
 }
 
