@@ -4,6 +4,8 @@
 #include "platform/finestre/discordia.h"
 #include "platform/motore/recordset.h"
 
+#include <QLabel>
+
 // La bozza di ciò che nella pagina è scritto e non ancora registrato.
 
 using namespace modTarvola;

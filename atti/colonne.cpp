@@ -4,6 +4,7 @@
 #include <QFontMetrics>
 #include <QWidget>
 
+#include <algorithm>
 #include <array>
 #include <numeric>
 
@@ -103,7 +104,7 @@ Tratto tratto(const Posto &posto, int larghezza, const QWidget *sopra)
     const int inizio = etichetta(sopra);
     const int spazio = lettera(sopra) * 5 / 4;
     const int tutto = larghezza - inizio + spazio;
-    const int somma = peso(0, colonne - 1);
+    const int somma = std::max(1, peso(0, colonne - 1));
     const int da = posto.prima == 0 ? 0 : tutto * peso(0, posto.prima - 1) / somma;
     const int a = tutto * peso(0, posto.ultima) / somma;
     return {inizio + da, a - da - spazio};

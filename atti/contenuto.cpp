@@ -17,6 +17,21 @@ const QString campoOra = QStringLiteral("Ora");
 const QString campoTesto = QStringLiteral("Campolungo");
 const QString campoRuolo = QStringLiteral("Ruolo");
 
+// L'ora sta nel giorno del suo evento, e lo segue quando il giorno si corregge.
+void portaOra(const RigaPagina *riga, const Campo &giorni, scheda::SchedaAtto &atto)
+{
+    const scheda::Indirizzo dove{giorni.dove.posto, 0, giorni.dove.evento, campoOra};
+    const QString ora = atto.valore(dove).toString();
+    const QString giorno = giorni.valore().toString().left(10);
+    const bool toccati =
+        std::any_of(riga->campi().begin(), riga->campi().end(), [](const Campo *uno) {
+            return (uno->dove.campo == campoData || uno->dove.campo == campoOra) &&
+                   (uno->scritto() || uno->proposto());
+        });
+    if (toccati && ora.size() > 11 && !giorno.isEmpty())
+        atto.assegna(dove, giorno + ora.mid(10));
+}
+
 } // namespace
 
 void Pagina::mostra(const scheda::SchedaAtto &atto)
@@ -123,19 +138,8 @@ void Pagina::raccoglie(const RigaPagina *riga, scheda::SchedaAtto &atto) const
         if (campo->dove.campo != campoRuolo || campo->valore().isValid())
             atto.assegna(chiave, campo->dove.campo, campo->valore());
     }
-    // L'ora sta nel giorno del suo evento, e lo segue quando il giorno si corregge.
-    if (elenco || giorni == nullptr)
-        return;
-    const scheda::Indirizzo dove{giorni->dove.posto, 0, giorni->dove.evento, campoOra};
-    const QString ora = atto.valore(dove).toString();
-    const QString giorno = giorni->valore().toString().left(10);
-    const bool toccati =
-        std::any_of(riga->campi().begin(), riga->campi().end(), [](const Campo *uno) {
-            return (uno->dove.campo == campoData || uno->dove.campo == campoOra) &&
-                   (uno->scritto() || uno->proposto());
-        });
-    if (toccati && ora.size() > 11 && !giorno.isEmpty())
-        atto.assegna(dove, giorno + ora.mid(10));
+    if (!elenco && giorni != nullptr)
+        portaOra(riga, *giorni, atto);
 }
 
 bool Pagina::toccata() const

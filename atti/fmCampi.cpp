@@ -90,15 +90,8 @@ void fmCampi::creaUsi(QWidget *sopra)
     riga->addStretch();
 }
 
-void fmCampi::disponi(const QString &registro)
+void fmCampi::preparaElenco()
 {
-    const int lettera = fontMetrics().averageCharWidth();
-    auto *testo = new QLabel(tr("Le caselle della pagina, nel registro «%1». Una casella con "
-                                "qualcosa dentro si vede sempre.")
-                                 .arg(registro),
-                             this);
-    testo->setTextFormat(Qt::PlainText);
-    testo->setWordWrap(true);
     m_elenco->setObjectName(QStringLiteral("Caselle"));
     m_elenco->setAccessibleName(tr("Caselle"));
     m_elenco->setAccessibleDescription(tr("La barra spaziatrice cambia l'uso della casella"));
@@ -110,6 +103,18 @@ void fmCampi::disponi(const QString &registro)
     m_elenco->setTabKeyNavigation(false);
     m_elenco->setColumnCount(Quante);
     m_elenco->setHeaderLabels({tr("Riga"), tr("Casella"), tr("Come si usa"), tr("All'inizio")});
+}
+
+void fmCampi::disponi(const QString &registro)
+{
+    const int lettera = fontMetrics().averageCharWidth();
+    auto *testo = new QLabel(tr("Le caselle della pagina, nel registro «%1». Una casella con "
+                                "qualcosa dentro si vede sempre.")
+                                 .arg(registro),
+                             this);
+    testo->setTextFormat(Qt::PlainText);
+    testo->setWordWrap(true);
+    preparaElenco();
     auto *cornice = new QGroupBox(tr("La casella scelta, o le caselle"), this);
     creaUsi(cornice);
     auto *fondo = new QHBoxLayout;

@@ -27,6 +27,7 @@ protected:
 
 private:
     void elenca(const modTarvola::scheda::Scheda &scheda, const modTarvola::scheda::Scelte &scelte);
+    void preparaElenco();
     void creaUsi(QWidget *sopra);
     void disponi(const QString &registro);
     void mostra(QTreeWidgetItem *voce, modTarvola::scheda::Uso uso);
@@ -37,8 +38,8 @@ private:
     // Una casella dell'elenco, con l'uso che ha all'inizio e quello di ora.
     struct Voce {
         modTarvola::scheda::Luogo luogo;
-        modTarvola::scheda::Uso inizio;
-        modTarvola::scheda::Uso ora;
+        modTarvola::scheda::Uso inizio = modTarvola::scheda::Uso::Mostrata;
+        modTarvola::scheda::Uso ora = modTarvola::scheda::Uso::Mostrata;
         bool siNasconde = true;
     };
     QMap<QTreeWidgetItem *, Voce> m_voci;

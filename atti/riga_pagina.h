@@ -66,7 +66,7 @@ protected:
 
 private:
     struct Collocato {
-        Campo *campo;
+        Campo *campo = nullptr;
         colonne::Posto posto;
     };
     Campo *nasce(const modTarvola::scheda::Casella &casella);

@@ -24,10 +24,10 @@ void CasellaScelta::presenta()
     mette(mostrato().toString());
 }
 
-void CasellaScelta::mette(const QString &lettera)
+void CasellaScelta::mette(const QString &testo)
 {
     const auto sua = std::find_if(m_bottoni.begin() + 1, m_bottoni.end(),
-                                  [&](const auto *uno) { return uno->text() == lettera; });
+                                  [&](const auto *uno) { return uno->text() == testo; });
     (sua == m_bottoni.end() ? m_bottoni.front() : *sua)->setChecked(true);
 }
 

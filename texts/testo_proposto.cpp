@@ -258,7 +258,8 @@ QAction *TestoProposto::comandoDi(const QKeyEvent *evento) const
 {
     if (m_proposta.testo.isEmpty())
         return nullptr;
-    const QKeySequence tasto((evento->modifiers() & ~Qt::KeypadModifier) | evento->key());
+    const QKeySequence tasto(QKeyCombination(evento->modifiers() & ~Qt::KeypadModifier,
+                                             static_cast<Qt::Key>(evento->key())));
     for (QAction *uno : m_comandi) {
         if (uno->shortcut() == tasto)
             return uno;
