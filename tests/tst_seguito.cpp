@@ -134,7 +134,7 @@ private slots:
         QCOMPARE(abbreviazioni(connessione()).size(), 0);
         const QList<Abbreviazione> mie{{u"bap"_s, u"fu battezzato da me"_s}};
         scriveAbbreviazioni(connessione(), mie);
-        Aparte(archivio.percorso()); // il file con la tabella nostra si riapre
+        const Aparte riaperto(archivio.percorso()); // il file con la tabella nostra si riapre
         verificaSchema(connessione());
         testo->abbrevia([tutte = abbreviazioni(connessione())](const QString &parola) {
             return distesa(tutte, parola);

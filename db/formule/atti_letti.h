@@ -106,6 +106,7 @@ public:
 
     const std::vector<AttoLetto> &atti() const { return m_atti; }
     Nomi &testi() { return m_testi; }
+    const Nomi &testi() const { return m_testi; }
     const QString &testo(int numero) const { return m_testi.testo(numero); }
     // Il numero che un testo minuscolo dice in quella forma di una casella: di una data "g12",
     // "m3", "a1743"; degli altri campi il valore intero. Vuoto se non lo dice.
@@ -133,6 +134,11 @@ private:
     void tratto(Tratti &tratti, const QString &nome, const QString &valore, double fiducia,
                 bool sesso = false);
     void trattiDi(Pronte &pronte);
+    void trattiDiData(Tratti &tratti, const QString &nome, qint64 giorno);
+    void trattiDiCasella(Tratti &tratti, const QString &nome, const QString &campo,
+                         const QString &valore);
+    void trattiDiCoppie(Tratti &tratti, const QList<QPair<QString, qint64>> &giorni,
+                        const QList<QPair<QString, QString>> &uguali);
     // Le voci di un valore, ancora senza casella.
     struct Voci {
         QList<Resa> rese;

@@ -46,6 +46,58 @@ QSet<QString> indizi(const QStringList &parole)
     return trovati;
 }
 
+// Il valore che gli indizi distinguono; vuoto se non è netto.
+QString distinto(const QHash<QString, QMap<QString, int>> &conti, const QMap<QString, int> &tutti)
+{
+    // Ogni parola che si è vista con un valore solo vota per quello, tanto più quanto più spesso
+    // c'è quando il valore è quello.
+    QMap<QString, double> voti;
+    if (tutti.size() == 1 && tutti.first() >= proveMinime)
+        voti.insert(tutti.firstKey(), 1);
+    for (auto conto = conti.cbegin(); tutti.size() > 1 && conto != conti.cend(); ++conto) {
+        constexpr int vista = 2;
+        if (conto->size() == 1 && conto->first() >= vista) {
+            double &suo = voti[conto->firstKey()];
+            suo = std::max(suo,
+                           static_cast<double>(conto->first()) / tutti.value(conto->firstKey(), 1));
+        }
+    }
+    QString migliore;
+    double primo = 0;
+    double secondo = 0;
+    for (auto voto = voti.cbegin(); voto != voti.cend(); ++voto) {
+        secondo = std::max(secondo, std::min(primo, *voto));
+        if (*voto > primo) {
+            secondo = primo;
+            primo = *voto;
+            migliore = voto.key();
+        }
+    }
+    constexpr double netta = 1.5;
+    constexpr double minima = 0.3;
+    return primo < minima || primo < secondo * netta ? QString() : migliore;
+}
+
+// Chi sta in una casella. Dei genitori fa fede la coppia: di omonimi ce n'è molti.
+template <typename Valore>
+QString chi(const scheda::Indirizzo &dove, const Valore &valoreDi)
+{
+    QStringList nomi;
+    QStringList posti{dove.posto};
+    if (dove.posto == QStringLiteral("padre") || dove.posto == QStringLiteral("madre"))
+        posti = {QStringLiteral("padre"), QStringLiteral("madre")};
+    for (const QString &posto : std::as_const(posti)) {
+        for (const char *campo : {"Nome", "Cognome"}) {
+            const QString suo =
+                valoreDi(scheda::Indirizzo{posto, dove.quale, 0, QString::fromLatin1(campo)});
+            if (suo.isEmpty())
+                return {};
+            nomi.append(suo);
+        }
+    }
+    return nomi.join(u'|');
+}
+
 } // namespace
 
 // Le caselle che in ogni atto, o quasi, sono come un'altra; le date, a tanti giorni da un'altra.
@@ -89,10 +141,9 @@ void Rilettura::perUguaglianza()
     }
 }
 
-// Ciò che ha pochi valori, e che una parola del testo distingue: "figlia", "del fu", "ieri".
-void Rilettura::perParole()
+// Dove sta la data dell'atto, se si sa.
+scheda::Indirizzo Rilettura::dataDiAtto() const
 {
-    const QSet<QString> miei = indizi(m_parole);
     scheda::Indirizzo diAtto;
     for (auto una = m_lette.cbegin(); una != m_lette.cend(); ++una) {
         if (una.key().evento == 0 && una.key().campo == QStringLiteral("Data"))
@@ -102,6 +153,14 @@ void Rilettura::perParole()
         if (una.key().evento == 0 && una.key().campo == QStringLiteral("Data"))
             diAtto = una.key();
     }
+    return diAtto;
+}
+
+// Ciò che ha pochi valori, e che una parola del testo distingue: "figlia", "del fu", "ieri".
+void Rilettura::perParole()
+{
+    const QSet<QString> miei = indizi(m_parole);
+    const scheda::Indirizzo diAtto = dataDiAtto();
     std::vector<QSet<QString>> indiziDi;
     QMap<scheda::Indirizzo, int> volte;
     for (const AttoLetto &atto : m_letti.atti()) {
@@ -132,33 +191,8 @@ void Rilettura::perParole()
             for (const QString &indizio : std::as_const(indiziDi[a]))
                 ++conti[indizio][suo];
         }
-        // Ogni parola che si è vista con un valore solo vota per quello, tanto più quanto più
-        // spesso c'è quando il valore è quello.
-        QMap<QString, double> voti;
-        if (tutti.size() == 1 && tutti.first() >= proveMinime)
-            voti.insert(tutti.firstKey(), 1);
-        for (auto conto = conti.cbegin(); tutti.size() > 1 && conto != conti.cend(); ++conto) {
-            constexpr int vista = 2;
-            if (conto->size() == 1 && conto->first() >= vista) {
-                double &suo = voti[conto->firstKey()];
-                suo = std::max(suo, static_cast<double>(conto->first()) /
-                                        tutti.value(conto->firstKey()));
-            }
-        }
-        QString migliore;
-        double primo = 0;
-        double secondo = 0;
-        for (auto voto = voti.cbegin(); voto != voti.cend(); ++voto) {
-            secondo = std::max(secondo, std::min(primo, *voto));
-            if (*voto > primo) {
-                secondo = primo;
-                primo = *voto;
-                migliore = voto.key();
-            }
-        }
-        constexpr double netta = 1.5;
-        constexpr double minima = 0.3;
-        if (migliore.isEmpty() || primo < minima || primo < secondo * netta)
+        const QString migliore = distinto(conti, tutti);
+        if (migliore.isEmpty())
             continue;
         mette(dove, data ? dopoGiorni(nota(diAtto), migliore) : migliore);
     }
@@ -170,23 +204,6 @@ void Rilettura::perPersona()
     QHash<QString, QSet<QString>> sessi;
     QMap<scheda::Indirizzo, int> volte;
     QMap<scheda::Indirizzo, QHash<QString, QSet<QString>>> diPersona;
-    const auto chi = [](const scheda::Indirizzo &dove, const auto &valoreDi) {
-        // Dei genitori fa fede la coppia: di omonimi ce n'è molti.
-        QStringList nomi;
-        QStringList posti{dove.posto};
-        if (dove.posto == QStringLiteral("padre") || dove.posto == QStringLiteral("madre"))
-            posti = {QStringLiteral("padre"), QStringLiteral("madre")};
-        for (const QString &posto : std::as_const(posti)) {
-            for (const char *campo : {"Nome", "Cognome"}) {
-                const QString suo =
-                    valoreDi(scheda::Indirizzo{posto, dove.quale, 0, QString::fromLatin1(campo)});
-                if (suo.isEmpty())
-                    return QString();
-                nomi.append(suo);
-            }
-        }
-        return nomi.join(u'|');
-    };
     for (const AttoLetto &atto : m_letti.atti()) {
         const auto diAtto = [&](const scheda::Indirizzo &dove) { return atto.caselle.value(dove); };
         for (auto una = atto.caselle.cbegin(); una != atto.caselle.cend(); ++una) {

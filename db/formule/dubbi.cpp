@@ -7,6 +7,22 @@
 namespace modTarvola::formule
 {
 
+namespace
+{
+
+// Le desinenze di un sesso, e quelle dell'altro.
+constexpr std::array<std::pair<const char *, const char *>, 9> desinenze{{{"o", "a"},
+                                                                          {"a", "o"},
+                                                                          {"us", "a"},
+                                                                          {"um", "am"},
+                                                                          {"am", "um"},
+                                                                          {"a", "us"},
+                                                                          {"i", "ae"},
+                                                                          {"ae", "i"},
+                                                                          {"e", "a"}}};
+
+} // namespace
+
 // La parte della sicurezza che resta quando altre caselle spiegano altrettanto bene ciò che si è
 // visto, e adesso darebbero un altro testo.
 double Pronosticatore::ambigua(int chiave, const Campioni &campioni,
@@ -41,7 +57,7 @@ double Pronosticatore::ambigua(int chiave, const Campioni &campioni,
 // potrebbe cambiare desinenza, non si è più sicuri.
 void Pronosticatore::concorda(const Campioni &campioni, Candidato &candidato) const
 {
-    auto &testi = const_cast<AttiLetti &>(m_letti).testi();
+    const Nomi &testi = m_letti.testi();
     const int testo = testi.cerca(candidato.testo);
     constexpr qsizetype corta = 3;
     if (candidato.chiave != 0 || !candidato.parola || candidato.testo.size() < corta)
@@ -58,17 +74,8 @@ void Pronosticatore::concorda(const Campioni &campioni, Candidato &candidato) co
             });
         if (!altrove)
             continue;
-        static const std::array<std::pair<const char *, const char *>, 9> coppie{{{"o", "a"},
-                                                                                  {"a", "o"},
-                                                                                  {"us", "a"},
-                                                                                  {"um", "am"},
-                                                                                  {"am", "um"},
-                                                                                  {"a", "us"},
-                                                                                  {"i", "ae"},
-                                                                                  {"ae", "i"},
-                                                                                  {"e", "a"}}};
         bool cambia = false;
-        for (const auto &[da, a] : coppie) {
+        for (const auto &[da, a] : desinenze) {
             const QLatin1String vecchia(da);
             if (!candidato.testo.endsWith(vecchia))
                 continue;

@@ -96,6 +96,72 @@ struct Formulario::Dentro {
         }
     }
 
+    // Ciò che sta per venire può essere già cominciato: si prova da ogni elemento degli ultimi.
+    struct Inizio {
+        Pronostico pronostico;
+        size_t quanti = 0;
+        QString coda;
+    };
+    Inizio inizio(const Pronosticatore &pronosticatore, const std::vector<Elemento> &elementi,
+                  const QString &prima)
+    {
+        Inizio migliore;
+        for (size_t indietro = 0; indietro <= std::min(codaAlPiu, elementi.size()); ++indietro) {
+            const size_t quanti = elementi.size() - indietro;
+            const QString sua = prima.sliced(quanti == 0 ? 0 : elementi[quanti - 1].fine);
+            const int luogo = quanti == 0 ? 0 : luogoDopo(elementi[quanti - 1]);
+            const bool aMeta = sua.isEmpty() && quanti > 0 && prima.back().isLetterOrNumber();
+            const Pronostico suo = pronosticatore.dopo(allineamento, quanti, sua, luogo, aMeta);
+            if (suo.peso > migliore.pronostico.peso)
+                migliore = {suo, quanti, sua};
+        }
+        return migliore;
+    }
+
+    // Come se il candidato fosse già scritto.
+    Pronostico oltre(const Pronosticatore &pronosticatore, const Candidato &candidato)
+    {
+        Elemento nuovo;
+        nuovo.testo = letti.testi().numero(candidato.testo);
+        nuovo.luogo = candidato.luogo;
+        nuovo.parola = candidato.parola;
+        nuovo.variabile = candidato.testo.front().isUpper() || candidato.testo.front().isDigit();
+        if (candidato.chiave != 0)
+            nuovo.chiavi = {candidato.chiave};
+        allineamento.avanza(nuovo);
+        return pronosticatore.dopo(allineamento, allineamento.quanti(), {}, luogoDopo(nuovo));
+    }
+
+    // Aggiunge a `esito` finché si è sicuri; il tratto resta negativo se nulla lo chiude.
+    void prosegue(const Pronosticatore &pronosticatore, Pronostico &adesso, const QString &coda,
+                  Seguito &esito)
+    {
+        double sicuro = 1;
+        esito.tratto = -1;
+        const auto chiude = [&esito](qsizetype dove) {
+            if (esito.tratto < 0)
+                esito.tratto = dove;
+        };
+        for (int i = 0; i < elementiAlPiu; ++i) {
+            const Candidato primo = adesso.primo;
+            if (adesso.fine || primo.testo.isEmpty())
+                break;
+            const double sua = prove.sicurezza(adesso, i == 0 && !coda.trimmed().isEmpty());
+            sicuro *= sua;
+            if (sicuro < (i == 0 ? sogliaTratto : sogliaTutto))
+                break;
+            const bool casella = primo.chiave != 0;
+            if (i > 0 && (sua < sogliaParola || sicuro < sogliaTratto))
+                chiude(esito.testo.size());
+            if (i > 0 && casella)
+                chiude(esito.testo.size() + primo.spazio.size());
+            esito.testo += (primo.spazio + primo.testo).sliced(i == 0 ? coda.size() : 0);
+            if (casella || pausa(primo.testo))
+                chiude(esito.testo.size());
+            adesso = oltre(pronosticatore, primo);
+        }
+    }
+
     int luogoDopo(const Elemento &elemento)
     {
         return elemento.chiavi.empty()
@@ -131,68 +197,18 @@ Seguito Formulario::seguito(const Caselle &caselle, const QString &prima) const
     in.allinea(elementi);
     const Pronosticatore pronosticatore(in.letti, in.pronte);
 
-    // Ciò che sta per venire può essere già cominciato: si prova da ogni elemento degli ultimi.
-    Pronostico migliore;
-    size_t taglio = elementi.size();
-    QString coda;
-    for (size_t indietro = 0; indietro <= std::min(codaAlPiu, elementi.size()); ++indietro) {
-        const size_t quanti = elementi.size() - indietro;
-        const QString sua = prima.sliced(quanti == 0 ? 0 : elementi[quanti - 1].fine);
-        const int luogo = quanti == 0 ? 0 : in.luogoDopo(elementi[quanti - 1]);
-        const bool aMeta = sua.isEmpty() && quanti > 0 && prima.back().isLetterOrNumber();
-        const Pronostico suo = pronosticatore.dopo(in.allineamento, quanti, sua, luogo, aMeta);
-        if (suo.peso > migliore.peso) {
-            migliore = suo;
-            taglio = quanti;
-            coda = sua;
-        }
-    }
-    if (migliore.fine || migliore.primo.testo.isEmpty())
+    const Dentro::Inizio inizio = in.inizio(pronosticatore, elementi, prima);
+    Pronostico adesso = inizio.pronostico;
+    if (adesso.fine || adesso.primo.testo.isEmpty())
         return esito;
-    in.allineamento.torna(taglio);
-
-    double sicuro = 1;
-    bool aperto = true;
-    Pronostico adesso = migliore;
-    for (int i = 0; i < elementiAlPiu; ++i) {
-        const Candidato &primo = adesso.primo;
-        if (adesso.fine || primo.testo.isEmpty())
-            break;
-        const double sua = in.prove.sicurezza(adesso, i == 0 && !coda.trimmed().isEmpty());
-        sicuro *= sua;
-        if (sicuro < (i == 0 ? sogliaTratto : sogliaTutto))
-            break;
-        if (aperto && i > 0 && (sua < sogliaParola || sicuro < sogliaTratto)) {
-            esito.tratto = esito.testo.size();
-            aperto = false;
-        }
-        const bool casella = primo.chiave != 0;
-        if (i > 0 && casella && aperto) {
-            esito.tratto = esito.testo.size() + primo.spazio.size();
-            aperto = false;
-        }
-        esito.testo += (primo.spazio + primo.testo).sliced(i == 0 ? coda.size() : 0);
-        if (aperto && (casella || pausa(primo.testo))) {
-            esito.tratto = esito.testo.size();
-            aperto = false;
-        }
-        Elemento nuovo;
-        nuovo.testo = in.letti.testi().numero(primo.testo);
-        nuovo.luogo = primo.luogo;
-        nuovo.parola = primo.parola;
-        nuovo.variabile = primo.testo.front().isUpper() || primo.testo.front().isDigit();
-        if (casella)
-            nuovo.chiavi = {primo.chiave};
-        in.allineamento.avanza(nuovo);
-        adesso =
-            pronosticatore.dopo(in.allineamento, in.allineamento.quanti(), {}, in.luogoDopo(nuovo));
-    }
+    in.allineamento.torna(inizio.quanti);
+    in.prosegue(pronosticatore, adesso, inizio.coda, esito);
     if (esito.testo.trimmed().isEmpty())
         return {};
     constexpr double spazioSicuro = 0.9;
     if (adesso.spazioSicuro >= spazioSicuro && !adesso.fine)
         esito.testo += u' ';
-    if (aperto)
+    if (esito.tratto < 0)
         esito.tratto = esito.testo.size();
     while (esito.tratto < esito.testo.size() && esito.testo.at(esito.tratto).isSpace())
         ++esito.tratto;

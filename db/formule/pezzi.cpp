@@ -92,11 +92,10 @@ std::vector<Pezzo> pezzi(QStringView testo)
         const bool parola = diParola(testo.at(i));
         while (parola && i < testo.size() && diParola(testo.at(i)))
             ++i;
-        if (!parola)
-            ++i;
         // L'elisione resta con ciò che elide.
-        else if (i + 1 < testo.size() && parole::eApostrofo(testo.at(i)) &&
-                 testo.at(i + 1).isLetter())
+        const bool elide = parola && i + 1 < testo.size() && parole::eApostrofo(testo.at(i)) &&
+                           testo.at(i + 1).isLetter();
+        if (!parola || elide)
             ++i;
         tutti.push_back({inizio, i - inizio, parola});
     }

@@ -23,8 +23,7 @@ bool Pronosticatore::compiuta(const Elemento &scritto, const Elemento &letto) co
 {
     return std::any_of(scritto.chiavi.begin(), scritto.chiavi.end(), [&](int chiave) {
         return std::binary_search(letto.chiavi.begin(), letto.chiavi.end(), chiave) &&
-               reso(chiave, scritto.luogo).testo ==
-                   const_cast<AttiLetti &>(m_letti).testi().testo(scritto.testo);
+               reso(chiave, scritto.luogo).testo == m_letti.testi().testo(scritto.testo);
     });
 }
 
@@ -118,14 +117,10 @@ double Pronosticatore::preferenza(int chiave, const Allineamento &allineamento, 
     return merito;
 }
 
-// Di ogni campione, che cosa vi sta: la casella che meglio spiega tutti, o la parola stessa.
-std::vector<int> Pronosticatore::etichette(Campioni &campioni, const Allineamento &allineamento,
-                                           size_t quanti) const
+// Le caselle che spiegano abbastanza ciò che si è visto, prima quella che lo spiega meglio.
+std::vector<int> Pronosticatore::spiegazioni(const Campioni &campioni,
+                                             const Allineamento &allineamento, size_t quanti) const
 {
-    struct Spiegazione {
-        int chiave;
-        double merito;
-    };
     Pesi spiegati;
     for (const Campione &uno : campioni) {
         if (uno.elemento == nullptr)
@@ -135,8 +130,6 @@ std::vector<int> Pronosticatore::etichette(Campioni &campioni, const Allineament
                 spiegati.di(chiave) += uno.peso;
         }
     }
-    std::vector<Spiegazione> spiegazioni;
-    QHash<int, double> perCasella;
     const auto conCasella = [&](int casella) {
         double tutti = 0;
         for (const Campione &uno : campioni) {
@@ -145,30 +138,41 @@ std::vector<int> Pronosticatore::etichette(Campioni &campioni, const Allineament
         }
         return tutti;
     };
+    std::vector<std::pair<int, double>> meriti;
+    QHash<int, double> perCasella;
     for (const auto &[chiave, peso] : spiegati) {
         const int casella = Chiave::casella(chiave);
         if (!perCasella.contains(casella))
             perCasella.insert(casella, conCasella(casella));
-        const double tutti = perCasella.value(casella);
-        const double quota = (peso + 0.3) / (tutti + 0.6);
+        const double quota = (peso + 0.3) / (perCasella.value(casella) + 0.6);
         if (quota >= spiegaAbbastanza)
-            spiegazioni.push_back(
-                {chiave, quota + 0.02 * preferenza(chiave, allineamento, quanti)});
+            meriti.emplace_back(chiave, quota + 0.02 * preferenza(chiave, allineamento, quanti));
     }
-    std::sort(spiegazioni.begin(), spiegazioni.end(),
-              [](const auto &una, const auto &altra) { return una.merito > altra.merito; });
+    std::sort(meriti.begin(), meriti.end(),
+              [](const auto &una, const auto &altra) { return una.second > altra.second; });
+    std::vector<int> chiavi;
+    chiavi.reserve(meriti.size());
+    for (const auto &[chiave, merito] : meriti)
+        chiavi.push_back(chiave);
+    return chiavi;
+}
+
+// Di ogni campione, che cosa vi sta: la casella che meglio spiega tutti, o la parola stessa.
+std::vector<int> Pronosticatore::etichette(Campioni &campioni, const Allineamento &allineamento,
+                                           size_t quanti) const
+{
+    const auto chiavi = spiegazioni(campioni, allineamento, quanti);
     std::vector<int> tutte;
+    tutte.reserve(campioni.size());
     for (Campione &uno : campioni) {
         if (uno.elemento == nullptr) {
             uno.etichetta = 0;
         } else {
-            const auto sua =
-                std::find_if(spiegazioni.begin(), spiegazioni.end(), [&](const Spiegazione &una) {
-                    return std::binary_search(uno.elemento->chiavi.begin(),
-                                              uno.elemento->chiavi.end(), una.chiave);
-                });
-            uno.etichetta =
-                sua == spiegazioni.end() ? diParola(uno.elemento->testo) : diCasella(sua->chiave);
+            const auto &sue = uno.elemento->chiavi;
+            const auto sua = std::find_if(chiavi.begin(), chiavi.end(), [&](int chiave) {
+                return std::binary_search(sue.begin(), sue.end(), chiave);
+            });
+            uno.etichetta = sua == chiavi.end() ? diParola(uno.elemento->testo) : diCasella(*sua);
         }
         tutte.push_back(uno.etichetta);
     }
@@ -180,7 +184,7 @@ double Pronosticatore::solitario(int etichetta) const
 {
     if (eCasella(etichetta))
         return 0.9;
-    const QString &testo = const_cast<AttiLetti &>(m_letti).testi().testo(etichetta / 2);
+    const QString &testo = m_letti.testi().testo(etichetta / 2);
     if (testo.isEmpty())
         return 0.8;
     const QChar prima = testo.front();
@@ -189,6 +193,33 @@ double Pronosticatore::solitario(int etichetta) const
     if (!prima.isLetter())
         return 0.92;
     return prima.isUpper() ? 0.6 : 0.88;
+}
+
+// Ciò che venne l'ultima volta con il valore di adesso, e il peso degli atti in cui ripetere
+// l'ultima volta sarebbe stato giusto, su quello di tutti.
+Pronosticatore::Ripetuta Pronosticatore::ultimaVolta(const Campioni &campioni, int tratto,
+                                                     bool ancheVuoto) const
+{
+    const int adesso = valore(m_pronte.tratti, tratto);
+    std::vector<std::pair<int, int>> ultime; // valore, etichetta
+    Ripetuta esito;
+    for (const Campione &uno : campioni) {
+        const int suo = valore(uno.atto->tratti, tratto);
+        if (suo == 0 && !ancheVuoto)
+            continue;
+        auto ultima = std::find_if(ultime.begin(), ultime.end(),
+                                   [suo](const auto &una) { return una.first == suo; });
+        if (ultima == ultime.end()) {
+            ultime.emplace_back(suo, uno.etichetta);
+        } else {
+            esito.provati += uno.peso;
+            esito.giusti += ultima->second == uno.etichetta ? uno.peso : 0;
+            ultima->second = uno.etichetta;
+        }
+        if (suo == adesso)
+            esito.etichetta = uno.etichetta;
+    }
+    return esito;
 }
 
 // Ciò che venne l'ultima volta che il tratto aveva il valore di adesso, e quanto spesso sarebbe
@@ -200,30 +231,11 @@ Pronosticatore::Scelta Pronosticatore::perTratto(const Campioni &campioni, int t
     const bool ancheVuoto = fiducia >= 0.8;
     if (adesso == 0 && !ancheVuoto)
         return {};
-    std::vector<std::pair<int, int>> ultime; // valore, etichetta
-    double giusti = 0;
-    double provati = 0;
-    double concordi = 0;
-    double stessi = 0;
-    int mia = -1;
-    for (const Campione &uno : campioni) {
-        const int suo = valore(uno.atto->tratti, tratto);
-        if (suo == 0 && !ancheVuoto)
-            continue;
-        auto ultima = std::find_if(ultime.begin(), ultime.end(),
-                                   [suo](const auto &una) { return una.first == suo; });
-        if (ultima == ultime.end()) {
-            ultime.emplace_back(suo, uno.etichetta);
-        } else {
-            provati += uno.peso;
-            giusti += ultima->second == uno.etichetta ? uno.peso : 0;
-            ultima->second = uno.etichetta;
-        }
-        if (suo == adesso)
-            mia = uno.etichetta;
-    }
+    const auto [mia, giusti, provati] = ultimaVolta(campioni, tratto, ancheVuoto);
     if (mia < 0)
         return {};
+    double concordi = 0;
+    double stessi = 0;
     for (const Campione &uno : campioni) {
         if (valore(uno.atto->tratti, tratto) != adesso)
             continue;
@@ -275,7 +287,7 @@ Pronosticatore::Scelta Pronosticatore::sceglie(const Campioni &campioni,
 
 Candidato Pronosticatore::candidato(int etichetta, const Campioni &campioni, int luogo) const
 {
-    auto &testi = const_cast<AttiLetti &>(m_letti).testi();
+    const Nomi &testi = m_letti.testi();
     Candidato suo;
     suo.luogo = luogo;
     if (eCasella(etichetta)) {
@@ -303,6 +315,101 @@ Candidato Pronosticatore::candidato(int etichetta, const Campioni &campioni, int
     return suo;
 }
 
+// Quanto pesa ogni possibilità; ciò che resta è di chi non si è mai visto.
+Pronosticatore::Bilancio Pronosticatore::bilancio(const Campioni &campioni, int scelta) const
+{
+    Bilancio suo;
+    double spazi = 0;
+    double pieni = 0;
+    double fila = 0;
+    double nuove = 0.3;
+    QList<int> gia;
+    for (const Campione &uno : campioni) {
+        suo.tutti += uno.peso;
+        fila += uno.fila * uno.peso;
+        if (uno.etichetta != scelta)
+            suo.altre += uno.peso;
+        nuove += gia.contains(uno.etichetta) ? 0 : uno.peso;
+        gia.append(uno.etichetta);
+        if (uno.elemento != nullptr) {
+            pieni += uno.peso;
+            if (m_letti.testo(uno.elemento->spazio) == QStringLiteral(" "))
+                spazi += uno.peso;
+        }
+    }
+    suo.spazioSicuro = pieni > 0 ? spazi / suo.tutti : 0;
+    suo.fila = fila / suo.tutti;
+    suo.ignote = std::min(0.9, nuove / (suo.tutti + 0.5));
+    return suo;
+}
+
+void Pronosticatore::Gara::prova(const Candidato &suo, double sua, double peso)
+{
+    const QString intero = suo.spazio + suo.testo;
+    if (suo.testo.isEmpty() || !intero.startsWith(coda) || intero.size() == coda.size())
+        return;
+    somma += sua;
+    consistenti += peso;
+    if (sua > massa) {
+        massa = sua;
+        migliore = suo;
+    }
+}
+
+// Mette in gara ciò che l'etichetta dà qui, anche in un'altra grafia se se ne è già scritta una
+// parte.
+void Pronosticatore::gareggia(Candidato suo, int etichetta, double sua, double peso,
+                              Gara &gara) const
+{
+    if (eCasella(etichetta) && Chiave::forma(etichetta / 2) == FormaDeclinata && gara.lettere > 0 &&
+        !(suo.spazio + suo.testo).startsWith(gara.coda) &&
+        completa(suo, gara.coda) == Completa::Forse) {
+        // La forma non si conosce, ma ciò che è scritto ne può essere l'inizio.
+        gara.somma += sua;
+        gara.ignoti += peso;
+        return;
+    }
+    if (suo.testo.isEmpty() && gara.lettere == 0)
+        gara.ignoti += peso;
+    gara.prova(suo, sua, peso);
+    if (gara.lettere == 0 || !eCasella(etichetta))
+        return;
+    const QStringList grafie = m_letti.altreGrafie(etichetta / 2, m_pronte);
+    for (const QString &grafia : grafie) {
+        if (grafia == suo.testo)
+            continue;
+        Candidato altra = suo;
+        altra.testo = grafia;
+        altra.sicurezza = 1;
+        gara.prova(altra, sua * 0.05, peso * 0.05);
+    }
+}
+
+// La gara fra tutte le etichette; vero se vince la fine del testo.
+bool Pronosticatore::corre(const Campioni &campioni, const Scelta &scelta, const Bilancio &conti,
+                           int luogo, Gara &gara) const
+{
+    Pesi pesi;
+    for (const Campione &uno : campioni)
+        pesi.di(uno.etichetta) += uno.peso;
+    bool fine = false;
+    for (const auto &[etichetta, peso] : pesi) {
+        const bool prima = etichetta == scelta.etichetta;
+        double sua = prima ? scelta.sicurezza : 0;
+        if (!prima && conti.altre > 0)
+            sua = (1 - scelta.sicurezza) * (1 - conti.ignote * 0.5) * peso / conti.altre;
+        if (etichetta == 0) {
+            fine = fine || (prima && gara.coda.isEmpty() && sua > 0.5);
+            continue;
+        }
+        Candidato suo = candidato(etichetta, campioni, luogo);
+        if (prima)
+            concorda(campioni, suo);
+        gareggia(suo, etichetta, sua, peso, gara);
+    }
+    return fine;
+}
+
 Pronostico Pronosticatore::dopo(const Allineamento &allineamento, size_t quanti,
                                 const QString &coda, int luogo, bool aMeta) const
 {
@@ -311,115 +418,32 @@ Pronostico Pronosticatore::dopo(const Allineamento &allineamento, size_t quanti,
     Pronostico esito;
     if (tutti.empty())
         return esito;
-    const auto sue = etichette(tutti, allineamento, quanti);
-    const Scelta scelta = sceglie(tutti, sue);
+    const Scelta scelta = sceglie(tutti, etichette(tutti, allineamento, quanti));
     if (scelta.etichetta < 0)
         return esito;
-
-    // Le possibilità, e quanto sono probabili; ciò che resta è di chi non si è mai visto.
-    Pesi pesi;
-    double altre = 0;
-    double nuove = 0.3;
-    double visti = 0;
-    QStringList note;
-    double spazi = 0;
-    double pieni = 0;
-    QList<int> gia;
-    for (const Campione &uno : tutti) {
-        pesi.di(uno.etichetta) += uno.peso;
-        if (uno.etichetta != scelta.etichetta)
-            altre += uno.peso;
-        nuove += gia.contains(uno.etichetta) ? 0 : uno.peso;
-        visti += uno.peso;
-        gia.append(uno.etichetta);
-        if (uno.elemento != nullptr) {
-            pieni += uno.peso;
-            if (const_cast<AttiLetti &>(m_letti).testi().testo(uno.elemento->spazio) ==
-                QStringLiteral(" "))
-                spazi += uno.peso;
-        }
-    }
-    esito.spazioSicuro = pieni > 0 ? spazi / visti : 0;
-    const double ignote = std::min(0.9, nuove / (visti + 0.5));
-    const qsizetype lettere = coda.trimmed().size();
-    const double ignoteQui = lettere == 0 ? 0 : ignote * std::max(0.002, std::pow(0.06, lettere));
-
-    double somma = ignoteQui;
-    double consistenti = 0;
-    Candidato migliore;
-    double massa = 0;
-    double ignoti = 0; // di chi si sa la casella ma non la forma
-    const auto prova = [&](Candidato suo, double sua, double peso) {
-        if (suo.testo.isEmpty())
-            return;
-        const QString intero = suo.spazio + suo.testo;
-        if (!intero.startsWith(coda) || intero.size() == coda.size())
-            return;
-        somma += sua;
-        consistenti += peso;
-        if (sua > massa) {
-            massa = sua;
-            migliore = suo;
-        }
-    };
-    for (const auto &[etichetta, peso] : pesi) {
-        const bool prima = etichetta == scelta.etichetta;
-        const double sua =
-            prima ? scelta.sicurezza
-                  : (altre > 0 ? (1 - scelta.sicurezza) * (1 - ignote * 0.5) * peso / altre : 0);
-        if (etichetta == 0) {
-            if (prima && coda.isEmpty() && sua > 0.5)
-                esito.fine = true;
-            continue;
-        }
-        Candidato suo = candidato(etichetta, tutti, luogo);
-        if (prima)
-            concorda(tutti, suo);
-        if (eCasella(etichetta) && Chiave::forma(etichetta / 2) == FormaDeclinata && lettere > 0 &&
-            !(suo.spazio + suo.testo).startsWith(coda)) {
-            const auto intera = completa(suo, coda);
-            if (intera == Completa::Forse) {
-                // La forma non si conosce, ma ciò che è scritto ne può essere l'inizio.
-                somma += sua;
-                ignoti += peso;
-                continue;
-            }
-        }
-        if (suo.testo.isEmpty() && lettere == 0)
-            ignoti += peso;
-        prova(suo, sua, peso);
-        if (lettere > 0 && eCasella(etichetta)) {
-            const QStringList grafie = m_letti.altreGrafie(etichetta / 2, m_pronte);
-            for (const QString &grafia : grafie) {
-                if (grafia == suo.testo)
-                    continue;
-                Candidato altra = suo;
-                altra.testo = grafia;
-                altra.sicurezza = 1;
-                prova(altra, sua * 0.05, peso * 0.05);
-            }
-        }
-    }
+    const Bilancio conti = bilancio(tutti, scelta.etichetta);
+    esito.spazioSicuro = conti.spazioSicuro;
+    Gara gara;
+    gara.coda = coda;
+    gara.lettere = coda.trimmed().size();
+    if (gara.lettere > 0)
+        gara.somma = conti.ignote * std::max(0.002, std::pow(0.06, gara.lettere));
+    esito.fine = corre(tutti, scelta, conti, luogo, gara);
+    Candidato &migliore = gara.migliore;
     if (migliore.testo.isEmpty() || esito.fine) {
-        esito.peso = (esito.fine ? visti : ignoti) * std::exp(-discordia * costo);
+        esito.peso = (esito.fine ? conti.tutti : gara.ignoti) * std::exp(-discordia * costo);
         return esito;
     }
     // Senza lettere davanti, ciò che non comincia come dovrebbe non è una possibilità in meno.
-    migliore.sicurezza *= lettere == 0 ? massa : massa / somma;
-    consistenti += ignoti;
+    migliore.sicurezza *= gara.lettere == 0 ? gara.massa : gara.massa / gara.somma;
     if (migliore.chiave != 0)
         migliore.sicurezza *= ambigua(migliore.chiave, tutti, allineamento, quanti, luogo);
-    if (lettere == 0 && novita(tutti, allineamento, quanti))
+    if (gara.lettere == 0 && novita(tutti, allineamento, quanti))
         migliore.sicurezza *= 0.8;
-    double fila = 0;
-    double tutta = 0;
-    for (const Campione &uno : tutti) {
-        fila += uno.fila * uno.peso;
-        tutta += uno.peso;
-    }
     esito.fiducia =
-        (0.7 + 0.3 * fila / tutta) * rottura(tutti, allineamento, quanti) * std::exp(-0.1 * costo);
+        (0.7 + 0.3 * conti.fila) * rottura(tutti, allineamento, quanti) * std::exp(-0.1 * costo);
     esito.primo = migliore;
+    const double consistenti = gara.consistenti + gara.ignoti;
     esito.peso = (consistenti > 0 ? consistenti : 0.01) * std::exp(-discordia * costo);
     return esito;
 }

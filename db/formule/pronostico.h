@@ -73,16 +73,46 @@ private:
         double sicurezza = 0;
         double regola = 0; // quanto spesso scegliere così è stato giusto
     };
+    struct Ripetuta {
+        int etichetta = -1;
+        double giusti = 0;
+        double provati = 0;
+    };
+    struct Bilancio {
+        double tutti = 0;
+        double altre = 0;  // di chi non è la scelta
+        double fila = 0;   // in media
+        double ignote = 0; // quanto è probabile ciò che non si è mai visto
+        double spazioSicuro = 0;
+    };
+    // Fra ciò che può venire, e comincia con la coda.
+    struct Gara {
+        QString coda;
+        qsizetype lettere = 0; // della coda
+        double somma = 0;
+        double consistenti = 0;
+        double ignoti = 0; // di chi si sa la casella ma non la forma
+        double massa = 0;
+        Candidato migliore;
+        void prova(const Candidato &suo, double sua, double peso);
+    };
     enum class Completa { Si, No, Forse };
     using Campioni = std::vector<Campione>;
 
     const AttiLetti::Reso &reso(int chiave, int luogo) const;
     Campioni campioni(const Allineamento &allineamento, size_t quanti, bool aMeta,
                       double &costo) const;
+    std::vector<int> spiegazioni(const Campioni &campioni, const Allineamento &allineamento,
+                                 size_t quanti) const;
     std::vector<int> etichette(Campioni &campioni, const Allineamento &allineamento,
                                size_t quanti) const;
-    Scelta sceglie(const Campioni &campioni, const std::vector<int> &etichette) const;
+    Scelta sceglie(const Campioni &campioni, const std::vector<int> &tutte) const;
+    Ripetuta ultimaVolta(const Campioni &campioni, int tratto, bool ancheVuoto) const;
     Scelta perTratto(const Campioni &campioni, int tratto) const;
+    Bilancio bilancio(const Campioni &campioni, int scelta) const;
+    void gareggia(Candidato suo, int etichetta, double sua, double peso, Gara &gara) const;
+    bool corre(const Campioni &campioni, const Scelta &scelta, const Bilancio &conti, int luogo,
+               Gara &gara) const;
     double solitario(int etichetta) const;
     Candidato candidato(int etichetta, const Campioni &campioni, int luogo) const;
     double ambigua(int chiave, const Campioni &campioni, const Allineamento &allineamento,

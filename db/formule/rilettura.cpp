@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace modTarvola::formule
 {
@@ -15,6 +16,7 @@ namespace
 constexpr size_t attiSimili = 8;
 constexpr size_t pezziAlPiu = 400;
 constexpr size_t spanAlPiu = 7;
+constexpr size_t diLa = 100; // il passo che salta un elemento dell'atto
 constexpr double salto = 0.7;
 constexpr double saltoSegno = 0.35;
 
@@ -174,17 +176,36 @@ double Rilettura::costo(int chiave, size_t da, size_t quanti)
     return somma;
 }
 
+// Lo stesso, contato una volta sola.
+double Rilettura::costoCasella(int chiave, size_t da, size_t quanti)
+{
+    const quint64 quale = (static_cast<quint64>(chiave) << 24) + (da << 8) + quanti;
+    auto suo = m_noti.constFind(quale);
+    if (suo == m_noti.constEnd())
+        suo = m_noti.insert(quale, costo(chiave, da, quanti));
+    return *suo;
+}
+
+double Rilettura::costoParola(int testo, size_t pezzo)
+{
+    const quint64 quale = (static_cast<quint64>(testo) << 16) + pezzo;
+    auto suo = m_distanze.constFind(quale);
+    if (suo == m_distanze.constEnd())
+        suo = m_distanze.insert(
+            quale, static_cast<double>(distanza(scritto(pezzo, 1), m_letti.testo(testo))));
+    return *suo;
+}
+
 double Rilettura::allinea(const AttoLetto &atto, std::vector<Tratto> &tratti)
 {
     const size_t n = m_pezzi.size();
     const size_t m = atto.elementi.size();
     std::vector<double> costi((n + 1) * (m + 1), 1e9);
     std::vector<size_t> passi((n + 1) * (m + 1), 0); // 0: si salta di qua; 100: di là; k: k pezzi
-    constexpr size_t diLa = 100;
     const auto qui = [m](size_t i, size_t j) { return i * (m + 1) + j; };
-    std::vector<int> chiavi;
-    for (const Elemento &elemento : atto.elementi)
-        chiavi.push_back(chiaveDi(elemento));
+    std::vector<int> chiavi(m);
+    std::transform(atto.elementi.begin(), atto.elementi.end(), chiavi.begin(),
+                   [this](const Elemento &uno) { return chiaveDi(uno); });
     costi[0] = 0;
     for (size_t i = 0; i <= n; ++i) {
         for (size_t j = 0; j <= m; ++j) {
@@ -197,38 +218,35 @@ double Rilettura::allinea(const AttoLetto &atto, std::vector<Tratto> &tratti)
             };
             if (i < n)
                 arriva(qui(i + 1, j), m_pezzi[i].parola ? salto : saltoSegno, 0);
-            if (j == m)
+            if (j < m)
+                arriva(qui(i, j + 1), atto.elementi[j].parola ? salto : saltoSegno, diLa);
+            if (i == n || j == m)
                 continue;
             const Elemento &elemento = atto.elementi[j];
-            arriva(qui(i, j + 1), elemento.parola ? salto : saltoSegno, diLa);
-            if (i == n)
-                continue;
             if (chiavi[j] == 0) {
-                if (m_pezzi[i].parola != elemento.parola)
-                    continue;
-                const quint64 quale = (static_cast<quint64>(elemento.testo) << 16) + i;
-                auto d = m_distanze.constFind(quale);
-                if (d == m_distanze.constEnd())
-                    d = m_distanze.insert(
-                        quale, static_cast<double>(
-                                   distanza(scritto(i, 1), m_letti.testo(elemento.testo))));
-                arriva(qui(i + 1, j + 1), *d * 1.2, 1);
+                if (m_pezzi[i].parola == elemento.parola)
+                    arriva(qui(i + 1, j + 1), costoParola(elemento.testo, i) * 1.2, 1);
                 continue;
             }
             for (size_t k = 1; k <= std::min(spanAlPiu, n - i); ++k) {
-                const quint64 quale = (static_cast<quint64>(chiavi[j]) << 24) + (i << 8) + k;
-                auto suo = m_noti.constFind(quale);
-                if (suo == m_noti.constEnd())
-                    suo = m_noti.insert(quale, costo(chiavi[j], i, k));
-                if (*suo <= 1)
-                    arriva(qui(i + k, j + 1), *suo, k);
+                if (const double suo = costoCasella(chiavi[j], i, k); suo <= 1)
+                    arriva(qui(i + k, j + 1), suo, k);
             }
         }
     }
-    size_t i = n;
-    size_t j = m;
+    tratti = ripercorre(passi, chiavi, n);
+    return costi[qui(n, m)];
+}
+
+// I tratti delle caselle, dalla fine all'inizio.
+std::vector<Rilettura::Tratto> Rilettura::ripercorre(const std::vector<size_t> &passi,
+                                                     const std::vector<int> &chiavi, size_t pezzi)
+{
+    std::vector<Tratto> tratti;
+    size_t i = pezzi;
+    size_t j = chiavi.size();
     while (i > 0 || j > 0) {
-        const size_t passo = passi[qui(i, j)];
+        const size_t passo = passi[i * (chiavi.size() + 1) + j];
         if (passo == diLa) {
             --j;
         } else if (passo == 0) {
@@ -240,7 +258,7 @@ double Rilettura::allinea(const AttoLetto &atto, std::vector<Tratto> &tratti)
                 tratti.push_back({chiavi[j], i, passo});
         }
     }
-    return costi[qui(n, m)];
+    return tratti;
 }
 
 // Il numero scritto in una certa forma, come testo; vuoto se non lo è.
@@ -321,66 +339,51 @@ void Rilettura::date(const QMap<scheda::Indirizzo, QList<Tratto>> &sue, const QD
     }
 }
 
-void Rilettura::raccoglie()
+// La data più vicina fra quelle degli atti letti.
+QDate Rilettura::ultimaData() const
 {
-    const auto scelti = simili();
-    Voti voti;
-    double migliore = 1e9;
-    std::vector<std::pair<double, std::vector<Tratto>>> letture;
-    for (const AttoLetto *atto : scelti) {
-        std::vector<Tratto> tratti;
-        const double costo = allinea(*atto, tratti);
-        migliore = std::min(migliore, costo);
-        letture.emplace_back(costo, std::move(tratti));
-    }
-    // Un testo troppo diverso da tutti non dice nulla.
-    const double pieni = static_cast<double>(m_pezzi.size());
-    if (migliore > pieni * 0.35)
-        return;
-    double tutti = 0;
-    QDate base;
-    for (const AttoLetto *atto : scelti) {
-        for (auto una = atto->caselle.cbegin(); una != atto->caselle.cend(); ++una) {
-            if (!base.isValid() && giornoDi(una.value()) != 0)
-                base = QDate::fromJulianDay(giornoDi(una.value()));
-        }
-    }
+    QDate ultima;
     for (const AttoLetto &atto : m_letti.atti()) {
         for (auto una = atto.caselle.cbegin(); una != atto.caselle.cend(); ++una) {
             if (giornoDi(una.value()) != 0)
-                base = QDate::fromJulianDay(giornoDi(una.value()));
+                ultima = QDate::fromJulianDay(giornoDi(una.value()));
         }
     }
-    for (const auto &[costo, tratti] : letture) {
-        const double peso = std::exp(-(costo - migliore));
-        tutti += peso;
-        QMap<scheda::Indirizzo, QList<Tratto>> diDate;
-        for (const Tratto &tratto : tratti) {
-            const scheda::Indirizzo &dove = m_letti.casella(Chiave::casella(tratto.chiave));
-            if (eData(dove)) {
-                diDate[dove].append(tratto);
-                continue;
-            }
-            const QString suo = valore(tratto);
-            voti[dove].append({suo, tratto.da, tratto.quanti, peso});
-        }
-        QMap<scheda::Indirizzo, QList<Tratto>> prima;
-        QMap<scheda::Indirizzo, QList<Tratto>> seconda;
-        for (auto una = diDate.cbegin(); una != diDate.cend(); ++una)
-            (una.key().evento == 0 ? prima : seconda).insert(una.key(), *una);
-        Voti diAtto;
-        date(prima, base, peso, diAtto);
-        QDate atto = base;
-        for (auto una = diAtto.cbegin(); una != diAtto.cend(); ++una)
-            atto = QDate::fromString(una->first().valore, Qt::ISODate);
-        for (auto una = m_note.cbegin(); una != m_note.cend(); ++una) {
-            if (una.key().evento == 0 && giornoDi(una.value()) != 0)
-                atto = QDate::fromJulianDay(giornoDi(una.value()));
-        }
-        date(seconda, atto, peso, diAtto);
-        for (auto una = diAtto.cbegin(); una != diAtto.cend(); ++una)
-            voti[una.key()].append(*una);
+    return ultima;
+}
+
+// Ciò che una lettura dice: prima le date dell'atto, da cui dipendono quelle degli altri eventi.
+void Rilettura::vota(const std::vector<Tratto> &tratti, const QDate &base, double peso,
+                     Voti &voti) const
+{
+    QMap<scheda::Indirizzo, QList<Tratto>> prima;
+    QMap<scheda::Indirizzo, QList<Tratto>> seconda;
+    for (const Tratto &tratto : tratti) {
+        const scheda::Indirizzo &dove = m_letti.casella(Chiave::casella(tratto.chiave));
+        if (eData(dove))
+            (dove.evento == 0 ? prima : seconda)[dove].append(tratto);
+        else
+            voti[dove].append({valore(tratto), tratto.da, tratto.quanti, peso});
     }
+    Voti diAtto;
+    date(prima, base, peso, diAtto);
+    QDate atto = base;
+    for (const auto &lette : std::as_const(diAtto))
+        atto = QDate::fromString(lette.first().valore, Qt::ISODate);
+    for (auto una = m_note.cbegin(); una != m_note.cend(); ++una) {
+        if (una.key().evento == 0 && giornoDi(una.value()) != 0)
+            atto = QDate::fromJulianDay(giornoDi(una.value()));
+    }
+    date(seconda, atto, peso, diAtto);
+    for (auto una = diAtto.cbegin(); una != diAtto.cend(); ++una)
+        voti[una.key()].append(*una);
+}
+
+// Restano i valori su cui le letture concordano; `tutti` è il peso di tutte insieme.
+void Rilettura::elegge(const Voti &voti, double tutti)
+{
+    constexpr double quasiTutti = 0.75;
+    constexpr double abbastanza = 0.35;
     for (auto una = voti.cbegin(); una != voti.cend(); ++una) {
         QMap<QString, double> pesi;
         double suoi = 0;
@@ -389,17 +392,41 @@ void Rilettura::raccoglie()
             suoi += letto.peso;
         }
         for (const Letto &letto : *una) {
-            constexpr double quasiTutti = 0.75;
-            constexpr double abbastanza = 0.35;
-            if (!letto.valore.isEmpty() && pesi.value(letto.valore) >= quasiTutti * suoi &&
-                suoi >= abbastanza * tutti && !m_note.contains(una.key()) &&
-                !m_lette.contains(una.key())) {
-                const qsizetype inizio = m_pezzi[letto.da].inizio;
-                m_lette.insert(una.key(), {letto.valore, inizio,
-                                           m_pezzi[letto.da + letto.quanti - 1].fine() - inizio});
-            }
+            if (letto.valore.isEmpty() || pesi.value(letto.valore) < quasiTutti * suoi ||
+                suoi < abbastanza * tutti || m_note.contains(una.key()) ||
+                m_lette.contains(una.key()))
+                continue;
+            const qsizetype inizio = m_pezzi[letto.da].inizio;
+            const qsizetype fine = m_pezzi[letto.da + letto.quanti - 1].fine();
+            m_lette.insert(una.key(), {letto.valore, inizio, fine - inizio});
         }
     }
+}
+
+void Rilettura::raccoglie()
+{
+    double migliore = 1e9;
+    std::vector<std::pair<double, std::vector<Tratto>>> letture;
+    const auto scelti = simili();
+    letture.reserve(scelti.size());
+    for (const AttoLetto *atto : scelti) {
+        std::vector<Tratto> tratti;
+        const double costo = allinea(*atto, tratti);
+        migliore = std::min(migliore, costo);
+        letture.emplace_back(costo, std::move(tratti));
+    }
+    // Un testo troppo diverso da tutti non dice nulla.
+    if (migliore > static_cast<double>(m_pezzi.size()) * 0.35)
+        return;
+    Voti voti;
+    double tutti = 0;
+    const QDate base = ultimaData();
+    for (const auto &[costo, tratti] : letture) {
+        const double peso = std::exp(-(costo - migliore));
+        tutti += peso;
+        vota(tratti, base, peso, voti);
+    }
+    elegge(voti, tutti);
 }
 
 QMap<scheda::Indirizzo, Lettura> Rilettura::legge()

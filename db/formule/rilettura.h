@@ -2,6 +2,7 @@
 
 #include "db/formule/atti_letti.h"
 
+#include <QDate>
 #include <QSet>
 
 // Da un testo alle sue caselle, per le formule degli atti già letti.
@@ -31,6 +32,10 @@ private:
     std::vector<const AttoLetto *> simili() const;
     int chiaveDi(const Elemento &elemento) const;
     double costo(int chiave, size_t da, size_t quanti);
+    double costoCasella(int chiave, size_t da, size_t quanti);
+    double costoParola(int testo, size_t pezzo);
+    static std::vector<Tratto> ripercorre(const std::vector<size_t> &passi,
+                                          const std::vector<int> &chiavi, size_t pezzi);
     double allinea(const AttoLetto &atto, std::vector<Tratto> &tratti);
     QString scritto(size_t da, size_t quanti) const;
     QString valore(const Tratto &tratto) const;
@@ -38,7 +43,11 @@ private:
     QString numero(const Tratto &tratto) const;
     void date(const QMap<scheda::Indirizzo, QList<Tratto>> &sue, const QDate &base, double peso,
               Voti &voti) const;
+    QDate ultimaData() const;
+    void vota(const std::vector<Tratto> &tratti, const QDate &base, double peso, Voti &voti) const;
+    void elegge(const Voti &voti, double tutti);
     void raccoglie();
+    scheda::Indirizzo dataDiAtto() const;
     void perParole();      // ciò che dicono le parole attorno: il sesso, "ieri"
     void perUguaglianza(); // ciò che è sempre come un'altra casella
     void perPersona();     // ciò che si sa della stessa persona

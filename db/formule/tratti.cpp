@@ -2,6 +2,8 @@
 
 #include <QDate>
 
+#include <algorithm>
+
 // Ciò che di un atto può decidere le parole del suo testo.
 namespace modTarvola::formule
 {
@@ -46,62 +48,35 @@ void AttiLetti::tratto(Tratti &tratti, const QString &nome, const QString &valor
     tratti[quale] = m_valori.numero(valore);
 }
 
-void AttiLetti::trattiDi(Pronte &pronte)
+// Ciò che una data decide.
+void AttiLetti::trattiDiData(Tratti &tratti, const QString &nome, qint64 giorno)
 {
-    Tratti &tratti = pronte.tratti;
-    tratto(tratti, QStringLiteral("*"), QStringLiteral("*"), sempre);
-    const Caselle &caselle = pronte.caselle;
-    QList<QPair<QString, qint64>> giorni;
-    QMap<QString, QString> persone;
-    QList<QPair<QString, QString>> uguali;
-    QMap<QString, int> quante;
-    for (auto una = caselle.cbegin(); una != caselle.cend(); ++una) {
-        const scheda::Indirizzo &dove = una.key();
-        const QString valore = una.value().simplified();
-        const QString suo = nome(dove);
-        if (valore.isEmpty())
-            continue;
-        quante[dove.posto] = std::max(quante.value(dove.posto), dove.quale + 1);
-        if (!siScrive(dove)) {
-            if (dove.campo != QStringLiteral("Campolungo"))
-                tratto(tratti, suo, valore, molto, dove.campo == QStringLiteral("Sesso"));
-            continue;
-        }
-        if (const qint64 giorno = giornoDi(valore); giorno != 0) {
-            giorni.append({suo, giorno});
-            const QDate data = QDate::fromJulianDay(giorno);
-            tratto(tratti, suo + QStringLiteral(" giorno"), QString::number(data.day()),
-                   abbastanza);
-            tratto(tratti, suo + QStringLiteral(" mese"), QString::number(data.month()),
-                   abbastanza);
-            tratto(tratti, suo + QStringLiteral(" anno"), QString::number(data.year()), abbastanza);
-            tratto(tratti, suo + QStringLiteral(" feria"), QString::number(data.dayOfWeek()), poco);
-            continue;
-        }
-        tratto(tratti, suo + QStringLiteral(" c'è"), QStringLiteral("1"), molto);
-        tratto(tratti, suo, valore, poco);
-        tratto(tratti, suo + QStringLiteral(" vocale"),
-               vocale(valore.front()) ? QStringLiteral("1") : QStringLiteral("0"), poco);
-        if (dove.campo == QStringLiteral("Nome") || dove.campo == QStringLiteral("Cognome"))
-            persone[dove.posto + QString::number(dove.quale)] += u' ' + valore;
-        if (dove.campo == QStringLiteral("Nome"))
-            tratto(tratti, suo + QStringLiteral(" fine"), valore.section(u' ', 0, 0).right(1),
-                   poco);
-        if (dove.campo == QStringLiteral("Cognome") || dove.campo == QStringLiteral("Luogo"))
-            uguali.append({suo, valore});
-        if (dove.campo == QStringLiteral("Ora"))
-            tratto(tratti, suo + QStringLiteral(" mezzodì"),
-                   valore.section(u':', 0, 0).toInt() < 12 ? QStringLiteral("0")
-                                                           : QStringLiteral("1"),
-                   abbastanza);
-    }
-    for (auto una = persone.cbegin(); una != persone.cend(); ++una)
-        tratto(tratti, una.key() + QStringLiteral(" chi"), una.value(), abbastanza);
-    tratto(tratti, QStringLiteral("genitori"),
-           persone.value(QStringLiteral("padre0")) + persone.value(QStringLiteral("madre0")),
-           abbastanza);
-    for (auto una = quante.cbegin(); una != quante.cend(); ++una)
-        tratto(tratti, una.key() + QStringLiteral(" quante"), QString::number(una.value()), molto);
+    const QDate data = QDate::fromJulianDay(giorno);
+    tratto(tratti, nome + QStringLiteral(" giorno"), QString::number(data.day()), abbastanza);
+    tratto(tratti, nome + QStringLiteral(" mese"), QString::number(data.month()), abbastanza);
+    tratto(tratti, nome + QStringLiteral(" anno"), QString::number(data.year()), abbastanza);
+    tratto(tratti, nome + QStringLiteral(" feria"), QString::number(data.dayOfWeek()), poco);
+}
+
+// Ciò che una casella scritta, che non è una data, decide da sola.
+void AttiLetti::trattiDiCasella(Tratti &tratti, const QString &nome, const QString &campo,
+                                const QString &valore)
+{
+    const auto seVero = [](bool vero) { return vero ? QStringLiteral("1") : QStringLiteral("0"); };
+    tratto(tratti, nome + QStringLiteral(" c'è"), QStringLiteral("1"), molto);
+    tratto(tratti, nome, valore, poco);
+    tratto(tratti, nome + QStringLiteral(" vocale"), seVero(vocale(valore.front())), poco);
+    if (campo == QStringLiteral("Nome"))
+        tratto(tratti, nome + QStringLiteral(" fine"), valore.section(u' ', 0, 0).right(1), poco);
+    if (campo == QStringLiteral("Ora"))
+        tratto(tratti, nome + QStringLiteral(" mezzodì"),
+               seVero(valore.section(u':', 0, 0).toInt() >= 12), abbastanza);
+}
+
+// Ciò che due date, o due cognomi o luoghi, decidono insieme.
+void AttiLetti::trattiDiCoppie(Tratti &tratti, const QList<QPair<QString, qint64>> &giorni,
+                               const QList<QPair<QString, QString>> &uguali)
+{
     for (qsizetype i = 0; i < giorni.size(); ++i) {
         for (qsizetype j = i + 1; j < giorni.size(); ++j) {
             const qint64 giorno = giorni.at(j).second - giorni.at(i).second;
@@ -118,6 +93,45 @@ void AttiLetti::trattiDi(Pronte &pronte)
                                                               : QStringLiteral("0"),
                    poco);
     }
+}
+
+void AttiLetti::trattiDi(Pronte &pronte)
+{
+    Tratti &tratti = pronte.tratti;
+    tratto(tratti, QStringLiteral("*"), QStringLiteral("*"), sempre);
+    QList<QPair<QString, qint64>> giorni;
+    QMap<QString, QString> persone;
+    QList<QPair<QString, QString>> uguali;
+    QMap<QString, int> quante;
+    for (auto una = pronte.caselle.cbegin(); una != pronte.caselle.cend(); ++una) {
+        const scheda::Indirizzo &dove = una.key();
+        const QString valore = una.value().simplified();
+        const QString suo = nome(dove);
+        if (valore.isEmpty())
+            continue;
+        quante[dove.posto] = std::max(quante.value(dove.posto), dove.quale + 1);
+        if (!siScrive(dove)) {
+            if (dove.campo != QStringLiteral("Campolungo"))
+                tratto(tratti, suo, valore, molto, dove.campo == QStringLiteral("Sesso"));
+        } else if (const qint64 giorno = giornoDi(valore); giorno != 0) {
+            giorni.append({suo, giorno});
+            trattiDiData(tratti, suo, giorno);
+        } else {
+            trattiDiCasella(tratti, suo, dove.campo, valore);
+            if (dove.campo == QStringLiteral("Nome") || dove.campo == QStringLiteral("Cognome"))
+                persone[dove.posto + QString::number(dove.quale)] += u' ' + valore;
+            if (dove.campo == QStringLiteral("Cognome") || dove.campo == QStringLiteral("Luogo"))
+                uguali.append({suo, valore});
+        }
+    }
+    for (auto una = persone.cbegin(); una != persone.cend(); ++una)
+        tratto(tratti, una.key() + QStringLiteral(" chi"), una.value(), abbastanza);
+    const QString genitori =
+        persone.value(QStringLiteral("padre0")) + persone.value(QStringLiteral("madre0"));
+    tratto(tratti, QStringLiteral("genitori"), genitori, abbastanza);
+    for (auto una = quante.cbegin(); una != quante.cend(); ++una)
+        tratto(tratti, una.key() + QStringLiteral(" quante"), QString::number(una.value()), molto);
+    trattiDiCoppie(tratti, giorni, uguali);
 }
 
 } // namespace modTarvola::formule
