@@ -110,6 +110,17 @@ void diceDelTesto(int tasti, int lettere, int mostrate, int giuste, QList<double
              .arg(tempi.isEmpty() ? 0.0 : tempi.at(std::min(posto, tempi.size() - 1)), 0, 'f', 1));
 }
 
+// Le caselle con i loro tasti, le più care davanti.
+void diceDelleCaselle(const QMap<QString, int> &caselle, qsizetype quanti)
+{
+    QList<QPair<int, QString>> care;
+    for (const auto &[nome, tasti] : caselle.toStdMap())
+        care.append({tasti, nome});
+    std::sort(care.rbegin(), care.rend());
+    for (const auto &[tasti, nome] : std::as_const(care))
+        dice(QStringLiteral("%1  %2").arg(media(tasti, quanti), 6).arg(nome));
+}
+
 void riassume(const QList<Trascrittore::Conto> &conti, const serie::Serie &serie)
 {
     std::array<int, Trascrittore::Specie_quante> somme{};
@@ -132,12 +143,7 @@ void riassume(const QList<Trascrittore::Conto> &conti, const serie::Serie &serie
         giuste += conti.at(i).giuste;
         tempi += conti.at(i).tempi;
     }
-    QList<QPair<int, QString>> care;
-    for (const auto &[nome, tasti] : caselle.toStdMap())
-        care.append({tasti, nome});
-    std::sort(care.rbegin(), care.rend());
-    for (const auto &[tasti, nome] : std::as_const(care))
-        dice(QStringLiteral("%1  %2").arg(media(tasti, quanti), 6).arg(nome));
+    diceDelleCaselle(caselle, quanti);
     dice(QStringLiteral("battuti %1, presi %2, Tab e frecce %3, comandi %4, testo %5")
              .arg(media(somme[Trascrittore::Battuti], quanti),
                   media(somme[Trascrittore::Presi], quanti),

@@ -228,16 +228,21 @@ std::vector<Righe> righeDi(const QString &voce)
     return tutte;
 }
 
+// Una copia del file, al posto di quella che c'era.
+QString copiaDi(const QString &percorso, const QString &estensione)
+{
+    const QString copia = percorso + estensione;
+    QFile::remove(copia);
+    if (!QFile::copy(percorso, copia))
+        qFatal("la copia non riesce");
+    return copia;
+}
+
 // Il salvataggio della pagina in una copia dell'archivio, e le stesse righe in un'altra.
 void misuraSalvataggio(Tavola &misura, MDITras &principale, const QString &percorso)
 {
-    const QString nostra = percorso + QStringLiteral(".copia");
-    const QString sua = percorso + QStringLiteral(".pavimento");
-    for (const QString &copia : {nostra, sua}) {
-        QFile::remove(copia);
-        if (!QFile::copy(percorso, copia))
-            qFatal("la copia non riesce");
-    }
+    const QString nostra = copiaDi(percorso, QStringLiteral(".copia"));
+    const QString sua = copiaDi(percorso, QStringLiteral(".pavimento"));
     ado::Connection pavimento;
     pavimento.Open(stringaDiConnessione(sua));
     ApriArchivio(nostra);
