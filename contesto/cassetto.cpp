@@ -70,7 +70,7 @@ const QString &cartella()
 QString cartellaDellUtente()
 {
     const QString dellUtente = qEnvironmentVariable("XDG_STATE_HOME");
-    // La specifica vuole un percorso assoluto; un altro non conta.
+    // XDG Base Directory vuole un percorso assoluto; un altro non conta.
     const QString stato = QDir::isAbsolutePath(dellUtente)
                               ? dellUtente
                               : QDir::homePath() + QStringLiteral("/.local/state");

@@ -175,8 +175,10 @@ void fmEditor::riprendeBozza(const bozze::Finestra &mia)
 {
     const ado::Recordset nelFile = adoDettagli;
     const QList<discordia::Casella> cambiate = Text1.riprende(mia.caselle);
-    if (!mia.caselle.isEmpty())
-        setWindowTitle(windowTitle() + tr(" – bozza"));
+    // Chi è stata interrotta due volte la porta già nella didascalia.
+    const QString segno = tr(" – bozza");
+    if (!mia.caselle.isEmpty() && !windowTitle().endsWith(segno))
+        setWindowTitle(windowTitle() + segno);
     if (!cambiate.isEmpty() &&
         discordia::chiede(this,
                           {tr("Il record è cambiato"),

@@ -1,9 +1,11 @@
 #include "atti/fmScheda.h"
 #include "atti/pagina.h"
 #include "comune.h"
+#include "db/archivio/custodia.h"
 #include "db/atto/campi_pagina.h"
 #include "db/atto/registro_atti.h"
 #include "db/lavoro/lavoro.h"
+#include "db/lavoro/ripresa.h"
 #include "persona.h"
 #include "programma.h"
 
@@ -340,6 +342,22 @@ private slots:
         lavoro.elimina(u"R1"_s);
         lavoro.conferma();
         QVERIFY(scheda::leggeScelte(connessione(), u"R1"_s).isEmpty());
+    }
+    // Se ne vanno e tornano col registro, e una copia le porta.
+    void iCampiSceltiSeguonoIlRegistro()
+    {
+        const scheda::Scelte scelte{{{u"padre"_s, 0, u"Vivente"_s}, scheda::Uso::Nascosta}};
+        scheda::scriveScelte(connessione(), u"R1"_s, scelte);
+        const QString copia = archivio->accanto(u"copia.tvd"_s);
+        copiaArchivio(archivio->percorso(), copia, avanti);
+        Aparte altra(copia);
+        QCOMPARE(scheda::leggeScelte(altra, u"R1"_s), scelte);
+        Lavoro lavoro(connessione());
+        lavoro.elimina(u"R1"_s);
+        lavoro.conferma();
+        QVERIFY(scheda::leggeScelte(connessione(), u"R1"_s).isEmpty());
+        riprendeFino(connessione(), *storia::daAnnullare(connessione()));
+        QCOMPARE(scheda::leggeScelte(connessione(), u"R1"_s), scelte);
     }
 };
 
